@@ -1,0 +1,53 @@
+# Warnings for our own code (the libraries we build from source do not get them) and sanitizers for
+# everything.
+option(OSTREL_SANITIZE "Build with address and undefined-behaviour sanitizers" OFF)
+
+if(OSTREL_SANITIZE)
+  add_compile_options(-O1 -g -fsanitize=address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+add_library(ostrel_options INTERFACE)
+target_compile_options(ostrel_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+target_include_directories(ostrel_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+if(WIN32)
+  target_compile_definitions(ostrel_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
+                                                      _WIN32_WINNT=0x0601)
+endif()
+
+# ostrel_library(NAME SOURCES... DEPENDS targets...): one static library of our own.
+function(ostrel_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  if(NOT ARG_SOURCES) # TEMPORARY until every subsystem has sources
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ostrel_options ${ARG_DEPENDS})
+    return()
+  endif()
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC ostrel_options ${ARG_DEPENDS})
+endfunction()
+
+# ostrel_program(NAME SOURCES... DEPENDS targets...): one program, in the preset's own folder.
+function(ostrel_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  list(GET ARG_SOURCES 0 first) # TEMPORARY
+  if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${first} AND NOT EXISTS ${first})
+    return()
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ostrel_options ${ARG_DEPENDS})
+endfunction()
+
+# ostrel_test(NAME DIRECTORY DEPENDS targets...): one test program from all sources of a directory.
+function(ostrel_test name directory)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${directory}/*.cpp)
+  if(NOT sources) # TEMPORARY
+    return()
+  endif()
+  ostrel_program(${name} SOURCES ${sources} DEPENDS ${ARG_DEPENDS} GTest::gmock_main)
+  target_compile_definitions(${name} PRIVATE OSTREL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+endfunction()

@@ -1,0 +1,28 @@
+// The one routine through which every request passes, whichever transport brought it: the
+// gateway's own commands, and everything else as qbXML to QuickBooks.
+#pragma once
+
+#include "gateway/GatewaySettings.h"
+#include "gateway/HostQuery.h"
+#include "gateway/IdleClose.h"
+#include "gateway/Trace.h"
+#include "gateway/qbxml.h"
+#include "platform/Clock.h"
+
+namespace ostrel {
+
+class RequestHandler {
+ public:
+  RequestHandler(GatewaySettings& settings, qbxml& session, HostQuery& hostQuery,
+                 IdleClose& idleClose, Trace& trace, const platform::Clock& clock);
+
+  /// 0: success; above 0: the reduced error number of the request processor. The request is changed
+  /// in place and must not be used afterwards. The caller holds the RequestGate's pass.
+  float ProcessRequest(Text& request, Text& response);
+
+  /// Ends the session and closes the connection at once (the File menu's close command, and
+  /// CLOSEQB:); the idle close may act again.
+  void CloseQuickBooks();
+};
+
+}  // namespace ostrel

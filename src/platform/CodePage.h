@@ -1,0 +1,13 @@
+// The system's 8-bit code page.
+#pragma once
+
+#include <array>
+#include <optional>
+
+namespace ostrel::platform {
+
+/// The character of each byte; nothing when the system's code page is not single-byte. Windows-1252
+/// on POSIX. A byte without a character stands for the character of its own number.
+std::optional<std::array<char16_t, 256>> SystemCodePage();
+
+}  // namespace ostrel::platform

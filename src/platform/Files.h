@@ -1,0 +1,56 @@
+// One open file of the operating system. Paths are product paths: "\" separates folders on every
+// system ("/" is taken too); on POSIX each component is looked up exactly first and then ignoring
+// case, since the product turns folder names to lower case. Error numbers are Windows' everywhere
+// (platform/SystemError.h).
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "platform/Clock.h"
+#include "util/Text.h"
+
+namespace ostrel::platform {
+
+enum class FileAccess { kRead, kWrite, kReadWrite };
+enum class FileCreation { kOpenExisting, kOpenAlways /* created empty when missing */ };
+
+struct FileTimes {
+  TimePoint created, accessed, modified;
+};
+
+/// Opened without sharing: while it is open, every other open of the same file through this class
+/// fails with kSharingViolation, in this process or another.
+class File {
+ public:
+  File() = default;
+  ~File();
+  File(File&& other) noexcept;
+  File& operator=(File&& other) noexcept;
+
+  /// Closes what was open. 0, or the error number.
+  int Open(TextView path, FileAccess access, FileCreation creation);
+  void Close();
+  bool IsOpen() const;
+
+  /// Bytes read from this byte position on, fewer than asked for at the end of the file; nothing on
+  /// failure, with the number in `error`.
+  std::optional<std::size_t> ReadAt(std::int64_t position, std::span<char> bytes, int& error);
+  /// Writes all the bytes. 0, or the error number (kDiskFull among them).
+  int WriteAt(std::int64_t position, std::span<const char> bytes);
+
+  /// In bytes; 0 when it cannot be told.
+  std::int64_t Size() const;
+  /// Makes the file end at this position.
+  int CutAt(std::int64_t position);
+  /// Returns when the system has the file safe on its disk.
+  int Flush();
+  std::optional<FileTimes> Times() const;
+
+ private:
+  std::intptr_t handle = -1;
+};
+
+}  // namespace ostrel::platform

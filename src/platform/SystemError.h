@@ -1,0 +1,25 @@
+// Error numbers of files, folders and profiles: Windows' numbering on every system.
+#pragma once
+
+#include "util/Text.h"
+
+namespace ostrel::platform {
+
+inline constexpr int kFileNotFound = 2;
+inline constexpr int kPathNotFound = 3;
+inline constexpr int kTooManyOpenFiles = 4;
+inline constexpr int kAccessDenied = 5;
+inline constexpr int kNotSameDevice = 17;
+inline constexpr int kWriteProtected = 19;
+inline constexpr int kSharingViolation = 32;
+inline constexpr int kFileExists = 80;
+inline constexpr int kDiskFull = 112;
+inline constexpr int kInvalidName = 123;
+inline constexpr int kFolderNotEmpty = 145;
+/// Any failure of the system that has no number above.
+inline constexpr int kGeneralFailure = 31;
+
+/// The system's own sentence for the number, without a line break at its end.
+Text SystemErrorText(int number);
+
+}  // namespace ostrel::platform

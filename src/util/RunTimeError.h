@@ -1,0 +1,39 @@
+// A run-time error as the program's classes raise it, and the pending error that a guarded
+// operation leaves behind instead of raising.
+#pragma once
+
+#include <exception>
+#include <utility>
+
+#include "util/Text.h"
+
+namespace ostrel {
+
+/// Raised by the file class's profile operations, the linked list and the socket classes.
+class RunTimeError : public std::exception {
+ public:
+  explicit RunTimeError(int number, Text source = {}, Text description = {})
+      : Number(number), Source(std::move(source)), Description(std::move(description)) {}
+  const char* what() const noexcept override { return "run-time error"; }
+
+  int Number;
+  Text Source;
+  Text Description;
+};
+
+/// The pending error of the socket library: one record for the process. A guarded operation clears
+/// it when it starts and records in it what it did not raise. Number 0: no error is pending.
+struct PendingError {
+  int Number = 0;
+  Text Source;
+  Text Description;
+
+  void Clear() { *this = {}; }
+  void Set(int number, Text source, Text description) {
+    *this = {number, std::move(source), std::move(description)};
+  }
+};
+
+inline PendingError Err;
+
+}  // namespace ostrel
