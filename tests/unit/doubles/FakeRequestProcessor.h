@@ -1,0 +1,105 @@
+// QuickBooks as a test sees it: what was called, what it answers, and what fails. It outlives the
+// request processor objects that the program creates and drops.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "platform/RequestProcessor.h"
+
+namespace ostrel::doubles {
+
+struct FakeQuickBooks {
+  /// In the order made: u"OpenConnection(ostrel, Ostrel)", u"BeginSession(C:\\a.qbw, 2)",
+  /// u"ProcessRequest(ticket, <request>)", u"EndSession(ticket)", u"CloseConnection()".
+  /// Reading the company file's name is not noted.
+  std::vector<Text> Calls;
+  /// An operation's name and how it fails, until the test takes the entry away.
+  std::map<Text, platform::RequestProcessorError> Failures;
+  /// Runs inside every operation, with its name, as an event that comes while QuickBooks is slow.
+  std::function<void(TextView)> DuringCall;
+
+  /// Answers a request; without it, the answer is sResponse.
+  std::function<Text(TextView)> Answer;
+  Text sResponse = u"<QBXML></QBXML>";
+  Text sTicket = u"ticket";
+  Text sCompanyFile;  // BeginSession with a name sets it
+  bool bInstalled = true;
+  int iProcessorsCreated = 0;
+  int iProcessorsAlive = 0;
+
+  void Fail(Text operation, std::uint32_t hresult, Text description = u"as the test wants it") {
+    Failures.insert_or_assign(std::move(operation),
+                              platform::RequestProcessorError(static_cast<std::int32_t>(hresult),
+                                                              std::move(description)));
+  }
+
+  /// What the program is given to create request processor objects with.
+  std::function<std::unique_ptr<platform::RequestProcessor>()> Factory();
+};
+
+class FakeRequestProcessor : public platform::RequestProcessor {
+ public:
+  explicit FakeRequestProcessor(FakeQuickBooks& quickBooks) : oQuickBooks(quickBooks) {
+    ++oQuickBooks.iProcessorsCreated;
+    ++oQuickBooks.iProcessorsAlive;
+  }
+  ~FakeRequestProcessor() override { --oQuickBooks.iProcessorsAlive; }
+  FakeRequestProcessor(const FakeRequestProcessor&) = delete;
+  FakeRequestProcessor& operator=(const FakeRequestProcessor&) = delete;
+
+  void OpenConnection(TextView applicationId, TextView applicationName) override {
+    Note(u"OpenConnection", Text(applicationId) + u", " + Text(applicationName));
+  }
+
+  Text BeginSession(TextView companyFile, platform::FileMode mode) override {
+    Note(u"BeginSession", Text(companyFile) + u", " + ToText(static_cast<std::int64_t>(mode)));
+    if (!companyFile.empty()) oQuickBooks.sCompanyFile = companyFile;
+    return oQuickBooks.sTicket;
+  }
+
+  Text ProcessRequest(TextView ticket, TextView request) override {
+    Note(u"ProcessRequest", Text(ticket) + u", " + Text(request));
+    return oQuickBooks.Answer ? oQuickBooks.Answer(request) : oQuickBooks.sResponse;
+  }
+
+  Text GetCurrentCompanyFileName(TextView ticket) override {
+    Happen(u"GetCurrentCompanyFileName");
+    constexpr auto kWrongTicket = static_cast<std::int32_t>(0x8004040D);
+    if (ticket != oQuickBooks.sTicket) {
+      throw platform::RequestProcessorError(kWrongTicket, u"The ticket parameter is invalid.");
+    }
+    return oQuickBooks.sCompanyFile;
+  }
+
+  void EndSession(TextView ticket) override { Note(u"EndSession", Text(ticket)); }
+  void CloseConnection() override { Note(u"CloseConnection", {}); }
+
+ private:
+  void Note(const Text& operation, const Text& arguments) {
+    oQuickBooks.Calls.push_back(operation + u"(" + arguments + u")");
+    Happen(operation);
+  }
+
+  void Happen(const Text& operation) {
+    if (oQuickBooks.DuringCall) oQuickBooks.DuringCall(operation);
+    const auto failure = oQuickBooks.Failures.find(operation);
+    if (failure != oQuickBooks.Failures.end()) throw failure->second;
+  }
+
+  FakeQuickBooks& oQuickBooks;
+};
+
+inline std::function<std::unique_ptr<platform::RequestProcessor>()> FakeQuickBooks::Factory() {
+  return [this]() -> std::unique_ptr<platform::RequestProcessor> {
+    constexpr auto kClassNotRegistered = static_cast<std::int32_t>(0x80040154);
+    if (!bInstalled) {
+      throw platform::RequestProcessorError(kClassNotRegistered, u"Class not registered");
+    }
+    return std::make_unique<FakeRequestProcessor>(*this);
+  };
+}
+
+}  // namespace ostrel::doubles
