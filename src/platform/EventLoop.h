@@ -9,12 +9,14 @@
 
 namespace ostrel::platform {
 
+struct TimerEntry;
+
 /// Dispatches every event that waits at this moment and returns at once. May be called from inside
 /// a handler: other handlers then run before it returns.
 void DoEvents();
 
-/// Dispatches events as they come for this long, sleeping between them. May be called from inside a
-/// handler.
+/// Dispatches events as they come for this long, sleeping between them; ends early on
+/// QuitEventLoop. May be called from inside a handler.
 void DoEventsFor(std::chrono::milliseconds time);
 
 /// Dispatches events until QuitEventLoop; returns the exit code given to it.
@@ -40,8 +42,7 @@ class Timer {
   void SetEnabled(bool enabled);
 
  private:
-  class State;
-  std::shared_ptr<State> oState;
+  std::shared_ptr<TimerEntry> oEntry;
 };
 
 }  // namespace ostrel::platform

@@ -1,0 +1,27 @@
+// The values that a socket sends and hands out: text goes one byte a character through the code
+// page, every number in its memory form, little-endian.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <variant>
+
+#include "util/Text.h"
+
+namespace ostrel {
+
+/// A fixed-point number: ten-thousandths in 8 bytes.
+struct Currency {
+  std::int64_t tenThousandths = 0;
+};
+
+/// Days since 30 December 1899 in 8 bytes, the time of day as the fraction.
+struct DateValue {
+  double days = 0;
+};
+
+/// What SendData takes. A Boolean travels as 16 bits, true as -1.
+using SocketValue = std::variant<TextView, std::span<const std::uint8_t>, bool, std::uint8_t,
+                                 std::int16_t, std::int32_t, float, double, Currency, DateValue>;
+
+}  // namespace ostrel
