@@ -9,6 +9,9 @@ inline constexpr int kFileNotFound = 2;
 inline constexpr int kPathNotFound = 3;
 inline constexpr int kTooManyOpenFiles = 4;
 inline constexpr int kAccessDenied = 5;
+inline constexpr int kInvalidHandle = 6;  // a file that is not open
+inline constexpr int kOutOfMemory = 8;
+inline constexpr int kInvalidData = 13;
 inline constexpr int kNotSameDevice = 17;
 inline constexpr int kWriteProtected = 19;
 inline constexpr int kSharingViolation = 32;
@@ -19,7 +22,8 @@ inline constexpr int kFolderNotEmpty = 145;
 /// Any failure of the system that has no number above.
 inline constexpr int kGeneralFailure = 31;
 
-/// The system's own sentence for the number, without a line break at its end.
+/// The system's own sentence for the number, without a line break at its end; Windows' English
+/// sentences on POSIX. Never empty.
 Text SystemErrorText(int number);
 
 }  // namespace ostrel::platform

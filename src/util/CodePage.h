@@ -3,7 +3,8 @@
 // exactly one character and back; byte 254 is always character 254, the attribute mark.
 #pragma once
 
-#include <span>
+#include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,23 @@ std::string TextToBytes(TextView text);
 /// As the two above, appending: for buffers that grow piece by piece.
 void AppendBytesAsText(Text& text, std::string_view bytes);
 void AppendTextAsBytes(std::string& bytes, TextView text);
+
+/// A table in both directions. The four functions above use the system's; tests make others.
+class CodePageTable {
+ public:
+  using Characters = std::array<char16_t, 256>;
+
+  /// From the character of each byte; nothing stands for Windows-1252. Bytes below 128 and byte 254
+  /// keep the characters of their own numbers, and no two bytes get the same character: a byte
+  /// whose character is taken gets one for private use.
+  explicit CodePageTable(const std::optional<Characters>& characters);
+
+  void AppendBytesAsText(Text& text, std::string_view bytes) const;
+  void AppendTextAsBytes(std::string& bytes, TextView text) const;
+
+ private:
+  Characters aCharacterOf{};
+  std::array<char, 0x10000> aByteOf{};
+};
 
 }  // namespace ostrel

@@ -1,0 +1,20 @@
+// Product paths as the system takes them.
+#pragma once
+
+#include <string>
+
+#include "util/Text.h"
+
+namespace ostrel::platform {
+
+/// "\" and "/" separate; repeated separators count once. Each component is the one of exactly this
+/// name if there is one, else the alphabetically first that differs in case only; from the first
+/// one that does not exist on, names stay as they are given. Empty when the path cannot be one
+/// (empty, or with a NUL in it), which every system call refuses.
+std::string ResolvePath(TextView path);
+
+/// What is missing when the system says "no such file" of this resolved path: kFileNotFound, or
+/// kPathNotFound when its folder is not there either. Other numbers stay as they are.
+int RefineMissing(int error, const std::string& resolved);
+
+}  // namespace ostrel::platform

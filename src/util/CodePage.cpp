@@ -1,0 +1,122 @@
+#include "util/CodePage.h"
+
+#include <algorithm>
+
+#include "platform/CodePage.h"
+
+namespace ostrel {
+namespace {
+
+using Characters = CodePageTable::Characters;
+
+// Runs of 7-bit text are found and carried over a block at a time: short enough that one other
+// character costs little, long enough that the compiler's vector code pays.
+constexpr std::size_t kBlock = 64;
+
+constexpr char kOutside = '?';
+constexpr char16_t kPrivateUse = 0xF700;
+
+// Windows-1252's characters of bytes 0x80 to 0x9F; a byte without one keeps its own number.
+constexpr TextView kWindows1252 =
+    u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
+    u"\u008F\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
+    u"\u017E\u0178";
+
+Characters Windows1252() {
+  Characters characters;
+  for (std::size_t byte = 0; byte < characters.size(); ++byte) {
+    const bool own = byte < 0x80 || byte >= 0xA0;
+    characters[byte] = own ? static_cast<char16_t>(byte) : kWindows1252[byte - 0x80];
+  }
+  return characters;
+}
+
+// The byte that holds character 254 elsewhere in the code page takes over what byte 254 held.
+void PlaceAttributeMark(Characters& characters) {
+  const auto holder = std::find(characters.begin(), characters.end(), kAttributeMark);
+  if (holder != characters.end()) *holder = characters[kAttributeMark];
+  characters[kAttributeMark] = kAttributeMark;
+}
+
+template <typename Unit>
+bool IsSevenBit(const Unit* units) {
+  unsigned all = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) all |= static_cast<std::make_unsigned_t<Unit>>(units[i]);
+  return all < 0x80;
+}
+
+// Carries blocks of 7-bit units over as they are, everything else through `map`.
+template <typename From, typename To, typename Map>
+void Convert(const From* from, std::size_t count, To* to, Map map) {
+  while (count >= kBlock) {
+    if (IsSevenBit(from)) {
+      for (std::size_t i = 0; i < kBlock; ++i) to[i] = static_cast<To>(from[i]);
+    } else {
+      for (std::size_t i = 0; i < kBlock; ++i) to[i] = map(from[i]);
+    }
+    from += kBlock;
+    to += kBlock;
+    count -= kBlock;
+  }
+  for (std::size_t i = 0; i < count; ++i) to[i] = map(from[i]);
+}
+
+const CodePageTable& SystemTable() {
+  static const CodePageTable table(platform::SystemCodePage());
+  return table;
+}
+
+}  // namespace
+
+CodePageTable::CodePageTable(const std::optional<Characters>& characters)
+    : aCharacterOf(characters ? *characters : Windows1252()) {
+  for (std::size_t byte = 0; byte < 0x80; ++byte) aCharacterOf[byte] = static_cast<char16_t>(byte);
+  PlaceAttributeMark(aCharacterOf);
+
+  std::array<bool, 0x10000> taken{};
+  taken[kAttributeMark] = true;
+  aByteOf.fill(kOutside);
+  for (std::size_t byte = 0; byte < aCharacterOf.size(); ++byte) {
+    char16_t& character = aCharacterOf[byte];
+    if (taken[character] && byte != kAttributeMark) {
+      character = static_cast<char16_t>(kPrivateUse + byte);
+    }
+    taken[character] = true;
+    aByteOf[character] = static_cast<char>(byte);
+  }
+}
+
+void CodePageTable::AppendBytesAsText(Text& text, std::string_view bytes) const {
+  const std::size_t before = text.size();
+  text.resize(before + bytes.size());
+  Convert(bytes.data(), bytes.size(), text.data() + before,
+          [this](char byte) { return aCharacterOf[static_cast<unsigned char>(byte)]; });
+}
+
+void CodePageTable::AppendTextAsBytes(std::string& bytes, TextView text) const {
+  const std::size_t before = bytes.size();
+  bytes.resize(before + text.size());
+  Convert(text.data(), text.size(), bytes.data() + before,
+          [this](char16_t character) { return aByteOf[character]; });
+}
+
+void AppendBytesAsText(Text& text, std::string_view bytes) {
+  SystemTable().AppendBytesAsText(text, bytes);
+}
+void AppendTextAsBytes(std::string& bytes, TextView text) {
+  SystemTable().AppendTextAsBytes(bytes, text);
+}
+
+Text BytesToText(std::string_view bytes) {
+  Text text;
+  AppendBytesAsText(text, bytes);
+  return text;
+}
+
+std::string TextToBytes(TextView text) {
+  std::string bytes;
+  AppendTextAsBytes(bytes, text);
+  return bytes;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,128 @@
+// The profile operations of the file class. Text is bytes of the code page here, as the system's
+// profile functions take it.
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <string>
+
+#include "platform/Profile.h"
+#include "util/CodePage.h"
+#include "util/RunTimeError.h"
+#include "util/cFileIO.h"
+
+namespace ostrel {
+namespace {
+
+constexpr int kFileNotFound = 53;
+constexpr int kOutOfMemory = 7;
+constexpr int kWithoutNumber = -1;
+
+constexpr std::size_t kValueSize = 100;
+constexpr std::size_t kSectionSize = 32767;
+
+constexpr TextView kReadSource = u"IniFile::ReadIni";
+
+// Of a handler: what it caught, with a number.
+RunTimeError CaughtError() {
+  try {
+    throw;
+  } catch (const RunTimeError& error) {
+    return error;
+  } catch (const std::bad_alloc&) {
+    return RunTimeError(kOutOfMemory, {}, u"Out of memory");
+  } catch (const std::exception& error) {
+    return RunTimeError(kWithoutNumber, {}, FromAscii(error.what()));
+  }
+}
+
+bool IsRaisedByReading(const RunTimeError& error) {
+  return error.Number == kFileNotFound || error.Number == kWithoutNumber;
+}
+
+RunTimeError ReadingError(const RunTimeError& caught, const Text& path) {
+  return RunTimeError(caught.Number, Text(kReadSource),
+                      caught.Number == kFileNotFound ? path + u" not Found" : caught.Description);
+}
+
+template <typename Operation>
+void RaiseAs(TextView source, Operation operation) {
+  try {
+    operation();
+  } catch (const std::exception&) {
+    const RunTimeError caught = CaughtError();
+    throw RunTimeError(caught.Number, Text(source), caught.Description);
+  }
+}
+
+// Takes what stands before the first separator, or everything, off the front.
+TextView TakePiece(TextView& text, char16_t separator) {
+  const std::size_t at = text.find(separator);
+  const TextView piece = text.substr(0, at);
+  text.remove_prefix(at == TextView::npos ? text.size() : at + 1);
+  return piece;
+}
+
+// A value that itself contains "=" is cut there, and an entry without "=" ends the filling: its row
+// has a name only and the rows after it are empty. kept: the table has always been like this.
+void FillTable(TextView entries, std::vector<std::pair<Text, Text>>& table) {
+  table.assign(static_cast<std::size_t>(std::count(entries.begin(), entries.end(), u'\0')), {});
+  for (auto& [name, value] : table) {
+    TextView entry = TakePiece(entries, u'\0');
+    const bool hasValue = Contains(entry, u"=");
+    name = TakePiece(entry, u'=');
+    if (!hasValue) return;
+    value = TakePiece(entry, u'=');
+  }
+}
+
+}  // namespace
+
+Text cFileIO::ProfilePath() const {
+  if (sFileName.empty()) throw RunTimeError(kFileNotFound, {}, u"File not found");
+  return FullFileName();
+}
+
+void cFileIO::ReadINI(TextView section, TextView item, Text& value, TextView fallback) {
+  try {
+    ValidateFile(ProfilePath());
+    const std::string bytes = platform::ReadProfileValue(
+        ProfilePath(), TextToBytes(section), TextToBytes(item), TextToBytes(fallback), kValueSize);
+    value = TrimBlanks(BytesToText(bytes));
+  } catch (const std::exception&) {
+    const RunTimeError caught = CaughtError();
+    if (!IsRaisedByReading(caught)) return;
+    value = Text(fallback);
+    throw ReadingError(caught, FullFileName());
+  }
+}
+
+void cFileIO::ReadINISection(TextView section, std::vector<std::pair<Text, Text>>& table) {
+  try {
+    FillTable(BytesToText(
+                  platform::ReadProfileSection(ProfilePath(), TextToBytes(section), kSectionSize)),
+              table);
+  } catch (const std::exception&) {
+    const RunTimeError caught = CaughtError();
+    if (IsRaisedByReading(caught)) throw ReadingError(caught, FullFileName());
+  }
+}
+
+void cFileIO::WriteIni(TextView section, TextView item, TextView value) {
+  RaiseAs(u"IniFile::WriteIni", [&] {
+    const std::string bytes = TextToBytes(value);
+    platform::WriteProfileValue(ProfilePath(), TextToBytes(section), TextToBytes(item), &bytes);
+  });
+}
+
+void cFileIO::DeleteIni(TextView section, TextView item) {
+  RaiseAs(u"IniFile::DeleteIni", [&] {
+    platform::WriteProfileValue(ProfilePath(), TextToBytes(section), TextToBytes(item), nullptr);
+  });
+}
+
+void cFileIO::DeleteIniAll(TextView section) {
+  RaiseAs(u"IniFile::DeleteIniAll",
+          [&] { platform::EraseProfileSection(ProfilePath(), TextToBytes(section)); });
+}
+
+}  // namespace ostrel
