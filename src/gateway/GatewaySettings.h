@@ -1,4 +1,5 @@
-// The part of the settings record that the gateway reads; the shell fills it from the settings file.
+// The part of the settings record that the gateway reads; the shell fills it from the settings
+// file.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
 // One request at a time, whatever brought it. Whoever works with the QuickBooks session holds the
-// pass while it does; everyone else is turned away and comes again.
+// pass while it does; everyone else is turned away and comes again. The gate outlives its passes.
 #pragma once
 
 #include <functional>
@@ -12,33 +12,45 @@ class RequestGate {
  public:
   class Pass {
    public:
-    explicit Pass(RequestGate& gate) : oGate(&gate) {}
     Pass(Pass&& other) noexcept : oGate(std::exchange(other.oGate, nullptr)) {}
-    Pass& operator=(Pass&&) = delete;
+    Pass(const Pass&) = delete;
+    Pass& operator=(const Pass&) = delete;
     ~Pass() {
       if (oGate != nullptr) oGate->Leave();
     }
 
    private:
+    friend class RequestGate;
+    explicit Pass(RequestGate& gate) : oGate(&gate) {}
+
     RequestGate* oGate;
   };
+
+  RequestGate() = default;
+  RequestGate(const RequestGate&) = delete;
+  RequestGate& operator=(const RequestGate&) = delete;
 
   /// Nothing while a request is in work.
   std::optional<Pass> TryEnter() {
     if (bBusy) return std::nullopt;
     bBusy = true;
-    return std::optional<Pass>(std::in_place, *this);
+    return Pass(*this);
   }
 
   bool IsBusy() const { return bBusy; }
 
-  /// Raised each time a pass has been given back; must not raise.
+  /// Raised each time a pass has been given back. What it raises is dropped: passes are given back
+  /// while an exception travels as well.
   std::function<void()> Freed;
 
  private:
-  void Leave() {
+  void Leave() noexcept {
     bBusy = false;
-    if (Freed) Freed();
+    if (!Freed) return;
+    try {
+      Freed();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): see Freed
+    }
   }
 
   bool bBusy = false;

@@ -16,13 +16,33 @@ class RequestHandler {
   RequestHandler(GatewaySettings& settings, qbxml& session, HostQuery& hostQuery,
                  IdleClose& idleClose, Trace& trace, const platform::Clock& clock);
 
-  /// 0: success; above 0: the reduced error number of the request processor. The request is changed
-  /// in place and must not be used afterwards. The caller holds the RequestGate's pass.
+  /// 0: success; above 0: the reduced error number of the request processor, or what qbxml and the
+  /// gateway report themselves. Never raises. The request is changed in place and must not be used
+  /// afterwards. The caller holds the RequestGate's pass.
   float ProcessRequest(Text& request, Text& response);
 
   /// Ends the session and closes the connection at once (the File menu's close command, and
   /// CLOSEQB:); the idle close may act again.
   void CloseQuickBooks();
+
+ private:
+  std::int32_t Process(Text& request, Text& response);
+  std::int32_t SelectCompanyFile(TextView request, Text& response);
+  std::int32_t CloseOnRequest(Text& response);
+  std::int32_t Submit(Text& request, Text& response, bool isHostQuery);
+  std::int32_t EnsureSession(Text& response);
+  void OpenFailed(std::int32_t number, Text& response);
+  void RequestFailed(std::int32_t number, TextView request, Text& response);
+  void AddProduct(Text& response);
+  void TellFailure(std::int32_t number);
+  void ExtendIdleClose();
+
+  GatewaySettings& oSettings;
+  qbxml& oSession;
+  HostQuery& oHostQuery;
+  IdleClose& oIdleClose;
+  Trace& oTrace;
+  const platform::Clock& oClock;
 };
 
 }  // namespace ostrel

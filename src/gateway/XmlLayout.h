@@ -1,4 +1,6 @@
-// Lays qbXML out one tag a line, indented, for history and response files. Linear in the text.
+// Lays qbXML out one tag a line, indented by three blanks a level, for history and response files.
+// Linear in the text, whatever the text: at most 16 Mi blanks and four times the text's length go
+// into indentation, and lines beyond that have none.
 #pragma once
 
 #include "util/Text.h"
@@ -8,8 +10,9 @@ namespace ostrel {
 /// The history formatter: the laid-out text replaces the argument.
 void FormatXmlText(Text& text);
 
-/// The response writer: lays the response out into the file at `path`, replacing it. False when the
-/// file could not be written whole; nothing is raised.
+/// The response writer: lays the response out into the file at `path`, replacing it whole or not at
+/// all. Events are dispatched between pieces. False when the file could not be written whole;
+/// nothing is raised.
 bool WriteResponseFile(TextView response, TextView path);
 
 }  // namespace ostrel

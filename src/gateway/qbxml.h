@@ -1,6 +1,7 @@
 // The QuickBooks session: connection, session on a company file, requests, and back again. No
 // failure leaves it as an exception: members return a reduced error number (the HRESULT less
-// 0x80040000, 0 for success, always positive for a failure) and keep the text.
+// 0x80040000, 0 for success, always positive for a failure) and keep the text. When QuickBooks is
+// found gone, nothing of the session is left: the next opening starts afresh.
 #pragma once
 
 #include <cstdint>
@@ -18,6 +19,12 @@ class qbxml {
   /// has not installed it.
   using ProcessorFactory = std::function<std::unique_ptr<platform::RequestProcessor>()>;
 
+  /// Failures that are not the request processor's own.
+  static constexpr std::int32_t kCannotUseCompanyFile = 2;  // an HRESULT that does not reduce
+  static constexpr std::int32_t kQuickBooksSdkMissing = 3;  // no processor object
+  static constexpr std::int32_t kOutOfMemory = 7;
+  static constexpr std::int32_t kInternalError = 51;
+
   explicit qbxml(ProcessorFactory factory);
   ~qbxml();
   qbxml(const qbxml&) = delete;
@@ -26,9 +33,11 @@ class qbxml {
   bool IsConnected() const;
   /// The open company file, or a sentence that says that there is none.
   Text CompanyFileName();
+  /// When the session cannot be begun the connection stays open; the caller closes it.
   std::int32_t OpenConnectionAndBeginSession(TextView applicationId, TextView applicationName,
                                              TextView companyFile, std::int16_t fileMode,
                                              std::int32_t& errorNumber);
+  /// Harmless when nothing is open. Afterwards nothing is, even if QuickBooks refused.
   void EndSessionAndCloseConnection();
   std::int32_t OpenConnection(TextView applicationId, TextView applicationName,
                               std::int32_t& errorNumber);
@@ -36,12 +45,14 @@ class qbxml {
   std::int32_t BeginSession(TextView companyFile, std::int16_t fileMode, std::int32_t& errorNumber);
   void EndSession();
   void CloseConnection();
+  /// On failure the response is empty.
   std::int32_t ProcessRequest(TextView request, Text& response);
   /// The sentence for a raw (HRESULT) or reduced number.
   Text ErrorDescription(std::int32_t number) const;
   /// True and an empty report for a valid request; else a report of the first fault.
   bool XMLValidate(TextView request, Text& report) const;
 
+  /// What these raise is dropped: a status line must not break a session.
   std::function<void(TextView)> UpdateStatus;
   std::function<void()> Loading;  // before a company file is opened
   std::function<void()> Loaded;   // when that has ended, well or not
@@ -54,7 +65,22 @@ class qbxml {
   Text sTicket;
 
  private:
-  std::unique_ptr<platform::RequestProcessor> oProcessor;
+  struct Failure {
+    std::int32_t lNumber = 0;  // reduced; 0: none
+    Text sDescription;
+  };
+  using Operation = std::function<void(platform::RequestProcessor&)>;
+
+  bool CreateProcessor(TextView failureText);
+  Failure Call(const Operation& operation);
+  Failure CallFailed(const platform::RequestProcessorError& error);
+  void ForgetProcessor();
+  std::int32_t Keep(Failure failure);
+  void ClearLastError();
+  void TellStatus(TextView text) const;
+
+  ProcessorFactory oFactory;
+  std::shared_ptr<platform::RequestProcessor> oProcessor;
 };
 
 }  // namespace ostrel

@@ -1,0 +1,13 @@
+// How history files are named.
+#pragma once
+
+#include "util/Text.h"
+
+namespace ostrel {
+
+/// The name for a moment, given its general date text: "1/5/2010 9:03:07 AM" gives
+/// "1050201090307AM.txt". Kept: each "/" becomes "0". Characters that no file name may hold, as
+/// other locales have them, are left out.
+Text HistoryFileName(TextView generalDate);
+
+}  // namespace ostrel

@@ -1,0 +1,223 @@
+#include "gateway/RequestHandler.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <new>
+
+#include "gateway/ErrorTexts.h"
+#include "gateway/RequestHistory.h"
+#include "gateway/XmlProlog.h"
+#include "util/RunTimeError.h"
+#include "util/cFileIO.h"
+
+namespace ostrel {
+namespace {
+
+enum class Command { kSelectCompanyFile, kInformation, kOpen, kClose, kQbxml };
+
+struct Keyword {
+  TextView word;
+  Command command;
+};
+
+// Kept: a keyword counts wherever it stands, in upper case, and the first in this order wins.
+constexpr Keyword kKeywords[] = {
+    {u"QBFILENAME:", Command::kSelectCompanyFile},
+    {u"QUICKBOOKSINFO", Command::kInformation},
+    {u"OPENQB:", Command::kOpen},
+    {u"CLOSEQB:", Command::kClose},
+};
+
+constexpr TextView kCloseReply =
+    u"<QBXML><QBXMLMsgsRs><CloseQBRs requestID=\"99\" statusCode=\"0\" statusSeverity=\"Info\" "
+    u"statusMessage=\"Status OK\"><CloseQBRet>OK</CloseQBRet></CloseQBRs></QBXMLMsgsRs></QBXML>";
+
+// With these the session on the other side has ended: QuickBooks was closed under it. The next
+// request must open a new one.
+constexpr std::int32_t kSessionLost[] = {
+    0x401,  // could not access QuickBooks
+    0x40C,  // BeginSession has not been called
+    0x40D,  // the ticket is invalid
+    0x40F,  // OpenConnection has not been called
+};
+
+Command Recognise(TextView request) {
+  for (const Keyword& keyword : kKeywords) {
+    if (Contains(request, keyword.word)) return keyword.command;
+  }
+  return Command::kQbxml;
+}
+
+void MarksToLineBreaks(Text& request) {
+  const TextView mark(&kAttributeMark, 1);
+  if (Contains(request, mark)) request = ReplaceAll(request, mark, kCrLf);
+}
+
+// The header names the client's routine; requests of the older routines have none.
+void RemoveHeaderLine(Text& request) {
+  if (request.starts_with(u"<?xml") || request.starts_with(u"<?qbxml")) return;
+  const std::size_t at = request.find(kCrLf);
+  request.erase(0, at == Text::npos ? at : at + kCrLf.size());
+}
+
+// Blanks are trimmed before the rest of the lines is cut off.
+TextView CompanyFileIn(TextView request) {
+  const TextView name = TrimBlanks(request.substr(request.find(u':') + 1));
+  return name.substr(0, name.find_first_of(u"\r\n\u00FE"));
+}
+
+Text DefaultCompanyFile(const Text& iniFile) {
+  cFileIO file;
+  file.FullFileName(iniFile);
+  Text name;
+  file.ReadINI(u"Quickbooks", u"FileName", name);
+  return name;
+}
+
+float Fail(std::int32_t number, TextView description, Text& response) {
+  response = description;
+  return static_cast<float>(std::max(number, 1));
+}
+
+}  // namespace
+
+RequestHandler::RequestHandler(GatewaySettings& settings, qbxml& session, HostQuery& hostQuery,
+                               IdleClose& idleClose, Trace& trace, const platform::Clock& clock)
+    : oSettings(settings),
+      oSession(session),
+      oHostQuery(hostQuery),
+      oIdleClose(idleClose),
+      oTrace(trace),
+      oClock(clock) {}
+
+float RequestHandler::ProcessRequest(Text& request, Text& response) {
+  try {
+    response.clear();
+    return static_cast<float>(Process(request, response));
+  } catch (const RunTimeError& error) {
+    return Fail(error.Number, error.Description, response);
+  } catch (const std::bad_alloc&) {
+    return Fail(qbxml::kOutOfMemory, u"Out of memory", response);
+  } catch (const std::exception&) {
+    return Fail(qbxml::kInternalError, u"Internal error", response);
+  }
+}
+
+void RequestHandler::CloseQuickBooks() {
+  oSession.EndSessionAndCloseConnection();
+  oIdleClose.dCloseAt = oClock.Now();
+  oIdleClose.bAutoClose = true;
+}
+
+std::int32_t RequestHandler::Process(Text& request, Text& response) {
+  RequestHistory history(oSettings, oTrace, oClock);
+  history.Begin(request);
+  MarksToLineBreaks(request);
+  const Command command = Recognise(request);
+  if (command == Command::kSelectCompanyFile) return SelectCompanyFile(request, response);
+  if (command == Command::kClose) return CloseOnRequest(response);
+  if (command == Command::kOpen) oIdleClose.bAutoClose = false;
+
+  const bool isHostQuery = command != Command::kQbxml;
+  if (isHostQuery) request = u"HostQuery\r\n" + Text(HostQuery::kRequest);
+  RemoveHeaderLine(request);
+  if (const std::int32_t failure = EnsureSession(response)) return failure;
+  const std::int32_t number = Submit(request, response, isHostQuery);
+  history.Write(request, response, number == kParseError);
+  ExtendIdleClose();
+  return number;
+}
+
+std::int32_t RequestHandler::SelectCompanyFile(TextView request, Text& response) {
+  oSettings.sQBFileName = CompanyFileIn(request);
+  if (UpperCase(oSettings.sQBFileName) == u"DEFAULT") {
+    oSettings.sQBFileName = DefaultCompanyFile(oSettings.sIniFile);
+  }
+  // Without a session the name is a sentence that differs, and there is nothing to close.
+  if (oSession.CompanyFileName() != oSettings.sQBFileName) oSession.EndSessionAndCloseConnection();
+  // Kept: the name stands as it is, not escaped; clients compare it.
+  response =
+      u"<QBXML><QBXMLMsgsRs><QBFileNameRs requestID=\"99\" statusCode=\"0\" "
+      u"statusSeverity=\"Info\" statusMessage=\"Status OK\"><QBFileNameRet><QBFileName>" +
+      oSettings.sQBFileName + u"</QBFileName></QBFileNameRet></QBFileNameRs></QBXMLMsgsRs></QBXML>";
+  ExtendIdleClose();
+  return 0;
+}
+
+std::int32_t RequestHandler::CloseOnRequest(Text& response) {
+  CloseQuickBooks();
+  response = kCloseReply;
+  return 0;
+}
+
+std::int32_t RequestHandler::Submit(Text& request, Text& response, bool isHostQuery) {
+  EnsureXmlProlog(request);
+  const std::int32_t number = oSession.ProcessRequest(request, response);
+  if (number != 0) {
+    RequestFailed(number, request, response);
+    return number;
+  }
+  const TextView trimmed = TrimBlanks(response);
+  if (trimmed.size() != response.size()) response = Text(trimmed);
+  if (isHostQuery) AddProduct(response);
+  return 0;
+}
+
+std::int32_t RequestHandler::EnsureSession(Text& response) {
+  if (oSession.IsConnected()) return 0;
+  ExtendIdleClose();
+  std::int32_t errorNumber = 0;
+  const std::int32_t failure = oSession.OpenConnectionAndBeginSession(
+      u"ostrel", u"Ostrel", oSettings.sQBFileName, 0, errorNumber);
+  if (failure != 0) {
+    OpenFailed(errorNumber, response);
+    return errorNumber;
+  }
+  Text reply;
+  if (!oHostQuery.Run(reply, false)) oTrace.AddStatus(u"Host query failed: " + reply);
+  return 0;
+}
+
+void RequestHandler::OpenFailed(std::int32_t number, Text& response) {
+  TellFailure(number);
+  response =
+      u"You must Test the Quickbooks Connection from the Ostrel server before you can interact "
+      u"with the Quickbooks data.";
+  oTrace.AddStatus(u"Settings incomplete: run 'Test Connection'.");
+  oSession.EndSessionAndCloseConnection();
+}
+
+void RequestHandler::RequestFailed(std::int32_t number, TextView request, Text& response) {
+  TellFailure(number);
+  if (oSettings.bValidateXML && number == kParseError) oSession.XMLValidate(request, response);
+  const bool isLost =
+      std::find(std::begin(kSessionLost), std::end(kSessionLost), number) != std::end(kSessionLost);
+  if (isLost) oSession.EndSessionAndCloseConnection();
+}
+
+// Company file and product stand in front of every product name of the host query's reply.
+void RequestHandler::AddProduct(Text& response) {
+  const Text name =
+      oSettings.sQBFileName.empty() ? oSession.CompanyFileName() : oSettings.sQBFileName;
+  const Text product = u"<QBFileName>" + name + u"</QBFileName><OstrelServer><ProductCode>" +
+                       ToText(std::int64_t{oHostQuery.iQBProductCode}) +
+                       u"</ProductCode><ProductYear>" +
+                       ToText(std::int64_t{oHostQuery.iQBProductYear}) +
+                       u"</ProductYear></OstrelServer><ProductName>";
+  response = ReplaceAll(response, u"<ProductName>", product);
+}
+
+// The client gets a number; people get the sentence, or what QuickBooks said.
+void RequestHandler::TellFailure(std::int32_t number) {
+  const auto raw =
+      static_cast<std::int32_t>(static_cast<std::uint32_t>(number) + kReducedNumberBase);
+  const TextView sentence = FindErrorText(raw).value_or(TextView(oSession.sLastError));
+  oTrace.AddStatus(u"Request failed: " + ToText(std::int64_t{number}) + u" " + Text(sentence));
+}
+
+void RequestHandler::ExtendIdleClose() {
+  oIdleClose.Extend(oClock.Now(), oSettings.iDisconnectTimeout);
+}
+
+}  // namespace ostrel

@@ -1,0 +1,75 @@
+#include "gateway/RequestHistory.h"
+
+#include <exception>
+
+#include "gateway/HistoryFileName.h"
+#include "gateway/XmlLayout.h"
+#include "util/cFileIO.h"
+
+namespace ostrel {
+namespace {
+
+const Text kRule(60, u'=');
+
+}  // namespace
+
+RequestHistory::RequestHistory(const GatewaySettings& settings, Trace& trace,
+                               const platform::Clock& clock)
+    : oSettings(settings),
+      oTrace(trace),
+      oClock(clock),
+      bOn(settings.bHistory),
+      sStartTime(clock.GeneralDate(clock.Now())) {}
+
+void RequestHistory::Begin(TextView rawRequest) {
+  Attempt([&] {
+    sHistoryBuffer = oTrace.HistoryHeader();
+    AddLine(u"Raw Data:");
+    AddLine(rawRequest);
+    AddLine(kRule);
+  });
+}
+
+void RequestHistory::Write(Text& request, TextView response, bool isParseError) {
+  Attempt([&] {
+    oTrace.AddStatus(u"Creating Log File: " + HistoryFileName(sStartTime));
+    FormatXmlText(request);
+    AddLine(request);
+    AddLine(kRule);
+    if (isParseError) {
+      AddLine(response);
+    } else {
+      AddLine(ReplaceAll(response, u"\n", kCrLf));
+    }
+    AddLine(kRule);
+    AddLine(u"Start: " + sStartTime);
+    // Kept: no blank after this colon.
+    sHistoryBuffer.append(u"End:").append(oClock.GeneralDate(oClock.Now()));
+    WriteFile();
+  });
+}
+
+template <typename Step>
+void RequestHistory::Attempt(Step step) {
+  if (!bOn) return;
+  try {
+    step();
+  } catch (const std::exception&) {
+    bOn = false;
+    sHistoryBuffer = {};
+    oTrace.AddStatus(u"The history of this request could not be written");
+  }
+}
+
+void RequestHistory::AddLine(TextView line) {
+  sHistoryBuffer.append(line).push_back(kAttributeMark);
+}
+
+void RequestHistory::WriteFile() {
+  cFileIO file;
+  if (!file.OpenFile(oSettings.sHistPath + u"\\" + HistoryFileName(sStartTime), u"W")) return;
+  file.WriteData(sHistoryBuffer, -1, u"A");
+  file.CloseFile();
+}
+
+}  // namespace ostrel

@@ -1,0 +1,218 @@
+#include "gateway/qbxml.h"
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+#include <utility>
+
+#include "gateway/ErrorTexts.h"
+#include "gateway/ValidationReport.h"
+
+namespace ostrel {
+namespace {
+
+// HRESULTs with which a call ends when the server behind the object has died or was disconnected.
+constexpr std::uint32_t kServerGone[] = {
+    0x800706BA,  // RPC_S_SERVER_UNAVAILABLE
+    0x800706BE,  // RPC_S_CALL_FAILED
+    0x800706BF,  // RPC_S_CALL_FAILED_DNE
+    0x80010007,  // RPC_E_SERVER_DIED
+    0x80010012,  // RPC_E_SERVER_DIED_DNE
+    0x80010108,  // RPC_E_DISCONNECTED
+    0x800401FD,  // CO_E_OBJNOTCONNECTED
+};
+
+bool MeansServerGone(std::int32_t hresult) {
+  const auto number = static_cast<std::uint32_t>(hresult);
+  return std::find(std::begin(kServerGone), std::end(kServerGone), number) != std::end(kServerGone);
+}
+
+Text Hexadecimal(std::int32_t hresult) {
+  Text digits = u"0x";
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    digits.push_back(u"0123456789ABCDEF"[static_cast<std::uint32_t>(hresult) >> shift & 0xF]);
+  }
+  return digits;
+}
+
+platform::FileMode ModeFor(std::int16_t fileMode) {
+  if (fileMode == 1) return platform::FileMode::kSingleUser;
+  if (fileMode == 2) return platform::FileMode::kMultiUser;
+  return platform::FileMode::kDoNotCare;
+}
+
+template <typename Event, typename... Arguments>
+void Raise(const Event& event, const Arguments&... arguments) {
+  if (!event) return;
+  try {
+    event(arguments...);
+  } catch (...) {  // NOLINT(bugprone-empty-catch): what listens must not break the session
+  }
+}
+
+}  // namespace
+
+qbxml::qbxml(ProcessorFactory factory) : oFactory(std::move(factory)) {}
+
+qbxml::~qbxml() { CloseConnection(); }
+
+bool qbxml::IsConnected() const { return bConnectionOpen; }
+
+Text qbxml::CompanyFileName() {
+  Text name;
+  const Failure failure =
+      Call([&](auto& processor) { name = processor.GetCurrentCompanyFileName(Text(sTicket)); });
+  if (failure.lNumber == 0) return name;
+  return u"Connection to Quickbooks Failed.  SessionId: " + sTicket + u" " + failure.sDescription;
+}
+
+std::int32_t qbxml::OpenConnectionAndBeginSession(TextView applicationId, TextView applicationName,
+                                                  TextView companyFile, std::int16_t fileMode,
+                                                  std::int32_t& errorNumber) {
+  ClearLastError();
+  // Kept: this sentence and OpenConnection's differ.
+  if (!CreateProcessor(u"Quickbooks SDK Missing.  Invalid Install")) {
+    return errorNumber = kQuickBooksSdkMissing;
+  }
+  const std::int32_t failure = OpenConnection(applicationId, applicationName, errorNumber);
+  return failure != 0 ? failure : BeginSession(companyFile, fileMode, errorNumber);
+}
+
+void qbxml::EndSessionAndCloseConnection() {
+  EndSession();
+  CloseConnection();
+}
+
+std::int32_t qbxml::OpenConnection(TextView applicationId, TextView applicationName,
+                                   std::int32_t& errorNumber) {
+  errorNumber = 0;
+  if (!CreateProcessor(u"Quickbooks SDK missing.  Invalid Install.")) {
+    return errorNumber = kQuickBooksSdkMissing;
+  }
+  TellStatus(u"Openning Connection");
+  errorNumber = Keep(
+      Call([&](auto& processor) { processor.OpenConnection(applicationId, applicationName); }));
+  if (errorNumber != 0) return errorNumber;
+  TellStatus(u"Connection Open");
+  bConnectionOpen = true;
+  return 0;
+}
+
+std::int32_t qbxml::BeginSession(TextView companyFile, std::int16_t fileMode,
+                                 std::int32_t& errorNumber) {
+  errorNumber = 0;
+  TellStatus(u"Loading Company file");
+  Raise(Loading);
+  errorNumber = Keep(Call(
+      [&](auto& processor) { sTicket = processor.BeginSession(companyFile, ModeFor(fileMode)); }));
+  Raise(Loaded);
+  if (errorNumber != 0) return errorNumber;
+  TellStatus(u"Session begun with " + CompanyFileName());
+  bSessionBegun = bProcessorCreated;  // reading the name may have found QuickBooks gone
+  return 0;
+}
+
+void qbxml::EndSession() {
+  if (!bSessionBegun) return;
+  TellStatus(u"Disconnecting from Quickbooks");
+  // A failure is ignored: the session is over either way, and the last error stays what it was.
+  Call([&](auto& processor) { processor.EndSession(Text(sTicket)); });
+  bSessionBegun = false;
+}
+
+void qbxml::CloseConnection() {
+  if (!bConnectionOpen) return;
+  TellStatus(u"Closing Quickbooks.");
+  Call([](auto& processor) { processor.CloseConnection(); });  // ignored as above
+  bConnectionOpen = false;
+}
+
+std::int32_t qbxml::ProcessRequest(TextView request, Text& response) {
+  ClearLastError();
+  response.clear();
+  TellStatus(u"Processing Request");
+  Failure failure =
+      Call([&](auto& processor) { response = processor.ProcessRequest(Text(sTicket), request); });
+  if (failure.lNumber == 0) {
+    TellStatus(u"Request Processed");
+    return 0;
+  }
+  failure.sDescription += u" (ProcessRequest:" + ToText(std::int64_t{failure.lNumber}) + u")";
+  return Keep(std::move(failure));
+}
+
+Text qbxml::ErrorDescription(std::int32_t number) const {
+  if (const auto text = FindErrorText(number)) return Text(*text);
+  return u"Error " + ToText(std::int64_t{number}) + u" " + ToText(std::int64_t{lLastError}) + u" " +
+         sLastError;
+}
+
+bool qbxml::XMLValidate(TextView request, Text& report) const {
+  return ValidateRequest(request, report);
+}
+
+bool qbxml::CreateProcessor(TextView failureText) {
+  if (bProcessorCreated) return true;
+  try {
+    oProcessor = oFactory();
+  } catch (...) {
+    oProcessor = nullptr;  // whatever the reason, the user is told what to repair
+  }
+  bProcessorCreated = oProcessor != nullptr;
+  if (!bProcessorCreated) Keep({kQuickBooksSdkMissing, Text(failureText)});
+  return bProcessorCreated;
+}
+
+// Runs one operation of the processor. Events run meanwhile: the object is held (and the ticket
+// copied by the callers), so that nobody can drop it under the call.
+qbxml::Failure qbxml::Call(const Operation& operation) {
+  try {
+    const std::shared_ptr<platform::RequestProcessor> processor = oProcessor;
+    if (processor == nullptr) {
+      constexpr auto kNotOpen = static_cast<std::int32_t>(0x8004040F);
+      throw platform::RequestProcessorError(kNotOpen, Text(*FindErrorText(kNotOpen)));
+    }
+    operation(*processor);
+    return {};
+  } catch (const platform::RequestProcessorError& error) {
+    return CallFailed(error);
+  } catch (const std::bad_alloc&) {
+    return {kOutOfMemory, u"Out of memory"};
+  } catch (...) {
+    return {kInternalError, u"Internal error"};
+  }
+}
+
+qbxml::Failure qbxml::CallFailed(const platform::RequestProcessorError& error) {
+  if (MeansServerGone(error.Number)) ForgetProcessor();
+  const auto reduced =
+      static_cast<std::int32_t>(static_cast<std::uint32_t>(error.Number) - kReducedNumberBase);
+  if (reduced > 0) return {reduced, error.Description};
+  // Such a number would pass for success, or as no error of QuickBooks at all.
+  return {kCannotUseCompanyFile, error.Description + u" (" + Hexadecimal(error.Number) + u")"};
+}
+
+// A dead server has neither a session nor a connection; a new one needs a new object.
+void qbxml::ForgetProcessor() {
+  oProcessor = nullptr;
+  bProcessorCreated = false;
+  bConnectionOpen = false;
+  bSessionBegun = false;
+  TellStatus(u"Quickbooks is gone.");
+}
+
+std::int32_t qbxml::Keep(Failure failure) {
+  if (failure.lNumber == 0) return 0;
+  lLastError = failure.lNumber;
+  sLastError = std::move(failure.sDescription);
+  return lLastError;
+}
+
+void qbxml::ClearLastError() {
+  sLastError.clear();
+  lLastError = 0;
+}
+
+void qbxml::TellStatus(TextView text) const { Raise(UpdateStatus, text); }
+
+}  // namespace ostrel
