@@ -1,0 +1,132 @@
+#include "platform/FileSystem.h"
+
+#include <windows.h>
+// shellapi.h needs windows.h before it.
+#include <shellapi.h>
+
+#include <memory>
+
+#include "platform/FileNames.h"
+#include "platform/SystemError.h"
+#include "platform/win32/Path.h"
+
+namespace ostrel::platform {
+namespace {
+
+struct CloseFind {
+  using pointer = HANDLE;
+  void operator()(HANDLE find) const { FindClose(find); }
+};
+
+int Result(BOOL succeeded) { return succeeded ? 0 : LastErrorNumber(); }
+
+// What a function gives that fills a buffer and returns the length: without the NUL when the buffer
+// sufficed, with it when it did not.
+template <typename Fill>
+std::wstring Filled(Fill fill) {
+  std::wstring text(MAX_PATH, L'\0');
+  DWORD length = 0;
+  while ((length = fill(text.data(), static_cast<DWORD>(text.size()))) >= text.size()) {
+    text.resize(text.size() * 2);
+  }
+  text.resize(length);
+  return text;
+}
+
+// Without a separator at its end, a drive's root excepted.
+Text WithoutSeparator(std::wstring_view folder) {
+  if (folder.ends_with(L'\\') && !folder.ends_with(LR"(:\)")) folder.remove_suffix(1);
+  return FromWide(folder);
+}
+
+}  // namespace
+
+int EraseFile(TextView path) { return Result(DeleteFileW(SystemPath(path).c_str())); }
+
+int RenamePath(TextView from, TextView to) {
+  return Result(MoveFileExW(SystemPath(from).c_str(), SystemPath(to).c_str(), 0));
+}
+
+int RenameOver(TextView from, TextView to) {
+  return Result(MoveFileExW(SystemPath(from).c_str(), SystemPath(to).c_str(),
+                            MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH));
+}
+
+int DuplicateFile(TextView from, TextView to) {
+  return Result(CopyFileW(SystemPath(from).c_str(), SystemPath(to).c_str(), FALSE));
+}
+
+int RecyclePath(TextView path, bool confirm) {
+  std::wstring list = SystemPath(path);
+  if (GetFileAttributesW(list.c_str()) == INVALID_FILE_ATTRIBUTES) return LastErrorNumber();
+  list.push_back(L'\0');  // a list of names, ended by an empty one
+
+  SHFILEOPSTRUCTW operation{};
+  operation.wFunc = FO_DELETE;
+  operation.pFrom = list.c_str();
+  operation.fFlags = FOF_ALLOWUNDO | FOF_SILENT | FOF_NOERRORUI;
+  if (!confirm) operation.fFlags |= FOF_NOCONFIRMATION;
+  const int failure = SHFileOperationW(&operation);
+  if (failure == 0) return operation.fAnyOperationsAborted ? kAccessDenied : 0;
+  return kGeneralFailure;  // the shell's numbers are of its own kind
+}
+
+Text MakeTemporaryFile(TextView folder, TextView prefix) {
+  wchar_t path[MAX_PATH];
+  const std::wstring start = ToWide(prefix.substr(0, 3));
+  if (start.find_first_of(L"\\/") != std::wstring::npos) return {};
+  if (GetTempFileNameW(SystemPath(folder).c_str(), start.c_str(), 0, path) == 0) return {};
+  return FromWide(path);
+}
+
+Text TemporaryFolder() {
+  std::wstring folder = Filled(
+      [](wchar_t* text, DWORD size) { return GetEnvironmentVariableW(L"TEMP", text, size); });
+  if (folder.empty()) {
+    folder = Filled([](wchar_t* text, DWORD size) { return GetTempPathW(size, text); });
+  }
+  return WithoutSeparator(folder);
+}
+
+Text ShortPath(TextView folder) {
+  const std::wstring path = SystemPath(folder);
+  const std::wstring shortPath = Filled(
+      [&](wchar_t* text, DWORD size) { return GetShortPathNameW(path.c_str(), text, size); });
+  return shortPath.empty() ? Text(folder) : FromWide(shortPath);
+}
+
+const Text& ProgramFolder() {
+  static const Text folder = [] {
+    const std::wstring program =
+        Filled([](wchar_t* text, DWORD size) { return GetModuleFileNameW(nullptr, text, size); });
+    return FromWide(std::wstring_view(program).substr(0, program.rfind(L'\\')));
+  }();
+  return folder;
+}
+
+int MakeFolder(TextView path) {
+  return Result(CreateDirectoryW(SystemPath(path).c_str(), nullptr));
+}
+
+bool FolderExists(TextView path) {
+  const DWORD attributes = GetFileAttributesW(SystemPath(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+std::vector<Text> ListFiles(TextView folder, TextView pattern) {
+  // The system's own pattern would compare short names as well.
+  const std::wstring everything = SystemPath(Text(folder) + u"\\*");
+  WIN32_FIND_DATAW found;
+  const HANDLE first = FindFirstFileW(everything.c_str(), &found);
+  if (first == INVALID_HANDLE_VALUE) return {};
+
+  const std::unique_ptr<HANDLE, CloseFind> find(first);
+  std::vector<Text> names;
+  do {
+    const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    if (!isFolder) names.push_back(FromWide(found.cFileName));
+  } while (FindNextFileW(find.get(), &found));
+  return SelectNames(names, pattern);
+}
+
+}  // namespace ostrel::platform
