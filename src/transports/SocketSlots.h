@@ -1,0 +1,71 @@
+// Where the socket transport keeps the requests of its connections: one slot a request, from its
+// first piece until its connection is closed. Slots are numbered from 1; a connection is known by
+// the socket server's index, from 1. A connection that sends several requests has several slots.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "util/LinkedList.h"
+#include "util/Text.h"
+
+namespace ostrel {
+
+class SocketSlots {
+ public:
+  struct Slot {
+    std::int16_t iSocket = 0;  // 0: the slot is free
+    Text sRequest;             // what has arrived of the request
+  };
+  struct Request {
+    std::int16_t iSocket;
+    Text sRequest;
+  };
+
+  /// Slot of the connection's incomplete request; 0 when there is none.
+  std::int32_t ReceivingSlot(std::int16_t socket);
+  /// Gives the connection a slot for a new request. 0 when no known slot is free.
+  std::int32_t StartReceiving(std::int16_t socket);
+
+  /// Whether slot numbers are left for another Grow.
+  bool CanGrow() const;
+  /// Highest slot number after the next Grow.
+  std::int32_t SizeAfterGrowth() const;
+  /// Makes ten more slots (eleven at first). Each later growth puts the previous highest number
+  /// into FreeSlots once more (kept: required); StartReceiving passes over a number in use.
+  void Grow();
+  /// Frees the slots of answered requests whose connections are still open. False when there are
+  /// none.
+  bool FreeAnswered();
+
+  Slot& At(std::int32_t slot) { return SocketStorage[static_cast<std::size_t>(slot) - 1]; }
+  /// The connection's incomplete request is complete: it goes to the end of ProcessQueue.
+  void Queue(std::int16_t socket, std::int32_t slot);
+  /// Takes the oldest complete request from ProcessQueue, its text moved out of its slot.
+  std::optional<Request> TakeOldest();
+
+  /// The client closed the connection. A connection with only an incomplete request keeps slot and
+  /// entry in ReceivingSockets (kept: required), though not the text: the next connection of this
+  /// index must not inherit it.
+  void ForgetClosed(std::int16_t socket);
+  /// Frees all the connection's slots, and its requests leave ProcessQueue.
+  void ForgetConnection(std::int16_t socket);
+  /// As ForgetConnection, for every connection there is.
+  void ForgetAll();
+
+  std::vector<Slot> SocketStorage;  // element 0 is slot 1
+  std::int16_t iStorageSize = 0;    // highest slot number made so far
+  LinkedList FreeSlots;             // slot numbers not in use
+  LinkedList ReceivingSockets;      // socket index -> slot of the incomplete request
+  LinkedList QueuedSockets;         // socket index -> slot of a complete request, answered or not
+  LinkedList ProcessQueue;          // slot numbers of complete requests, oldest first
+
+ private:
+  std::int32_t FirstFreeSlot();
+  void FreeSlot(std::int32_t slot);
+  bool FreeQueued(std::int16_t socket);
+  void FreeReceiving(std::int16_t socket);
+};
+
+}  // namespace ostrel

@@ -1,0 +1,80 @@
+// Requests over TCP: puts the pieces of each client's request together until the end-of-data mark,
+// queues complete requests, and answers one a timer tick on the connection it came from. A request
+// that cannot be kept or answered for want of memory ends its own connection only.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <set>
+
+#include "gateway/RequestGate.h"
+#include "gateway/Trace.h"
+#include "platform/EventLoop.h"
+#include "transports/ClientConnections.h"
+#include "transports/SocketSlots.h"
+#include "transports/TransportSettings.h"
+#include "util/Text.h"
+
+namespace ostrel {
+
+class SocketTransport {
+ public:
+  /// The gateway's ProcessRequest: the result is above 0 for an error.
+  using RequestProcessing = std::function<float(Text& request, Text& response)>;
+
+  /// activeSocket: index of the connection whose request is being answered, 0 for none; the logs
+  /// read it as well.
+  SocketTransport(const TransportSettings& settings, Trace& trace, RequestGate& gate,
+                  std::int16_t& activeSocket, RequestProcessing processRequest);
+
+  /// The server that has been created, and its end: all its connections are forgotten then, and an
+  /// answer that is being sent stops.
+  void Attach(ClientConnections& connections);
+  void Detach();
+
+  void oSocketServer_SocketOpened(std::int16_t socket);
+  void oSocketServer_DataArrival(std::int16_t socket, TextView data);
+  /// Socket 0 is the listener: the server then closes all its connections without further events.
+  void oSocketServer_Error(std::int16_t socket, std::int16_t number, TextView description);
+  void oSocketServer_SocketClosed(std::int16_t socket);
+
+  /// Answers the oldest complete request; does nothing while another is in work.
+  void tmrSocketProcess_Timer();
+
+  /// Tells the client whose request is in work that QuickBooks is still loading. False when no
+  /// socket request is in work.
+  bool SendLoadingNotice();
+
+  /// Lets the user interface process pending events between the blocks of a response.
+  std::function<void()> DoEvents = platform::DoEvents;
+  /// Characters; a longer request ends its connection.
+  std::size_t lLongestRequest = std::size_t{256} * 1024 * 1024;
+
+ private:
+  class InWork;
+
+  void Receive(std::int16_t socket, TextView data);
+  std::int32_t SlotFor(std::int16_t socket);
+  void Answer(Text request);
+  void SendFailure(float result, TextView response);
+  void SendResponse(Text response);
+  bool SendBlocks(Text response);
+  bool Send(TextView data);
+  void EndConnection(std::int16_t socket, TextView reason);
+  void StopReplyTo(std::int16_t socket);
+  void Log(std::int16_t socket, TextView what, TextView value = {});
+
+  const TransportSettings& oSettings;
+  Trace& oTrace;
+  RequestGate& oGate;
+  std::int16_t& iActiveSocket;
+  RequestProcessing ProcessRequest;
+
+  ClientConnections* oConnections = nullptr;
+  SocketSlots oSlots;
+  bool bInWork = false;
+  std::int16_t iReplyTo = 0;            // the connection being answered; 0 once it has gone
+  std::set<std::int16_t> EndedSockets;  // what still arrives from these is dropped
+};
+
+}  // namespace ostrel

@@ -1,0 +1,636 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <new>
+#include <stdexcept>
+
+#include "../doubles/FakeTrace.h"
+#include "transports/SocketTransport.h"
+#include "util/RunTimeError.h"
+
+namespace ostrel {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+using Texts = std::vector<Text>;
+
+MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
+
+class FakeConnections : public ClientConnections {
+ public:
+  struct Sent {
+    std::int16_t iSocket;
+    Text sData;
+  };
+
+  void SendData(TextView data, std::int16_t socket) override {
+    Err.Clear();
+    if (iSendsBeforeFailure-- == 0) {
+      Err.Set(10054, u"CSocket.SendData", u"Connection reset by peer");
+      return;
+    }
+    All.push_back({socket, Text(data)});
+  }
+  void CloseSocket(std::int16_t socket) override { Closed.push_back(socket); }
+
+  Texts SentTo(std::int16_t socket) const {
+    Texts sent;
+    for (const Sent& one : All) {
+      if (one.iSocket == socket) sent.push_back(one.sData);
+    }
+    return sent;
+  }
+
+  std::vector<Sent> All;
+  std::vector<std::int16_t> Closed;
+  int iSendsBeforeFailure = -1;  // below 0: none fails
+};
+
+class ForgetfulTrace : public doubles::FakeTrace {
+ public:
+  void WriteCommLog(TextView text) override {
+    if (!sOutOfMemoryAt.empty() && ostrel::Contains(text, sOutOfMemoryAt)) throw std::bad_alloc();
+    FakeTrace::WriteCommLog(text);
+  }
+
+  Text sOutOfMemoryAt;
+};
+
+class SocketTransportTest : public testing::Test {
+ protected:
+  SocketTransportTest() {
+    Settings.lBlockSize = kDefaultBlockSize;
+    Transport.DoEvents = [this] {
+      ++iEventRounds;
+      if (BetweenBlocks) BetweenBlocks();
+    };
+    Transport.Attach(Connections);
+  }
+
+  void Arrive(std::int16_t socket, TextView data) {
+    Transport.oSocketServer_DataArrival(socket, data);
+  }
+  void Tick() { Transport.tmrSocketProcess_Timer(); }
+  void AnswerWith(Text response, float result = 0) {
+    sResponse = std::move(response);
+    fResult = result;
+  }
+
+  float Process(Text& request, Text& response) {
+    Requests.push_back(request);
+    if (DuringRequest) DuringRequest();
+    response = sResponse;
+    return fResult;
+  }
+
+  TransportSettings Settings;
+  ForgetfulTrace Trace;
+  RequestGate Gate;
+  FakeConnections Connections;
+  std::int16_t iActiveSocket = 0;
+  Texts Requests;
+  Text sResponse = u"ok";
+  float fResult = 0;
+  int iEventRounds = 0;
+  std::function<void()> DuringRequest;
+  std::function<void()> BetweenBlocks;
+  SocketTransport Transport{
+      Settings, Trace, Gate, iActiveSocket,
+      [this](Text& request, Text& response) { return Process(request, response); }};
+};
+
+TEST_F(SocketTransportTest, PutsTheReadsOfOneRequestTogetherInOrder) {
+  Arrive(1, u"one ");
+  Arrive(1, u"two ");
+  Arrive(1, u"three\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"one two three"));
+}
+
+TEST_F(SocketTransportTest, KeepsInterleavedRequestsApart) {
+  Arrive(1, u"a1");
+  Arrive(2, u"b1");
+  Arrive(1, u"a2\x1F");
+  Arrive(2, u"b2\x1F");
+  Tick();
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"a1a2", u"b1b2"));
+}
+
+TEST_F(SocketTransportTest, TakesAMarkThatComesAlone) {
+  Arrive(1, u"request");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"request"));
+}
+
+TEST_F(SocketTransportTest, DropsWhatFollowsTheEndMark) {
+  // Kept: clients depend on it.
+  Arrive(1,
+         u"request\x1F"
+         u"lost\x1F");
+  Tick();
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"request"));
+}
+
+TEST_F(SocketTransportTest, ProcessesAnEmptyRequest) {
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u""));
+}
+
+TEST_F(SocketTransportTest, WaitsForTheEndMark) {
+  Arrive(1, u"request");
+  Tick();
+
+  EXPECT_THAT(Requests, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, AnswersOneRequestATickInTheOrderOfTheEndMarks) {
+  Arrive(1, u"begun first");
+  Arrive(2, u"ended first\x1F");
+  Arrive(1, u"\x1F");
+
+  Tick();
+  const Texts afterOne = Requests;
+  Tick();
+
+  EXPECT_THAT(afterOne, ElementsAre(u"ended first"));
+  EXPECT_THAT(Requests, ElementsAre(u"ended first", u"begun first"));
+}
+
+TEST_F(SocketTransportTest, AnswersSeveralRequestsOfOneConnection) {
+  Arrive(1, u"one\x1F");
+  Tick();
+  Arrive(1, u"two\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1),
+              ElementsAre(u"4\u00FE", u"ok", u"\x1F", u"4\u00FE", u"ok", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, SendsHeaderBlocksAndEndMark) {
+  AnswerWith(Text(25000, u'x'));
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"25002\u00FE", Text(10000, u'x'),
+                                                 Text(10000, u'x'), Text(5000, u'x'), u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, SendsAResponseOfExactlyOneBlockAsOneBlock) {
+  AnswerWith(Text(10000, u'x'));
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"10002\u00FE", Text(10000, u'x'), u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, SendsAnEmptyResponseAsHeaderAndEndMark) {
+  AnswerWith(u"");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"2\u00FE", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, CountsTheHeaderBeforeLineBreaksAreReplaced) {
+  AnswerWith(u"a\r\nb\r\n");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"8\u00FE", u"a\u00FEb\u00FE", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, SendsALineBreakAcrossTwoBlocksUnchanged) {
+  // Kept: line breaks are replaced within a block only.
+  Settings.lBlockSize = 4;
+  AnswerWith(u"abc\r\nd\r\n");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"10\u00FE", u"abc\r", u"\nd\u00FE", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, LeavesLoneLineCharactersAlone) {
+  AnswerWith(u"a\rb\nc\n\rd");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), Contains(u"a\rb\nc\n\rd"));
+}
+
+TEST_F(SocketTransportTest, SendsAFailureInOneCall) {
+  AnswerWith(u"sentence", 1024);
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"ERROR: 1024\u00FEsentence\x1F"));
+}
+
+TEST_F(SocketTransportTest, WritesAFractionalResultInItsShortestForm) {
+  AnswerWith(u"", 0.5F);
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"ERROR: 0.5\u00FE\x1F"));
+}
+
+TEST_F(SocketTransportTest, TakesAResultBelowZeroForSuccess) {
+  AnswerWith(u"fine", -1);
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"6\u00FE", u"fine", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, LetsEventsRunAfterEachBlock) {
+  Settings.lBlockSize = 1;
+  AnswerWith(u"abc");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_EQ(iEventRounds, 3);
+}
+
+TEST_F(SocketTransportTest, NamesTheActiveSocketWhileItsRequestIsInWork) {
+  std::vector<std::int16_t> active;
+  DuringRequest = BetweenBlocks = [&] { active.push_back(iActiveSocket); };
+  Arrive(7, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(active, ElementsAre(7, 7));
+  EXPECT_EQ(iActiveSocket, 0);
+}
+
+TEST_F(SocketTransportTest, StartsNoSecondRequestWhileOneIsInWork) {
+  DuringRequest = BetweenBlocks = [&] { Tick(); };
+  Arrive(1, u"one\x1F");
+  Arrive(2, u"two\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"one"));
+  EXPECT_FALSE(Gate.IsBusy());
+}
+
+TEST_F(SocketTransportTest, LeavesTheQueueAloneWhileOthersHoldThePass) {
+  Arrive(1, u"one\x1F");
+  {
+    const auto pass = Gate.TryEnter();
+    Tick();
+  }
+  const Texts whileBusy = Requests;
+  Tick();
+
+  EXPECT_THAT(whileBusy, IsEmpty());
+  EXPECT_THAT(Requests, ElementsAre(u"one"));
+}
+
+TEST_F(SocketTransportTest, QueuesWhatArrivesBetweenBlocks) {
+  BetweenBlocks = [&] { Arrive(2, u"meanwhile\x1F"); };
+  Arrive(1, u"one\x1F");
+  Tick();
+  BetweenBlocks = nullptr;
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"one", u"meanwhile"));
+}
+
+TEST_F(SocketTransportTest, StopsTheAnswerAtAFailedSend) {
+  Settings.lBlockSize = 1;
+  AnswerWith(u"abc");
+  Connections.iSendsBeforeFailure = 2;
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"5\u00FE", u"a"));
+  EXPECT_THAT(Trace.CommLog,
+              Contains(u"Socket 1\tSocket Send Error: 10054 (CSocket.SendData) Connection reset by "
+                       u"peer"));
+}
+
+TEST_F(SocketTransportTest, DoesNotJudgeTheHeadersOwnSend) {
+  // Kept: only the sends after it are looked at.
+  Connections.iSendsBeforeFailure = 0;
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"ok", u"\x1F"));
+  EXPECT_THAT(Trace.CommLog, Not(Contains(BeginsWith(u"Socket 1\tSocket Send Error"))));
+}
+
+TEST_F(SocketTransportTest, LogsAFailedSendOfAFailure) {
+  AnswerWith(u"sentence", 1024);
+  Connections.iSendsBeforeFailure = 0;
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Trace.CommLog, Contains(BeginsWith(u"Socket 1\tSocket Send Error: 10054")));
+  EXPECT_THAT(Trace.CommLog, Not(Contains(BeginsWith(u"Socket 1\tResults: "))));
+}
+
+TEST_F(SocketTransportTest, AnswersTheNextRequestAfterAFailedSend) {
+  Connections.iSendsBeforeFailure = 1;
+  Arrive(1, u"\x1F");
+  Arrive(2, u"\x1F");
+  Tick();
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(2), ElementsAre(u"4\u00FE", u"ok", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, StopsTheAnswerWhenTheClientDisconnects) {
+  Settings.lBlockSize = 1;
+  AnswerWith(u"abc");
+  BetweenBlocks = [&] { Transport.oSocketServer_SocketClosed(1); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"5\u00FE", u"a"));
+}
+
+TEST_F(SocketTransportTest, SendsNothingOfAnAnswerToTheNextConnectionOfTheSameIndex) {
+  DuringRequest = [&] {
+    Transport.oSocketServer_SocketClosed(1);
+    Transport.oSocketServer_SocketOpened(1);
+  };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.All, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, StopsTheAnswerWhenTheServerGoesAway) {
+  Settings.lBlockSize = 1;
+  AnswerWith(u"abc");
+  BetweenBlocks = [&] { Transport.Detach(); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"5\u00FE", u"a"));
+}
+
+TEST_F(SocketTransportTest, ForgetsTheRequestsOfAServerThatHasGone) {
+  Arrive(1, u"waits\x1F");
+  Arrive(2, u"half");
+
+  Transport.Detach();
+  Transport.Attach(Connections);
+  Arrive(2, u"whole\x1F");
+  Tick();
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"whole"));
+}
+
+TEST_F(SocketTransportTest, ForgetsTheWaitingRequestsOfAClosedConnection) {
+  Arrive(1, u"waits\x1F");
+  Transport.oSocketServer_SocketClosed(1);
+  Tick();
+
+  EXPECT_THAT(Requests, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, GivesTheNextConnectionNothingOfAHalfReceivedRequest) {
+  Arrive(1, u"half ");
+  Transport.oSocketServer_SocketClosed(1);
+  Transport.oSocketServer_SocketOpened(1);
+  Arrive(1, u"whole\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"whole"));
+}
+
+TEST_F(SocketTransportTest, ReusesTheSlotOfAClosedConnection) {
+  for (int round = 0; round < 30; ++round) {
+    Arrive(1, u"\x1F");
+    Tick();
+    Transport.oSocketServer_SocketClosed(1);
+  }
+
+  EXPECT_THAT(Trace.CommLog, Contains(u"Socket 1\tResize socket Storage Array: 11"));
+  EXPECT_THAT(Trace.CommLog, Not(Contains(u"Socket 1\tResize socket Storage Array: 21")));
+}
+
+TEST_F(SocketTransportTest, GrowsForTheTwelfthConnection) {
+  for (std::int16_t socket = 1; socket <= 12; ++socket) Arrive(socket, u"x");
+
+  EXPECT_THAT(Trace.CommLog, Contains(u"Socket 12\tResize socket Storage Array: 21"));
+  EXPECT_THAT(Trace.CommLog, Contains(u"Socket 12\tStorage Array Position: 12"));
+}
+
+TEST_F(SocketTransportTest, ServesOneConnectionForMoreRequestsThanThereAreSlots) {
+  Trace.bCommLog = false;
+  for (int i = 0; i < 40000; ++i) {
+    Arrive(1, u"\x1F");
+    Tick();
+  }
+
+  EXPECT_EQ(Requests.size(), 40000u);
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, EndsAConnectionForWhichThereIsNoSlot) {
+  Trace.bCommLog = false;
+  for (int i = 0; i < 32761; ++i) Arrive(1, u"\x1F");
+  Arrive(2, u"one too many\x1F");
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(2));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 2 ended: no room for another request"));
+}
+
+TEST_F(SocketTransportTest, TellsAnErrorAndClosesItsSocket) {
+  Transport.oSocketServer_Error(3, 10053, u"Software caused connection abort.");
+
+  EXPECT_THAT(Trace.Status,
+              ElementsAre(u"Socket Error 3 - 10053 - Software caused connection abort."));
+  EXPECT_THAT(Connections.Closed, ElementsAre(3));
+}
+
+TEST_F(SocketTransportTest, ClearsTheActiveSocketAtAnyError) {
+  // Kept: an error of another connection clears it as well.
+  std::int16_t active = -1;
+  BetweenBlocks = [&] {
+    Transport.oSocketServer_Error(2, 10053, u"");
+    active = iActiveSocket;
+  };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_EQ(active, 0);
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"4\u00FE", u"ok", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, FreesTheIncompleteRequestOfAFailedConnection) {
+  Arrive(1, u"half");
+  Transport.oSocketServer_Error(1, 10053, u"");
+  Transport.oSocketServer_SocketOpened(1);
+  Arrive(1, u"whole\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"whole"));
+}
+
+TEST_F(SocketTransportTest, ForgetsTheWaitingRequestsOfAFailedConnection) {
+  Arrive(1, u"waits\x1F");
+  Transport.oSocketServer_Error(1, 10053, u"");
+  Tick();
+
+  EXPECT_THAT(Requests, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, ForgetsEveryConnectionWhenTheListenerFails) {
+  Arrive(1, u"waits\x1F");
+  Arrive(2, u"half");
+  Transport.oSocketServer_Error(0, 10050, u"Network is down.");
+  Arrive(2, u"whole\x1F");
+  Tick();
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"whole"));
+}
+
+TEST_F(SocketTransportTest, EndsAConnectionWhoseRequestIsTooLong) {
+  Transport.lLongestRequest = 10;
+  Arrive(1, u"0123456789");
+  Arrive(1, u"x");
+  Arrive(1, u"still coming\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(1));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: its request is too long"));
+  EXPECT_THAT(Requests, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, TakesARequestOfExactlyTheGreatestLength) {
+  Transport.lLongestRequest = 10;
+  Arrive(1, u"01234");
+  Arrive(1, u"56789\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"0123456789"));
+}
+
+TEST_F(SocketTransportTest, ServesTheNextConnectionOfAnIndexThatWasEnded) {
+  Transport.lLongestRequest = 5;
+  Arrive(1, u"too long");
+  Transport.oSocketServer_SocketOpened(1);
+  Arrive(1, u"short\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"short"));
+}
+
+TEST_F(SocketTransportTest, EndsAConnectionForWhoseRequestThereIsNoMemory) {
+  Trace.sOutOfMemoryAt = u"Socket 1\tLooking for";
+  Arrive(1, u"request\x1F");
+  Arrive(2, u"another\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(1));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: no memory for its request"));
+  EXPECT_THAT(Requests, ElementsAre(u"another"));
+}
+
+TEST_F(SocketTransportTest, EndsAConnectionForWhoseAnswerThereIsNoMemory) {
+  DuringRequest = [] { throw std::bad_alloc(); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(1));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: no memory for its request"));
+  EXPECT_EQ(iActiveSocket, 0);
+  EXPECT_FALSE(Gate.IsBusy());
+}
+
+TEST_F(SocketTransportTest, OnlyLogsAnErrorInsideTheTick) {
+  DuringRequest = [] { throw RunTimeError(9, u"", u"Subscript out of range"); };
+  Arrive(1, u"\x1F");
+  Tick();
+  DuringRequest = [] { throw std::runtime_error("broken"); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Trace.CommLog, Contains(u"Socket 1\tError: Subscript out of range"));
+  EXPECT_THAT(Trace.CommLog, Contains(u"Socket 1\tError: broken"));
+  EXPECT_THAT(Trace.Status, IsEmpty());
+  EXPECT_FALSE(Gate.IsBusy());
+}
+
+TEST_F(SocketTransportTest, LogsTheReceivingOfARequest) {
+  Arrive(4, u"abc\x1F");
+
+  EXPECT_THAT(
+      Trace.CommLog,
+      ElementsAre(u"Socket 4\tData Arrival: abc\x1F", u"Socket 4\tResize socket Storage Array: 11",
+                  u"Socket 4\tStorage Array Position: 1", u"Socket 4\tLooking for End of data: 4",
+                  u"Socket 4\tAdds to Process Queue"));
+}
+
+TEST_F(SocketTransportTest, LogsThatTheEndMarkIsMissing) {
+  Arrive(4, u"abc");
+
+  EXPECT_THAT(Trace.CommLog, Contains(u"Socket 4\tLooking for End of data: 0"));
+  EXPECT_THAT(Trace.CommLog, Not(Contains(u"Socket 4\tAdds to Process Queue")));
+}
+
+TEST_F(SocketTransportTest, LogsTheBlocksItHasSent) {
+  Settings.lBlockSize = 4;
+  AnswerWith(u"ab\r\ncd");
+  Arrive(1, u"\x1F");
+  Trace.CommLog.clear();
+  Tick();
+
+  EXPECT_THAT(Trace.CommLog, ElementsAre(u"Socket 1\tResults: ab\u00FE", u"Socket 1\tResults: cd"));
+}
+
+TEST_F(SocketTransportTest, LogsTheFailureItHasSent) {
+  AnswerWith(u"sentence", 1024);
+  Arrive(1, u"\x1F");
+  Trace.CommLog.clear();
+  Tick();
+
+  EXPECT_THAT(Trace.CommLog, ElementsAre(u"Socket 1\tResults: ERROR: 1024\u00FEsentence\x1F"));
+}
+
+TEST_F(SocketTransportTest, TellsTheWaitingClientThatQuickBooksIsLoading) {
+  bool told = false;
+  DuringRequest = [&] { told = Transport.SendLoadingNotice(); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_TRUE(told);
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"ERROR: 99\x1F", u"4\u00FE", u"ok", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, HasNobodyToTellWithoutARequestInWork) {
+  EXPECT_FALSE(Transport.SendLoadingNotice());
+
+  EXPECT_THAT(Connections.All, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, TellsNobodyThatQuickBooksIsLoadingWhenTheClientHasGone) {
+  bool told = false;
+  DuringRequest = [&] {
+    Transport.oSocketServer_SocketClosed(1);
+    told = Transport.SendLoadingNotice();
+  };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_TRUE(told);
+  EXPECT_THAT(Connections.All, IsEmpty());
+}
+
+}  // namespace
+}  // namespace ostrel
