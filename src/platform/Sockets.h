@@ -1,0 +1,72 @@
+// The operations on non-blocking IPv4 sockets. Error numbers are those of the Windows Sockets
+// standard on every system, 0 is success. What a socket notifies of, and when again, is in
+// platform/SocketNotifications.h.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace ostrel::platform {
+
+using SocketHandle = std::int32_t;
+inline constexpr SocketHandle kNoSocket = -1;
+
+inline constexpr int kWouldBlock = 10035;
+
+enum class SocketProtocol : std::int16_t { kTcp = 0, kUdp = 1 };
+
+struct SocketAddress {
+  std::uint32_t ip = 0;  // 127.0.0.1 is 0x7F000001; 0 is any
+  std::uint16_t port = 0;
+};
+
+template <typename T>
+struct SocketResult {
+  T value{};
+  int error = 0;  // value counts only when this is 0
+};
+
+struct SocketProperties {
+  SocketProtocol protocol = SocketProtocol::kTcp;
+  std::int32_t sendBytes = 0;  // size of the system's buffer
+  std::int32_t receiveBytes = 0;
+  SocketAddress local;  // zeroes when not bound
+  SocketAddress peer;   // zeroes when not connected
+};
+
+/// Abstract so that tests can play the network. A handle that is not open gives 10038. Handles are
+/// used again as soon as they are closed.
+class SocketLayer {
+ public:
+  virtual ~SocketLayer() = default;
+
+  /// Not inherited by child processes.
+  virtual SocketResult<SocketHandle> Open(SocketProtocol protocol) = 0;
+  /// Ends its notifications too. What was sent goes on to the peer.
+  virtual int Close(SocketHandle socket) = 0;
+
+  /// A port that any other socket listens on is in use: 10048. One whose listener has just gone is
+  /// free at once.
+  virtual int Bind(SocketHandle socket, SocketAddress address) = 0;
+  virtual int Listen(SocketHandle socket, int backlog) = 0;
+  /// The handle of the connection that waited longest.
+  virtual SocketResult<SocketHandle> Accept(SocketHandle listener) = 0;
+  /// kWouldBlock: the connect notification tells how it ended.
+  virtual int Connect(SocketHandle socket, SocketAddress peer) = 0;
+  /// Ends the sending direction.
+  virtual int ShutdownSend(SocketHandle socket) = 0;
+
+  /// Bytes accepted, which may be fewer than offered. A datagram socket sends to `peer`, others
+  /// take none. Never raises a signal.
+  virtual SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
+                                          const SocketAddress* peer) = 0;
+  /// Bytes received; 0 when the peer has finished. A datagram socket fills in `peer`, if given.
+  virtual SocketResult<std::int32_t> Receive(SocketHandle socket, std::span<char> buffer,
+                                             SocketAddress* peer) = 0;
+
+  virtual SocketResult<SocketProperties> Properties(SocketHandle socket) = 0;
+};
+
+SocketLayer& SystemSockets();
+
+}  // namespace ostrel::platform

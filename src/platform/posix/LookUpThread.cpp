@@ -1,0 +1,87 @@
+#include "platform/posix/LookUpThread.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <new>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "platform/posix/HostAddress.h"
+#include "platform/posix/LoopWatch.h"
+
+namespace ostrel::platform {
+namespace {
+
+constexpr std::size_t kMostWaiting = 64;
+
+struct Request {
+  std::string host;
+  LookUpThread::Completion completion;
+};
+
+/// Without the memory to post its result a look-up never ends; its owner can cancel it.
+void LookUp(Request& request, LoopMailbox& mailbox) noexcept {
+  try {
+    const auto address = FindHostAddress(request.host);
+    mailbox.Post([completion = std::move(request.completion), address] { completion(address); });
+  } catch (const std::bad_alloc&) {
+    return;
+  }
+}
+
+}  // namespace
+
+/// Shared with the thread, which may be in the name service when the program ends.
+struct LookUpThread::Shared {
+  std::shared_ptr<LoopMailbox> mailbox = TheMailbox();
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<Request> requests;
+  bool ended = false;
+};
+
+LookUpThread::LookUpThread() : oShared(std::make_shared<Shared>()) {}
+
+LookUpThread::~LookUpThread() {
+  const std::lock_guard lock(oShared->mutex);
+  oShared->ended = true;
+  oShared->requests.clear();
+  oShared->changed.notify_all();
+}
+
+bool LookUpThread::Start(std::string host, Completion completion) {
+  const std::lock_guard lock(oShared->mutex);
+  if (oShared->requests.size() >= kMostWaiting) {
+    return false;
+  }
+  try {
+    if (!running) {
+      std::thread(Work, oShared).detach();
+      running = true;
+    }
+    oShared->requests.push_back({std::move(host), std::move(completion)});
+  } catch (const std::exception&) {  // no thread, or no memory
+    return false;
+  }
+  oShared->changed.notify_all();
+  return true;
+}
+
+void LookUpThread::Work(const std::shared_ptr<Shared>& shared) noexcept {
+  std::unique_lock lock(shared->mutex);
+  for (;;) {
+    shared->changed.wait(lock, [&] { return shared->ended || !shared->requests.empty(); });
+    if (shared->ended) {
+      return;
+    }
+    Request request = std::move(shared->requests.front());
+    shared->requests.pop_front();
+    lock.unlock();
+    LookUp(request, *shared->mailbox);
+    lock.lock();
+  }
+}
+
+}  // namespace ostrel::platform

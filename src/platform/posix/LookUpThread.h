@@ -1,0 +1,35 @@
+// Name look-ups off the loop's thread, one after the other.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/Sockets.h"
+
+namespace ostrel::platform {
+
+class LookUpThread {
+ public:
+  /// Runs on the loop.
+  using Completion = std::function<void(SocketResult<std::uint32_t> address)>;
+
+  LookUpThread();
+  /// Does not wait for a look-up that is under way; its completion is never run.
+  ~LookUpThread();
+  LookUpThread(const LookUpThread&) = delete;
+  LookUpThread& operator=(const LookUpThread&) = delete;
+
+  /// False when too many wait already or there is no thread to be had.
+  bool Start(std::string host, Completion completion);
+
+ private:
+  struct Shared;
+  static void Work(const std::shared_ptr<Shared>& shared) noexcept;
+
+  std::shared_ptr<Shared> oShared;
+  bool running = false;
+};
+
+}  // namespace ostrel::platform

@@ -1,0 +1,217 @@
+#include "platform/Sockets.h"
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "platform/posix/SocketErrors.h"
+#include "platform/posix/SocketTable.h"
+
+namespace ostrel::platform {
+namespace {
+
+constexpr int kNotASocket = 10038;
+constexpr int kTooManyOpenFiles = 10024;
+constexpr int kShutDown = 10058;
+constexpr int kNoBuffers = 10055;
+
+sockaddr_in ToSystem(SocketAddress address) {
+  sockaddr_in system{};
+  system.sin_family = AF_INET;
+  system.sin_addr.s_addr = htonl(address.ip);
+  system.sin_port = htons(address.port);
+  return system;
+}
+
+SocketAddress FromSystem(const sockaddr_in& system) {
+  return {ntohl(system.sin_addr.s_addr), ntohs(system.sin_port)};
+}
+
+template <typename Query>
+SocketAddress AskAddress(int descriptor, Query query) {
+  sockaddr_in system{};
+  socklen_t size = sizeof system;
+  const int result = query(descriptor, reinterpret_cast<sockaddr*>(&system), &size);
+  return result == 0 ? FromSystem(system) : SocketAddress{};
+}
+
+int AskOption(int descriptor, int option) {
+  int value = 0;
+  socklen_t size = sizeof value;
+  getsockopt(descriptor, SOL_SOCKET, option, &value, &size);
+  return value;
+}
+
+int ResultOf(int result) { return result == 0 ? 0 : SocketErrorOf(errno); }
+
+class PosixSockets final : public SocketLayer {
+ public:
+  PosixSockets() { TheSockets(); }  // made first, so that it is there until these have gone
+
+  SocketResult<SocketHandle> Open(SocketProtocol protocol) override;
+  int Close(SocketHandle socket) override { return TheSockets().Close(socket) ? 0 : kNotASocket; }
+  int Bind(SocketHandle socket, SocketAddress address) override;
+  int Listen(SocketHandle socket, int backlog) override;
+  SocketResult<SocketHandle> Accept(SocketHandle listener) override;
+  int Connect(SocketHandle socket, SocketAddress peer) override;
+  int ShutdownSend(SocketHandle socket) override;
+  SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
+                                  const SocketAddress* peer) override;
+  SocketResult<std::int32_t> Receive(SocketHandle socket, std::span<char> buffer,
+                                     SocketAddress* peer) override;
+  SocketResult<SocketProperties> Properties(SocketHandle socket) override;
+
+ private:
+  static SocketResult<SocketHandle> Adopt(int descriptor, SocketRole role);
+};
+
+SocketResult<SocketHandle> PosixSockets::Adopt(int descriptor, SocketRole role) {
+  const SocketHandle handle = TheSockets().Add(descriptor, role);
+  return {handle, handle == kNoSocket ? kNoBuffers : 0};
+}
+
+SocketResult<SocketHandle> PosixSockets::Open(SocketProtocol protocol) {
+  const bool tcp = protocol == SocketProtocol::kTcp;
+  const int kind = tcp ? SOCK_STREAM : SOCK_DGRAM;
+  const int descriptor = socket(AF_INET, kind | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  if (descriptor < 0) {
+    return {kNoSocket, SocketErrorOf(errno)};
+  }
+  if (tcp) {  // else a restarted server waits minutes for its port; a second listener still fails
+    const int on = 1;
+    setsockopt(descriptor, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+  }
+  return Adopt(descriptor, tcp ? SocketRole::kNew : SocketRole::kDatagram);
+}
+
+int PosixSockets::Bind(SocketHandle socket, SocketAddress address) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return kNotASocket;
+  }
+  const sockaddr_in system = ToSystem(address);
+  return ResultOf(
+      bind(own->Descriptor(), reinterpret_cast<const sockaddr*>(&system), sizeof system));
+}
+
+int PosixSockets::Listen(SocketHandle socket, int backlog) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return kNotASocket;
+  }
+  const int error = ResultOf(listen(own->Descriptor(), backlog));
+  if (error == 0) {
+    own->Became(SocketRole::kListening);
+  }
+  return error;
+}
+
+SocketResult<SocketHandle> PosixSockets::Accept(SocketHandle listener) {
+  WatchedSocket* const own = TheSockets().Find(listener);
+  if (own == nullptr) {
+    return {kNoSocket, kNotASocket};
+  }
+  const int descriptor = accept4(own->Descriptor(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
+  const int error = descriptor < 0 ? SocketErrorOf(errno) : 0;
+  if (error == kTooManyOpenFiles || error == kNoBuffers) {
+    TheSockets().PauseAccepting(listener);
+    return {kNoSocket, error};
+  }
+  own->AwaitConnection();
+  return error != 0 ? SocketResult<SocketHandle>{kNoSocket, error}
+                    : Adopt(descriptor, SocketRole::kStream);
+}
+
+int PosixSockets::Connect(SocketHandle socket, SocketAddress peer) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return kNotASocket;
+  }
+  const sockaddr_in system = ToSystem(peer);
+  const int error = ResultOf(
+      connect(own->Descriptor(), reinterpret_cast<const sockaddr*>(&system), sizeof system));
+  if (own->Role() == SocketRole::kDatagram || (error != 0 && error != kWouldBlock)) {
+    return error;
+  }
+  own->Became(SocketRole::kConnecting);
+  return kWouldBlock;
+}
+
+int PosixSockets::ShutdownSend(SocketHandle socket) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return kNotASocket;
+  }
+  const int error = ResultOf(shutdown(own->Descriptor(), SHUT_WR));
+  own->sendingEnded = own->sendingEnded || error == 0;
+  return error;
+}
+
+SocketResult<std::int32_t> PosixSockets::Send(SocketHandle socket, std::span<const char> bytes,
+                                              const SocketAddress* peer) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return {0, kNotASocket};
+  }
+  sockaddr_in system{};
+  const bool addressed = peer != nullptr && own->Role() == SocketRole::kDatagram;
+  if (addressed) {
+    system = ToSystem(*peer);
+  }
+  const auto sent = sendto(own->Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL,
+                           addressed ? reinterpret_cast<sockaddr*>(&system) : nullptr,
+                           addressed ? sizeof system : 0);
+  if (sent < 0 && errno == EPIPE && own->sendingEnded) {
+    return {0, kShutDown};
+  }
+  const int error = sent < 0 ? SocketErrorOf(errno) : 0;
+  if (error == 0 || error == kWouldBlock) {
+    own->AwaitWrite();
+  }
+  return {error == 0 ? static_cast<std::int32_t>(sent) : 0, error};
+}
+
+SocketResult<std::int32_t> PosixSockets::Receive(SocketHandle socket, std::span<char> buffer,
+                                                 SocketAddress* peer) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return {0, kNotASocket};
+  }
+  sockaddr_in system{};
+  socklen_t size = sizeof system;
+  const auto received = recvfrom(own->Descriptor(), buffer.data(), buffer.size(), 0,
+                                 reinterpret_cast<sockaddr*>(&system), &size);
+  const int error = received < 0 ? SocketErrorOf(errno) : 0;
+  own->AwaitRead();
+  if (error == 0 && peer != nullptr && own->Role() == SocketRole::kDatagram) {
+    *peer = FromSystem(system);
+  }
+  return {error == 0 ? static_cast<std::int32_t>(received) : 0, error};
+}
+
+SocketResult<SocketProperties> PosixSockets::Properties(SocketHandle socket) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  if (own == nullptr) {
+    return {{}, kNotASocket};
+  }
+  const int descriptor = own->Descriptor();
+  SocketProperties properties;
+  properties.protocol =
+      AskOption(descriptor, SO_TYPE) == SOCK_DGRAM ? SocketProtocol::kUdp : SocketProtocol::kTcp;
+  properties.sendBytes = AskOption(descriptor, SO_SNDBUF);
+  properties.receiveBytes = AskOption(descriptor, SO_RCVBUF);
+  properties.local = AskAddress(descriptor, getsockname);
+  properties.peer = AskAddress(descriptor, getpeername);
+  return {properties, 0};
+}
+
+}  // namespace
+
+SocketLayer& SystemSockets() {
+  static PosixSockets sockets;
+  return sockets;
+}
+
+}  // namespace ostrel::platform

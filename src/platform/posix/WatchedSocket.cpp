@@ -1,0 +1,153 @@
+#include "platform/posix/WatchedSocket.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <optional>
+#include <utility>
+
+#include "platform/posix/SocketErrors.h"
+
+namespace ostrel::platform {
+namespace {
+
+constexpr short kEnded = POLLRDHUP | POLLHUP | POLLERR;
+
+int PendingError(int descriptor) {
+  int error = 0;
+  socklen_t size = sizeof error;
+  getsockopt(descriptor, SOL_SOCKET, SO_ERROR, &error, &size);
+  return error == 0 ? 0 : SocketErrorOf(error);
+}
+
+/// How a stream ended, 0 for an orderly end; nothing while there is something left to receive.
+std::optional<int> EndOfStream(int descriptor) {
+  char next;
+  const auto peeked = recv(descriptor, &next, 1, MSG_PEEK | MSG_DONTWAIT);
+  if (peeked > 0 || (peeked < 0 && (errno == EAGAIN || errno == EINTR))) {
+    return std::nullopt;
+  }
+  return peeked == 0 ? 0 : SocketErrorOf(errno);
+}
+
+}  // namespace
+
+WatchedSocket::WatchedSocket(int ownDescriptor, SocketRole firstRole)
+    : descriptor(ownDescriptor), role(firstRole) {}
+
+WatchedSocket::~WatchedSocket() { Close(); }
+
+void WatchedSocket::Close() {
+  oSink = nullptr;
+  oWatch.reset();
+  if (descriptor >= 0) {
+    close(std::exchange(descriptor, -1));
+  }
+}
+
+void WatchedSocket::AnnounceTo(SocketSink* sink) {
+  oSink = sink;
+  oWatch.reset();
+  if (sink != nullptr) {
+    oWatch = std::make_unique<LoopWatch>(descriptor, Events(),
+                                         [this](short reported) { OnPoll(reported); });
+  }
+}
+
+void WatchedSocket::Became(SocketRole newRole) {
+  role = newRole;
+  awaitsRead = awaitsWrite = true;
+  Watch();
+}
+
+void WatchedSocket::AwaitRead() {
+  awaitsRead = true;
+  Watch();
+}
+
+void WatchedSocket::AwaitWrite() {
+  awaitsWrite = true;
+  Watch();
+}
+
+void WatchedSocket::AwaitConnection() { AwaitRead(); }
+
+short WatchedSocket::Events() const {
+  const int reading = awaitsRead ? POLLIN : 0;
+  if (closeAnnounced || role == SocketRole::kNew) {
+    return 0;
+  }
+  if (role == SocketRole::kConnecting) {
+    return POLLOUT;
+  }
+  if (role == SocketRole::kListening) {
+    return static_cast<short>(reading);
+  }
+  const int ending = awaitsRead && role == SocketRole::kStream ? POLLRDHUP : 0;
+  return static_cast<short>(reading | ending | (awaitsWrite ? POLLOUT : 0));
+}
+
+void WatchedSocket::Watch() {
+  if (oWatch) {
+    oWatch->SetEvents(Events());
+  }
+}
+
+void WatchedSocket::OnPoll(short reported) {
+  const auto keep = shared_from_this();
+  switch (role) {
+    case SocketRole::kNew:
+      return;
+    case SocketRole::kConnecting:
+      return Connected();
+    case SocketRole::kListening:
+      awaitsRead = false;
+      Watch();
+      return Announce(SocketEvent::kAccept);
+    case SocketRole::kStream:
+    case SocketRole::kDatagram:
+      return StreamReported(reported);
+  }
+}
+
+void WatchedSocket::Connected() {
+  const int error = PendingError(descriptor);
+  if (error == 0) {
+    Became(SocketRole::kStream);
+  } else {
+    closeAnnounced = true;
+    Watch();
+  }
+  Announce(SocketEvent::kConnect, error);
+}
+
+void WatchedSocket::StreamReported(short reported) {
+  const bool readable = awaitsRead && (reported & (POLLIN | kEnded)) != 0;
+  const bool mayHaveEnded = role == SocketRole::kStream && (reported & kEnded) != 0;
+  const auto end = readable && mayHaveEnded ? EndOfStream(descriptor) : std::nullopt;
+  // Errors count as room: the next Send tells what is wrong, and nothing is reported in a circle.
+  const bool writable = awaitsWrite && (reported & (POLLOUT | POLLHUP | POLLERR)) != 0;
+  closeAnnounced = end.has_value();
+  awaitsRead = awaitsRead && !readable;
+  awaitsWrite = awaitsWrite && !writable;
+  Watch();
+  if (end) {
+    return Announce(SocketEvent::kClose, *end);
+  }
+  if (readable) {
+    Announce(SocketEvent::kRead);
+  }
+  if (writable) {
+    Announce(SocketEvent::kWrite);
+  }
+}
+
+void WatchedSocket::Announce(SocketEvent event, int error) {
+  if (oSink != nullptr) {
+    oSink->OnSocket(descriptor, event, error);
+  }
+}
+
+}  // namespace ostrel::platform

@@ -1,0 +1,268 @@
+#include "sockets/CSocketServer.h"
+
+#include <exception>
+#include <limits>
+#include <utility>
+
+#include "sockets/CSocket.h"
+#include "sockets/CSocketListen.h"
+#include "sockets/MSocketSupport.h"
+#include "util/RunTimeError.h"
+
+namespace ostrel {
+namespace {
+
+constexpr int kObjectNotSet = 91;
+
+const CSocketListen& Existing(const std::shared_ptr<CSocketListen>& listener, TextView source) {
+  if (!listener) {
+    throw RunTimeError(kObjectNotSet, Text(source),
+                       u"Object variable or With block variable not set");
+  }
+  return *listener;
+}
+
+/// What a socket raises is left in Err.
+template <typename Operation>
+void Guarded(Operation operation) {
+  try {
+    operation();
+  } catch (const RunTimeError& error) {
+    Err.Set(error.Number, error.Source, error.Description);
+  }
+}
+
+bool Reusable(const std::shared_ptr<CSocket>& socket) {
+  return !socket || socket->State() == SocketState::kClosed ||
+         socket->State() == SocketState::kError;
+}
+
+}  // namespace
+
+CSocketServer::CSocketServer() : CSocketServer(SocketSupport()) {}
+
+CSocketServer::CSocketServer(MSocketSupport& support)
+    : oSupport(support), oListen(CSocketListen::Create(support)), oConnections(1) {
+  Subscribe();
+}
+
+CSocketServer::~CSocketServer() {
+  try {
+    StopServer();
+  } catch (...) {  // by a handler of ServerStopped; nobody is left to tell
+    CloseAllSockets();
+  }
+}
+
+void CSocketServer::Subscribe() {
+  auto& events = oListen->Events;
+  events.ConnectionRequest = [this](std::int32_t requestID, std::int32_t, TextView, TextView) {
+    oListen_ConnectionRequest(requestID);
+  };
+  events.Error = [this](std::int16_t Number, Text& Description, std::int32_t Scode,
+                        TextView Source) { oListen_Error(Number, Description, Scode, Source); };
+  events.ServerListening = [this](bool listening) { oListen_ServerListening(listening); };
+  events.OnClose = [this] { CloseAllSockets(); };
+  events.StartFailed = [this] {
+    if (const auto handler = Events.StartFailed) {
+      handler();
+    }
+  };
+}
+
+bool CSocketServer::StartServer(std::int32_t Port, Text& LocalIP) {
+  const std::weak_ptr<void> life = oLife;
+  if (!oListen) {
+    oListen = CSocketListen::Create(oSupport);
+    Subscribe();
+  }
+  const auto listener = oListen;
+  listener->StopListen();  // kept: ServerStopped comes with every start
+  if (life.expired() || listener != oListen) {
+    return false;
+  }
+  const bool started = listener->StartListen(Port, LocalIP);
+  if (life.expired() || listener != oListen) {
+    return false;
+  }
+  bServerStarted = started;
+  return started;
+}
+
+bool CSocketServer::StopServer() {
+  const std::weak_ptr<void> life = oLife;
+  if (const auto listener = std::exchange(oListen, nullptr)) {
+    listener->StopListen();
+  }
+  if (life.expired()) {
+    return false;
+  }
+  CloseAllSockets();
+  sState = u"Closed";
+  bServerStarted = false;
+  if (const auto handler = Events.ServerStopped) {  // kept: a second time for one stop
+    handler();
+  }
+  return false;
+}
+
+std::int32_t CSocketServer::ServerPort() const {
+  return Existing(oListen, u"CSocketServer.ServerPort").ServerPort();
+}
+
+Text CSocketServer::ServerIP() const {
+  return Existing(oListen, u"CSocketServer.ServerIP").ServerIP();
+}
+
+std::int32_t CSocketServer::ConnectionCount() const {
+  return static_cast<std::int32_t>(oConnections.size()) - 1;
+}
+
+std::int32_t CSocketServer::OpenConnectionCount() const {
+  std::int32_t count = 0;
+  for (const auto& socket : oConnections) {
+    count += Reusable(socket) ? 0 : 1;
+  }
+  return count;
+}
+
+/// Null for an index that has no socket.
+std::shared_ptr<CSocket> CSocketServer::SocketAt(std::int32_t index) const {
+  return index >= 1 && index <= ConnectionCount() ? oConnections[static_cast<std::size_t>(index)]
+                                                  : nullptr;
+}
+
+void CSocketServer::SendData(const SocketValue& vData, std::int32_t lIndex) {
+  Err.Clear();
+  if (const auto socket = SocketAt(lIndex)) {
+    Guarded([&] { socket->SendData(vData); });
+  }
+}
+
+void CSocketServer::SendString(TextView Data, std::int32_t lIndex) { SendData(Data, lIndex); }
+
+void CSocketServer::BroadcastData(const SocketValue& vData) {
+  Err.Clear();
+  for (std::int32_t i = 1; i <= ConnectionCount(); ++i) {
+    SendData(vData, i);
+  }
+}
+
+void CSocketServer::CloseSocket(std::int16_t Index) {
+  if (const auto socket = SocketAt(Index)) {
+    Guarded([&] { socket->CloseSocket(); });
+  }
+}
+
+void CSocketServer::CloseAllSockets() {
+  const auto connections = std::exchange(oConnections, decltype(oConnections)(1));
+  for (const auto& socket : connections) {
+    if (socket) {
+      Guarded([&] { socket->CloseSocket(); });
+      socket->SetCallback(0, nullptr);
+    }
+  }
+}
+
+Text CSocketServer::GetRemoteHost(std::int16_t Index) const {
+  const auto socket = SocketAt(Index);
+  return socket ? socket->RemoteHost() : Text();
+}
+
+Text CSocketServer::GetRemoteIP(std::int16_t Index) const {
+  const auto socket = SocketAt(Index);
+  return socket ? socket->RemoteHostIP() : Text();
+}
+
+std::int32_t CSocketServer::GetBytesReceived(std::int16_t Index) const {
+  const auto socket = SocketAt(Index);
+  return socket ? socket->BytesReceived() : 0;
+}
+
+std::int16_t CSocketServer::GetState(std::int16_t Index) const {
+  const auto socket = SocketAt(Index);
+  return static_cast<std::int16_t>(socket ? socket->State() : SocketState::kClosed);
+}
+
+/// The lowest free index, with an empty slot for it; 0 when every number is taken.
+std::int16_t CSocketServer::TakeSlot() {
+  constexpr std::size_t most = std::numeric_limits<std::int16_t>::max();
+  std::size_t index = 1;
+  while (index < oConnections.size() && !Reusable(oConnections[index])) {
+    ++index;
+  }
+  if (index > most) {
+    return 0;
+  }
+  if (index == oConnections.size()) {
+    oConnections.emplace_back();
+  } else if (const auto closed = std::move(oConnections[index])) {
+    closed->SetCallback(0, nullptr);
+  }
+  return static_cast<std::int16_t>(index);
+}
+
+/// A connection that cannot be served is closed; the listener and all others go on.
+void CSocketServer::oListen_ConnectionRequest(std::int32_t requestID) {
+  const std::int16_t index = TakeSlot();
+  if (index == 0) {
+    return;
+  }
+  const auto socket = CSocket::Create(oSupport);
+  oConnections[static_cast<std::size_t>(index)] = socket;
+  socket->SetCallback(index, this);
+  try {
+    socket->Accept(requestID);
+    if (const auto handler = Events.SocketOpened) {
+      handler(index, socket->LocalPort(), socket->RemoteHostIP(), socket->RemoteHost());
+    }
+  } catch (...) {
+    socket->OnException(std::current_exception());
+  }
+}
+
+void CSocketServer::oListen_Error(std::int16_t Number, Text& Description, std::int32_t Scode,
+                                  TextView Source) {
+  const std::weak_ptr<void> life = oLife;
+  if (const auto handler = Events.Error) {
+    handler(0, Number, Description, Scode, Source);
+  }
+  if (!life.expired()) {
+    CloseAllSockets();
+  }
+}
+
+void CSocketServer::oListen_ServerListening(bool listening) {
+  if (const auto handler = listening ? Events.ServerStarted : Events.ServerStopped) {
+    handler();
+  }
+}
+
+void CSocketServer::OnDataArrival(std::int16_t Index, std::int32_t bytesTotal) {
+  const auto socket = SocketAt(Index);
+  if (!socket) {
+    return;
+  }
+  Text data;
+  socket->GetData(data, bytesTotal);
+  if (const auto handler = Events.DataArrival) {
+    handler(Index, std::move(data), bytesTotal, socket->RemoteHostIP(), socket->RemoteHost());
+  }
+}
+
+void CSocketServer::OnClose(std::int16_t Index) {
+  const auto socket = SocketAt(Index);
+  const auto handler = Events.SocketClosed;
+  if (socket && handler) {
+    handler(Index, socket->LocalPort(), socket->RemoteHostIP(), socket->RemoteHost());
+  }
+}
+
+void CSocketServer::OnError(std::int16_t Index, std::int16_t Number, Text& Description,
+                            std::int32_t Scode, TextView Source, TextView, std::int32_t, bool&) {
+  if (const auto handler = Events.Error) {
+    handler(Index, Number, Description, Scode, Source);
+  }
+}
+
+}  // namespace ostrel

@@ -1,0 +1,61 @@
+#include "sockets/SendQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "util/CodePage.h"
+
+namespace ostrel {
+namespace {
+
+constexpr std::size_t kChunkBytes = 64 * 1024;
+
+}  // namespace
+
+/// The last chunk while it has room, else a new one. The first takes no more than its own bytes:
+/// most messages leave at once.
+std::string& SendQueue::ChunkFor(std::size_t bytes) {
+  if (chunks.empty() || chunks.back().capacity() - chunks.back().size() < bytes) {
+    std::string chunk;
+    chunk.reserve(chunks.empty() ? bytes : std::max(bytes, kChunkBytes));
+    chunks.push_back(std::move(chunk));
+  }
+  return chunks.back();
+}
+
+void SendQueue::AddText(TextView text) {
+  if (!text.empty()) {
+    AppendTextAsBytes(ChunkFor(text.size()), text);
+    size += text.size();
+  }
+}
+
+void SendQueue::AddBytes(std::span<const char> bytes) {
+  if (!bytes.empty()) {
+    ChunkFor(bytes.size()).append(bytes.data(), bytes.size());
+    size += bytes.size();
+  }
+}
+
+std::span<const char> SendQueue::Front() const {
+  return Empty() ? std::span<const char>() : std::span<const char>(chunks.front()).subspan(taken);
+}
+
+void SendQueue::Remove(std::size_t count) {
+  taken += count;
+  size -= count;
+  if (Empty()) {
+    Clear();
+  } else if (taken == chunks.front().size()) {
+    chunks.pop_front();
+    taken = 0;
+  }
+}
+
+void SendQueue::Clear() {
+  chunks.clear();
+  taken = 0;
+  size = 0;
+}
+
+}  // namespace ostrel

@@ -1,0 +1,35 @@
+// Bytes accepted for sending that the network has not taken yet. Held in chunks, so that taking
+// some off the front moves nothing, and queueing more never copies what waits already.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <span>
+#include <string>
+
+#include "util/Text.h"
+
+namespace ostrel {
+
+class SendQueue {
+ public:
+  void AddText(TextView text);
+  void AddBytes(std::span<const char> bytes);
+
+  bool Empty() const { return size == 0; }
+  std::size_t Size() const { return size; }
+  /// Bytes from the front on, as many as lie together.
+  std::span<const char> Front() const;
+  /// Takes bytes off the front, at most as many as Front has.
+  void Remove(std::size_t count);
+  void Clear();
+
+ private:
+  std::string& ChunkFor(std::size_t bytes);
+
+  std::deque<std::string> chunks;
+  std::size_t taken = 0;  // bytes of the first chunk that are gone
+  std::size_t size = 0;
+};
+
+}  // namespace ostrel
