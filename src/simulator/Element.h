@@ -1,0 +1,34 @@
+// A small XML tree: what requests and company files are read into. All texts are UTF-8.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ostrel::simulator {
+
+struct Attribute {
+  std::string name;
+  std::string value;
+};
+
+/// Either a text or children; white space between children is not kept.
+struct Element {
+  std::string name;
+  std::string text;
+  std::vector<Attribute> attributes = {};
+  std::vector<Element> children = {};
+
+  /// The first child of that name, or null.
+  const Element* Child(std::string_view childName) const;
+  /// The text of that child; empty without one.
+  std::string_view ChildText(std::string_view childName) const;
+  /// The value, or null.
+  const std::string* Find(std::string_view attributeName) const;
+  Element& Add(std::string_view childName, std::string_view childText = {});
+};
+
+/// Without white space at both ends.
+std::string_view Trimmed(std::string_view text);
+
+}  // namespace ostrel::simulator

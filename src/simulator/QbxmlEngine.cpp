@@ -1,0 +1,134 @@
+#include "simulator/QbxmlEngine.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "simulator/Errors.h"
+#include "simulator/Messages.h"
+#include "simulator/XmlReader.h"
+#include "simulator/XmlWriter.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::size_t kMaxElements = 500'000;
+
+XmlDocument Parse(TextView request) {
+  XmlDocument document;
+  switch (ReadXmlText(request, kMaxElements, document)) {
+    case XmlFault::kNone:
+      return document;
+    case XmlFault::kTooLarge:
+      Fail(Hresult::kNotEnoughMemory);
+    case XmlFault::kMalformed:
+      break;
+  }
+  Fail(Hresult::kParseError);
+}
+
+// The version in  version="3.0"  or  version = '3.0' ; empty when the data has another form.
+std::string_view VersionIn(std::string_view data) {
+  constexpr std::string_view kKey = "version";
+  data = Trimmed(data);
+  if (!data.starts_with(kKey)) return {};
+  data = Trimmed(data.substr(kKey.size()));
+  if (!data.starts_with('=')) return {};
+  data = Trimmed(data.substr(1));
+  const bool quoted = data.size() > 2 && (data.front() == '"' || data.front() == '\'') &&
+                      data.back() == data.front();
+  return quoted ? data.substr(1, data.size() - 2) : std::string_view();
+}
+
+void CheckVersion(const std::vector<Instruction>& instructions) {
+  const auto qbxml = std::ranges::find(instructions, "qbxml", &Instruction::target);
+  if (qbxml == instructions.end()) Fail(Hresult::kParseError);
+  const std::string_view version = VersionIn(qbxml->data);
+  if (version.empty()) Fail(Hresult::kParseError);
+  const auto supported = SupportedVersions();
+  if (std::ranges::find(supported, version) == supported.end()) Fail(Hresult::kUnknownVersion);
+}
+
+// True: stop at the first error.
+bool ReadOnError(const Element& messages) {
+  const std::string* onError = messages.Find("onError");
+  if (!onError || messages.attributes.size() != 1) Fail(Hresult::kParseError);
+  if (*onError == "rollbackOnError") Fail(Hresult::kRollbackUnsupported);
+  if (*onError != "stopOnError" && *onError != "continueOnError") Fail(Hresult::kParseError);
+  return *onError == "stopOnError";
+}
+
+const Element& MessagesOf(const Element& root) {
+  const bool envelope = root.name == "QBXML" && root.attributes.empty() && root.text.empty() &&
+                        root.children.size() == 1 && root.children.front().name == "QBXMLMsgsRq";
+  if (!envelope) Fail(Hresult::kParseError);
+  const Element& messages = root.children.front();
+  if (messages.children.empty() || !messages.text.empty()) Fail(Hresult::kParseError);
+  return messages;
+}
+
+struct Step {
+  const Message* message;
+  const Element* element;
+};
+
+Step CheckMessage(const Element& element) {
+  const Message* message = FindMessage(element.name);
+  if (!message) Fail(Hresult::kParseError);
+  const bool onlyRequestId = element.attributes.size() == (element.Find("requestID") ? 1u : 0u);
+  if (!onlyRequestId) Fail(Hresult::kParseError);
+  CheckFields(element, message->fields);
+  return {message, &element};
+}
+
+std::vector<Step> CheckMessages(const Element& messages) {
+  std::vector<Step> steps;
+  steps.reserve(messages.children.size());
+  std::ranges::transform(messages.children, std::back_inserter(steps), CheckMessage);
+  return steps;
+}
+
+Answer Reply(const Step& step, OpenCompany& company, const Stamp& now) {
+  if (auto status = FindTooLong(*step.element, step.message->fields)) return {*std::move(status)};
+  return step.message->reply(*step.element, company, now);
+}
+
+void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
+  std::string name(step.message->name);
+  name.replace(name.size() - 2, 2, "Rs");
+  std::vector<Attribute> attributes;
+  if (const std::string* id = step.element->Find("requestID"))
+    attributes.push_back({"requestID", *id});
+  attributes.push_back({"statusCode", std::to_string(answer.status.code)});
+  attributes.push_back({"statusSeverity", std::string(answer.status.severity)});
+  attributes.push_back({"statusMessage", answer.status.message});
+  if (answer.body.empty()) return xml.Empty(name, attributes);
+  xml.Open(name, attributes);
+  xml.Lines(answer.body);
+  xml.Close();
+}
+
+}  // namespace
+
+Text ProcessQbxml(TextView request, OpenCompany& company, const Stamp& now) {
+  const XmlDocument document = Parse(request);
+  CheckVersion(document.instructions);
+  const Element& messages = MessagesOf(document.root);
+  const bool stopOnError = ReadOnError(messages);
+  const std::vector<Step> steps = CheckMessages(messages);
+
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Prolog();
+  xml.Open("QBXML");
+  xml.Open("QBXMLMsgsRs");
+  bool stopped = false;
+  for (const Step& step : steps) {
+    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, company, now);
+    stopped = stopped || (stopOnError && answer.status.IsError());
+    WriteAnswer(step, answer, xml);
+  }
+  xml.Close();
+  xml.Close();
+  return FromAscii(xml.Take());
+}
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,14 @@
+// Answers one qbXML request text on an open company.
+#pragma once
+
+#include "simulator/OpenCompany.h"
+#include "simulator/Stamp.h"
+
+namespace ostrel::simulator {
+
+/// Returns the response. Raises platform::RequestProcessorError for what QuickBooks refuses as a
+/// whole (malformed, unknown message or element, unknown version); nothing has changed then,
+/// because every message is checked before the first is processed.
+Text ProcessQbxml(TextView request, OpenCompany& company, const Stamp& now);
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,51 @@
+// QuickBooks itself, as all request processors of a process see it: one company is open at a time,
+// from the first session on it to the end of the last.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <random>
+
+#include "platform/Clock.h"
+#include "platform/RequestProcessor.h"
+#include "simulator/CompanyStorage.h"
+#include "simulator/OpenCompany.h"
+
+namespace ostrel::simulator {
+
+/// What the stand-in takes from the system; tests put doubles here. All of it outlives QuickBooks.
+struct Surroundings {
+  CompanyStorage& storage;
+  const platform::Clock& clock;
+  /// Lets time pass while events are dispatched.
+  std::function<void(std::chrono::milliseconds)> delay;
+  /// The company that the user has open: what an empty file name opens.
+  Text usersCompany;
+};
+
+class QuickBooks {
+ public:
+  explicit QuickBooks(Surroundings surroundings);
+
+  /// Raises platform::RequestProcessorError when the company cannot be opened. It closes with the
+  /// last reference to it. An empty path: the open company, else the user's.
+  std::shared_ptr<OpenCompany> Open(TextView path, platform::FileMode mode);
+
+  /// What is asked of OpenConnection, which names no company: by the open company, else the user's.
+  Conduct OpenConnectionConduct();
+  /// Waits, and fails, as asked for.
+  void Perform(const Conduct& conduct) const;
+  Stamp Now() const { return MakeStamp(oSurroundings.clock); }
+  /// "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}", never the same twice.
+  Text NewTicket();
+
+ private:
+  std::shared_ptr<OpenCompany> Load(TextView path, platform::FileMode mode);
+
+  Surroundings oSurroundings;
+  std::weak_ptr<OpenCompany> oOpen;
+  std::mt19937_64 oRandom;
+};
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,42 @@
+// The QuickBooks stand-in, seen as QuickBooks' request processor is: six operations on a company
+// file that is XML. What fails, fails with the request processor's own number and sentence.
+#pragma once
+
+#include <memory>
+
+#include "platform/RequestProcessor.h"
+#include "simulator/QuickBooks.h"
+
+namespace ostrel {
+
+/// One client's connection. Events are dispatched only while a company file asks for a delay; the
+/// object must not be destroyed then.
+class SimulatedRequestProcessor : public platform::RequestProcessor {
+ public:
+  /// Processors that share a QuickBooks share its open company.
+  explicit SimulatedRequestProcessor(simulator::QuickBooks& quickBooks) : oQuickBooks(quickBooks) {}
+
+  void OpenConnection(TextView applicationId, TextView applicationName) override;
+  Text BeginSession(TextView companyFile, platform::FileMode mode) override;
+  Text ProcessRequest(TextView ticket, TextView request) override;
+  Text GetCurrentCompanyFileName(TextView ticket) override;
+  void EndSession(TextView ticket) override;
+  /// Ends an open session too.
+  void CloseConnection() override;
+
+ private:
+  void RequireNoConnection() const;
+  void RequireNoSession() const;
+  std::shared_ptr<simulator::OpenCompany> RequireSession(TextView ticket) const;
+
+  simulator::QuickBooks& oQuickBooks;
+  bool bConnected = false;
+  Text sTicket;
+  std::shared_ptr<simulator::OpenCompany> oCompany;  // null: no session
+};
+
+/// A processor on the system's files, clock and event loop. All of a process share one QuickBooks;
+/// "sample.qbw" beside the program is the company that its user has open.
+std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor();
+
+}  // namespace ostrel
