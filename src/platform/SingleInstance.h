@@ -13,8 +13,10 @@ class InstanceLock {
   virtual ~InstanceLock() = default;
 };
 
-/// Empty when another process holds the lock of this name. A named mutex on Windows; on POSIX a
-/// locked file of that name in $XDG_RUNTIME_DIR, else $TMPDIR, else /tmp.
+/// Empty when the lock of this name is held already, by another process or by this one. A named
+/// mutex on Windows; on POSIX a locked file of that name in $XDG_RUNTIME_DIR, else $TMPDIR, else
+/// /tmp. A system that cannot make such a lock at all does not keep the program from running: the
+/// object then holds nothing.
 std::unique_ptr<InstanceLock> AcquireInstanceLock(TextView name);
 
 }  // namespace ostrel::platform
