@@ -10,7 +10,7 @@ endif()
 
 add_library(ostrel_options INTERFACE)
 target_compile_options(ostrel_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
-target_include_directories(ostrel_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_include_directories(ostrel_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
 if(WIN32)
   target_compile_definitions(ostrel_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
                                                       _WIN32_WINNT=0x0601)
@@ -39,10 +39,12 @@ function(ostrel_program name)
   target_link_libraries(${name} PRIVATE ostrel_options ${ARG_DEPENDS})
 endfunction()
 
-# ostrel_test(NAME DIRECTORY DEPENDS targets...): one test program from all sources of a directory.
-function(ostrel_test name directory)
+# ostrel_test(NAME DIRECTORIES... DEPENDS targets...): one test program from all sources of the
+# directories.
+function(ostrel_test name)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${directory}/*.cpp)
+  list(TRANSFORM ARG_UNPARSED_ARGUMENTS APPEND /*.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${ARG_UNPARSED_ARGUMENTS})
   if(NOT sources) # TEMPORARY
     return()
   endif()
