@@ -1,0 +1,64 @@
+// Which transport runs: turns the settings into running transports and check marks in the menu. The
+// only place, beside the shut-down, where a transport is started or stopped.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "gateway/Trace.h"
+#include "platform/EventLoop.h"
+#include "platform/MainWindow.h"
+#include "shell/AppSettings.h"
+#include "shell/RunState.h"
+#include "shell/SettingsFile.h"
+#include "shell/SocketService.h"
+#include "transports/SocketTransport.h"
+
+namespace ostrel {
+
+class CommunicationModes {
+ public:
+  CommunicationModes(AppSettings& settings, RunState& state, SettingsFile& settingsFile,
+                     platform::MainWindow& window, Trace& trace, SocketTransport& socketTransport,
+                     platform::Timer& tmrSocketProcess, SocketServiceFactory createServer);
+  ~CommunicationModes();
+  CommunicationModes(const CommunicationModes&) = delete;
+  CommunicationModes& operator=(const CommunicationModes&) = delete;
+
+  /// Called again from an event that comes meanwhile, it runs once more when it has ended.
+  void ApplyCommunications();
+  /// While this is so, the socket server must not be taken down.
+  bool IsApplying() const { return bApplying; }
+
+  /// The menu items: change the setting, apply it, write the flavour to the settings file.
+  void ChooseFlavour(std::int32_t commType);
+  void mnuCommunicationsFolder_Click();
+  void mnuCommunicationsSocket_Click();
+
+  /// The shut-down: stops the socket server without a word.
+  void StopSocketServer();
+
+ private:
+  void Apply();
+  void SetFlavour();
+  void LogTransports();
+  void ApplySocketServer();
+  void StartSocketServer();
+  void ReleaseSocketServer();
+  void MarkTransports();
+  void WriteFlavour();
+
+  AppSettings& oSettings;
+  RunState& oState;
+  SettingsFile& oSettingsFile;
+  platform::MainWindow& oWindow;
+  Trace& oTrace;
+  SocketTransport& oSocketTransport;
+  platform::Timer& tmrSocketProcess;
+  SocketServiceFactory CreateServer;
+  std::unique_ptr<SocketService> oSocketServer;
+  bool bApplying = false;
+  bool bApplyAgain = false;
+};
+
+}  // namespace ostrel

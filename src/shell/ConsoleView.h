@@ -1,0 +1,23 @@
+// The main window of a program that has none: status lines go to standard output as they are added,
+// message boxes to standard error. Menus and captions show nowhere.
+#pragma once
+
+#include "platform/MainWindow.h"
+
+namespace ostrel {
+
+class ConsoleView : public platform::MainWindow {
+ public:
+  void InsertStatusLine(int index, TextView line) override;
+  void RemoveStatusLine(int) override {}
+  void SetCaption(TextView) override {}
+  void SetMenuChecked(platform::MenuId, bool) override {}
+  void SetMenuEnabled(platform::MenuId, bool) override {}
+  void SetMenuVisible(platform::MenuId, bool) override {}
+  void ShowMessage(TextView text) override;
+};
+
+/// The text as one line: what would break it or command a terminal becomes a blank.
+Text ConsoleLine(TextView text);
+
+}  // namespace ostrel

@@ -1,0 +1,27 @@
+// The socket server with its events wired to the socket transport.
+#pragma once
+
+#include "gateway/Trace.h"
+#include "shell/SocketService.h"
+#include "sockets/CSocketServer.h"
+#include "transports/SocketTransport.h"
+
+namespace ostrel {
+
+class GatewaySocketServer : public SocketService {
+ public:
+  GatewaySocketServer(SocketTransport& transport, Trace& trace);
+
+  bool ServerStarted() const override { return oSocketServer.ServerStarted(); }
+  bool StartServer(std::int32_t port) override;
+  void StopServer() override { oSocketServer.StopServer(); }
+  void SendData(TextView data, std::int16_t socket) override {
+    oSocketServer.SendData(data, socket);
+  }
+  void CloseSocket(std::int16_t socket) override { oSocketServer.CloseSocket(socket); }
+
+ private:
+  CSocketServer oSocketServer;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,126 @@
+#include "shell/Logs.h"
+
+#include <array>
+#include <exception>
+#include <utility>
+
+#include "gateway/HistoryFileName.h"
+#include "gateway/WholeFile.h"
+#include "shell/Menus.h"
+#include "shell/Version.h"
+#include "util/cFileIO.h"
+
+namespace ostrel {
+namespace {
+
+// What is in force, as the communication log and the history files open with it.
+std::array<Text, 4> Circumstances(const AppSettings& settings) {
+  return {u"Version: " + ProgramVersion(),
+          u"Communication Type:" + ToText(std::int64_t{settings.lCommType}),
+          u"Socket:" + BooleanWord(settings.bSocketServer),
+          u"Folder:" + BooleanWord(settings.bFolderWatch)};
+}
+
+}  // namespace
+
+Logs::Logs(AppSettings& settings, const RunState& state, platform::MainWindow& window,
+           const platform::Clock& clock)
+    : oSettings(settings), oState(state), oWindow(window), oClock(clock), lstStatus(window) {}
+
+void Logs::AddStatus(TextView text) {
+  lstStatus.Add(text);
+  if (!bCommLog) return;
+  Text line = oState.iActiveSocket < 1 ? Text(u"Watch Folder")
+                                       : u"Socket " + ToText(std::int64_t{oState.iActiveSocket});
+  WriteCommLog(line.append(u"\tQBXML Status: ").append(text));
+}
+
+void Logs::WriteCommLog(TextView text) {
+  if (!bCommLog) return;
+  try {
+    if (AppendToCommLog(text)) {
+      bCommLogFails = false;
+      return;
+    }
+  } catch (const std::exception&) {
+    // No memory for the line: told as any other failure to write it.
+  }
+  TellCommLogFailure();
+}
+
+bool Logs::AppendToCommLog(TextView text) {
+  cFileIO& file = oSettings.oCommLog;
+  if (!file.OpenFile({}, u"W")) return false;
+  const std::int64_t end = file.FileSize();
+  file.SetCursorPos(end);
+  file.PrintLine((Now() + u"\t").append(text));
+  Text message;
+  std::int32_t number = 0;
+  const bool failed = file.ReadErrorHandler(message, number);
+  // The file ends at the cursor: half a line on a full disk goes again.
+  if (failed) file.SetCursorPos(end);
+  file.CloseFile();
+  return !failed;
+}
+
+void Logs::TellCommLogFailure() noexcept {
+  if (bCommLogFails) return;
+  bCommLogFails = true;
+  try {
+    lstStatus.Add(u"Unable to write the communication log: " + oSettings.oCommLog.FullFileName());
+  } catch (const std::exception&) {
+    // No memory for the line: the log stays silent.
+  }
+}
+
+Text Logs::HistoryHeader() const {
+  Text header;
+  for (const Text& line : Circumstances(oSettings)) header.append(line).push_back(kAttributeMark);
+  header.append(60, u'=').push_back(kAttributeMark);
+  return header;
+}
+
+void Logs::WriteHistoryFile(TextView text) {
+  if (!oSettings.bHistory) return;
+  // The name is not in the line (kept: required).
+  AddStatus(u"Creating Log File: ");
+  Text content = HistoryHeader().append(text);
+  cFileIO file;
+  file.FullFileName(oSettings.sHistPath + u"\\" + HistoryFileName(Now()));
+  if (!file.OpenFile({}, u"W")) return;
+  file.WriteData(content, -1, u"A");
+  file.CloseFile();
+}
+
+void Logs::WriteStatusFile(TextView text) {
+  cFileIO file;
+  file.FullFileName(oSettings.sStatusPath + u"\\status.txt");
+  if (!file.OpenFile({}, u"W")) return;
+  file.PrintLine(Now());
+  file.PrintLine(text);
+  file.CloseFile();
+}
+
+void Logs::WriteErrorFile(TextView path, TextView errorNumber, TextView message) {
+  WholeFile file(path);
+  Text content = u"ERROR ";
+  content.append(errorNumber).append(kCrLf).append(message).append(kCrLf);
+  if (file.Open() && file.Write(std::move(content))) file.PutInPlace();
+}
+
+void Logs::mnuToolsCommLog_Click() {
+  bCommLog = !bCommLog;
+  bCommLogFails = false;
+  oWindow.SetMenuChecked(mnuToolsCommLog, bCommLog);
+  if (bCommLog) {
+    WriteCommLog(u"----> Comm Log enabled <-----");
+    for (const Text& line : Circumstances(oSettings)) WriteCommLog(line);
+  } else {
+    // Reaches no file, for the log is off by now (kept: turning it off leaves no closing line).
+    WriteCommLog(u"----> Comm Log Disabled <-----");
+  }
+}
+
+Text Logs::Now() const { return oClock.GeneralDate(oClock.Now()); }
+
+}  // namespace ostrel

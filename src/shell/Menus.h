@@ -1,0 +1,36 @@
+// The main window's menu items. A window shows them under these numbers and hands them back when
+// they are chosen.
+#pragma once
+
+#include "platform/MainWindow.h"
+
+namespace ostrel {
+
+enum MenuItem : platform::MenuId {
+  mnuFile = 1,
+  mnuFileTest,
+  mnuFileCloseConnection,
+  mnuFileHide,
+  mnuFileExit,
+  mnuTools,
+  mnuToolsSettings,
+  mnuToolsQBFile,
+  mnuToolsStartQB,
+  mnuToolsSep1,
+  mnuToolsHist,
+  mnuToolsCommLog,
+  mnuToolsSep2,
+  mnuToolsTest,
+  mnuCommunications,
+  mnuCommunicationsFolder,
+  mnuCommunicationsSocket,
+  mnuCommunicationsSep,
+  mnuCommunicationsD3Linux,
+  mnuCommunicationsD3NT,
+  mnuCommunicationsUniverse,
+  mnuCommunicationsOI,
+  mnuHelp,
+  mnuHelpAbout,
+};
+
+}  // namespace ostrel
