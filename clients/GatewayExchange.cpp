@@ -1,0 +1,95 @@
+#include "clients/GatewayExchange.h"
+
+#include <charconv>
+#include <utility>
+#include <vector>
+
+#include "util/RunTimeError.h"
+
+namespace ostrel {
+namespace {
+
+constexpr char kMark = '\xFE';
+constexpr char kEnd = '\x1F';
+constexpr std::string_view kErrorPrefix = "ERROR: ";
+
+std::optional<int> ErrorNumber(std::string_view header) {
+  if (!header.starts_with(kErrorPrefix)) return std::nullopt;
+  header.remove_prefix(kErrorPrefix.size());
+  int number = 0;
+  std::from_chars(header.data(), header.data() + header.size(), number);
+  return number;
+}
+
+}  // namespace
+
+Answer::Answer(std::string_view frame) {
+  const std::size_t mark = frame.find(kMark);
+  header = frame.substr(0, mark);
+  body = mark == std::string_view::npos ? std::string_view() : frame.substr(mark + 1);
+  errorNumber = ErrorNumber(header);
+}
+
+GatewayExchange::GatewayExchange(TextView host, int port, std::chrono::milliseconds timeout)
+    : oSocket(CSocket::Create()), tmrTimeout(timeout, [this] {
+        End(ExchangeResult::kTimeout, u"there was no answer in time");
+      }) {
+  oSocket->RemoteHost(host);
+  oSocket->RemotePort(port);
+}
+
+ExchangeResult GatewayExchange::Run(std::string_view request) {
+  const std::vector<std::uint8_t> bytes(request.begin(), request.end());
+  oSocket->Events.OnConnect = [&] { oSocket->SendData(std::span(bytes)); };
+  oSocket->Events.OnDataArrival = [this](std::int32_t) { OnDataArrival(); };
+  oSocket->Events.OnClose = [this] {
+    End(ExchangeResult::kNoConnection, u"the gateway closed the connection before its answer");
+  };
+  oSocket->Events.OnError = [this](std::int16_t, Text& description, auto&&...) {
+    End(ExchangeResult::kNoConnection, description);
+  };
+  tmrTimeout.SetEnabled(true);
+  try {
+    oSocket->Connect();
+  } catch (const RunTimeError& error) {
+    End(ExchangeResult::kNoConnection, error.Description);
+  }
+  if (!oResult) platform::RunEventLoop();
+  oSocket->Events = {};
+  return *oResult;
+}
+
+void GatewayExchange::OnDataArrival() {
+  std::vector<std::uint8_t> piece;
+  oSocket->GetData(piece);
+  sReceived.append(piece.begin(), piece.end());
+  while (!oResult) {
+    const std::size_t end = sReceived.find(kEnd, searched);
+    if (end == std::string::npos) break;
+    const std::string whole = sReceived.substr(0, end + 1);
+    sReceived.erase(0, end + 1);
+    searched = 0;
+    OnFrame(whole);
+  }
+  searched = sReceived.size();
+}
+
+void GatewayExchange::OnFrame(std::string_view received) {
+  if (FrameReceived) FrameReceived(received);
+  received.remove_suffix(1);
+  if (ErrorNumber(received.substr(0, received.find(kMark))) == kLoadingNotice) {
+    if (StillLoading) StillLoading();
+    return;
+  }
+  frame = received;
+  End(ExchangeResult::kAnswered, {});
+}
+
+void GatewayExchange::End(ExchangeResult result, Text why) {
+  if (oResult) return;
+  oResult = result;
+  reason = std::move(why);
+  platform::QuitEventLoop(0);
+}
+
+}  // namespace ostrel

@@ -1,0 +1,34 @@
+// What ostrel-send was asked to do on its command line.
+#pragma once
+
+#include <chrono>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "util/Text.h"
+
+namespace ostrel {
+
+/// The command line cannot be understood; what() says why, in UTF-8.
+class UsageError : public std::runtime_error {
+ public:
+  explicit UsageError(TextView reason) : std::runtime_error(ToUtf8(reason)) {}
+};
+
+struct SendOptions {
+  Text host = u"127.0.0.1";
+  int port = 4999;
+  std::chrono::seconds timeout{300};  // for the whole exchange
+  Text header;                        // the line that names the calling routine; empty: none
+  bool raw = false;                   // bytes go and come as they are
+  bool help = false;
+  Text request;  // the text itself, "@FILE" or "-"
+};
+
+/// Raises UsageError.
+SendOptions ParseSendOptions(const std::vector<Text>& arguments);
+
+extern const TextView kSendUsage;
+
+}  // namespace ostrel

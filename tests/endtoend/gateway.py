@@ -1,0 +1,250 @@
+"""Starts the real gateway program in a folder of its own and speaks to it from outside."""
+
+import os
+import pathlib
+import signal
+import socket
+import subprocess
+import threading
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAMS = pathlib.Path(os.environ.get("OSTREL_PROGRAMS", ROOT / "build" / "asan"))
+
+ATTRIBUTE_MARK = b"\xfe"
+END_OF_DATA = b"\x1f"
+LIMIT = 30  # seconds that anything may take before a test gives up
+
+COMPANY = """<?xml version="1.0" encoding="UTF-8"?>
+<Company name="Harbor Street Supply" product="QuickBooks Premier Edition 2008" majorVersion="18"
+         minorVersion="0" country="US">
+  {behaviour}
+</Company>
+"""
+
+
+def wait_until(condition, what, limit=LIMIT):
+    """Polls until the condition holds and returns its value; fails with `what` after the limit."""
+    end = time.monotonic() + limit
+    while True:
+        value = condition()
+        if value:
+            return value
+        assert time.monotonic() < end, f"not within {limit} s: {what}"
+        time.sleep(0.01)
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+class Client:
+    """One database connection."""
+
+    def __init__(self, port):
+        self.socket = socket.create_connection(("127.0.0.1", port), timeout=LIMIT)
+        self.socket.setsockopt(socket.IPPROTO_TCP, socket.TCP_NODELAY, 1)
+        self.received = b""
+
+    def send(self, data):
+        self.socket.sendall(data)
+
+    def read_frame(self):
+        """Everything up to the next end-of-data mark, without it."""
+        while END_OF_DATA not in self.received:
+            piece = self.socket.recv(1 << 20)
+            assert piece, f"connection closed after {self.received[:200]!r}"
+            self.received += piece
+        frame, self.received = self.received.split(END_OF_DATA, 1)
+        return frame
+
+    def is_closed_by_gateway(self):
+        """Waits for the end of the connection; data still on its way is passed over."""
+        try:
+            while self.socket.recv(1 << 20):
+                pass
+        except ConnectionResetError:
+            pass
+        return True
+
+    def ask(self, text):
+        """Sends one request and returns header and body of the answer, both as bytes."""
+        self.send(text.encode("cp1252") if isinstance(text, str) else text)
+        self.send(END_OF_DATA)
+        header, _, body = self.read_frame().partition(ATTRIBUTE_MARK)
+        return header, body
+
+    def close(self):
+        self.socket.close()
+
+    def reset(self):
+        """Leaves without a word: the gateway sees a reset."""
+        self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, b"\1\0\0\0\0\0\0\0")
+        self.socket.close()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+
+class Gateway:
+    """The program with its settings file, company file and folders below `folder`."""
+
+    def __init__(self, folder):
+        self.folder = pathlib.Path(folder)
+        self.program = self.folder / "ostrel-server"
+        self.settings_file = self.folder / "osl.ini"
+        self.company_file = self.folder / "harbor.qbw"
+        self.history = self.folder / "history"
+        self.port = free_port()
+        self.process = None
+        self.lines = []
+        self.errors = []
+        self.clients = []
+        source = PROGRAMS / "ostrel-server"
+        os.link(source, self.program) if self._same_device(source) else self._copy(source)
+        self.write_company()
+        self.write_settings()
+
+    def _same_device(self, source):
+        return source.stat().st_dev == self.folder.stat().st_dev
+
+    def _copy(self, source):
+        self.program.write_bytes(source.read_bytes())
+        self.program.chmod(0o755)
+
+    # -- what it is given -------------------------------------------------------------------------
+
+    def write_company(self, content="", **behaviour):
+        attributes = " ".join(f'{name}="{value}"' for name, value in behaviour.items())
+        self.company_file.write_text(
+            COMPANY.format(behaviour=f"<Behaviour {attributes}/>{content}")
+        )
+
+    def write_settings(self, **changes):
+        """Keys are SECTION_KEY: Communication_BlockSize=5."""
+        keys = {
+            "General_ProcessPath": self.folder / "process",
+            "General_ResponsePath": self.folder / "response",
+            "General_HistPath": self.history,
+            "General_History": "0",
+            "General_ValidateXML": "1",
+            "General_StatusPath": self.folder / "status",
+            "Quickbooks_FileName": self.company_file,
+            "Quickbooks_DisconnectTimeout": "300",
+            "Communication_Type": "0",
+            "Communication_Folder": "0",
+            "Communication_Socket": "1",
+            "Communication_SocketPort": self.port,
+            "Communication_BlockSize": "10000",
+        }
+        keys.update(changes)
+        text = ""
+        for section in ("General", "Quickbooks", "Communication"):
+            text += f"[{section}]\r\n"
+            for name, value in keys.items():
+                of, key = name.split("_", 1)
+                if of == section and value is not None:
+                    text += f"{key}={value}\r\n"
+        self.settings_file.write_bytes(text.encode("cp1252"))
+
+    # -- its life ---------------------------------------------------------------------------------
+
+    def spawn(self, *arguments, preexec=None):
+        environment = dict(os.environ, XDG_RUNTIME_DIR=str(self.folder), LC_ALL="C.UTF-8")
+        self.process = subprocess.Popen(
+            [self.program, *arguments],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+            env=environment,
+            preexec_fn=preexec,
+        )
+        for stream, lines in ((self.process.stdout, self.lines), (self.process.stderr, self.errors)):
+            threading.Thread(target=self._collect, args=(stream, lines), daemon=True).start()
+        return self
+
+    @staticmethod
+    def _collect(stream, lines):
+        for line in stream:
+            lines.append(line.decode("utf-8").rstrip("\r\n"))
+
+    def start(self, *arguments, preexec=None):
+        self.spawn("-ini", str(self.settings_file), *arguments, preexec=preexec)
+        self.wait_for_status(f"Listenning on Socket {self.port}")
+        return self
+
+    def has_status(self, text, count=1):
+        return sum(text in line for line in list(self.lines)) >= count
+
+    def wait_for_status(self, text, count=1, limit=LIMIT):
+        def seen():
+            return self.has_status(text, count) or self.process.poll() is not None
+
+        wait_until(seen, f"status line {text!r}; seen: {self.lines} {self.errors}", limit)
+        wait_until(lambda: self.has_status(text, count), f"{text!r} in {self.lines} {self.errors}", 2)
+
+    def wait_for_exit(self):
+        return self.process.wait(LIMIT)
+
+    def stop(self, with_signal=signal.SIGINT):
+        """Ends it as a user does and returns its exit code."""
+        if self.process is None:
+            return 0
+        if self.process.poll() is None:
+            self.process.send_signal(with_signal)
+        return self.wait_for_exit()
+
+    def kill(self):
+        for client in self.clients:
+            client.close()
+        if self.process is not None and self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+    # -- talking to it ----------------------------------------------------------------------------
+
+    def connect(self):
+        client = Client(self.port)
+        self.clients.append(client)
+        return client
+
+    def ask(self, text):
+        """One request on a connection of its own."""
+        with self.connect() as client:
+            return client.ask(text)
+
+    def toggle_comm_log(self):
+        self.process.send_signal(signal.SIGUSR1)
+
+    def comm_log(self):
+        path = self.history / "Comm.log"
+        return path.read_bytes().decode("cp1252") if path.exists() else ""
+
+    # -- how it is doing --------------------------------------------------------------------------
+
+    def cpu_seconds(self):
+        fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rsplit(")", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def qbxml(messages, on_error="continueOnError", version="3.0"):
+    """A request with prolog, qbXML instruction and envelope around the messages."""
+    return (
+        f'<?xml version="1.0"?><?qbxml version="{version}"?>'
+        f'<QBXML><QBXMLMsgsRq onError="{on_error}">{messages}</QBXMLMsgsRq></QBXML>'
+    )
+
+
+def customer_add(name, request_id="1"):
+    return (
+        f'<CustomerAddRq requestID="{request_id}"><CustomerAdd><Name>{name}</Name>'
+        "</CustomerAdd></CustomerAddRq>"
+    )
+
+
+CUSTOMER_QUERY = '<CustomerQueryRq requestID="7"/>'
