@@ -1,0 +1,29 @@
+#include <gtest/gtest.h>
+
+#include "gateway/HistoryFileName.h"
+
+namespace ostrel {
+namespace {
+
+// Required: the slashes become zeros, and so the parts run together.
+TEST(HistoryFileName, IsTheDateWithoutSigns) {
+  EXPECT_EQ(HistoryFileName(u"1/5/2010 9:03:07 AM"), u"1050201090307AM.txt");
+  EXPECT_EQ(HistoryFileName(u"12/31/2010"), u"1203102010.txt");
+}
+
+TEST(HistoryFileName, KeepsWhatAFileNameMayHold) {
+  EXPECT_EQ(HistoryFileName(u"05.01.2010 09:03:07"), u"05.01.2010090307.txt");
+  EXPECT_EQ(HistoryFileName(u"2010-01-05 \u4E0A\u5348 9:03:07"),
+            u"2010-01-05\u4E0A\u534890307.txt");
+}
+
+TEST(HistoryFileName, LeavesOutWhatNoFileNameMayHold) {
+  EXPECT_EQ(HistoryFileName(u"a\\b*c?d\"e<f>g|h\ti\u007Fj"), u"abcdefghij.txt");
+}
+
+TEST(HistoryFileName, LeavesOutBlanksOfOtherKindsAndInvisibleSigns) {
+  EXPECT_EQ(HistoryFileName(u"1\u00A02\u202F3\u200E4\xD83D" u"5\uFEFF"), u"12345.txt");
+}
+
+}  // namespace
+}  // namespace ostrel
