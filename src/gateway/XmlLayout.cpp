@@ -28,7 +28,7 @@ class Parts {
   std::optional<TextView> Next() {
     if (!bMore) return std::nullopt;
     const TextView part = TakePart();
-    return Contains(part, u"\n") ? WithoutLineBreaks(part) : part;
+    return part.find(u'\n') != TextView::npos ? WithoutLineBreaks(part) : part;
   }
 
  private:
@@ -41,22 +41,24 @@ class Parts {
   }
 
   TextView WithoutLineBreaks(TextView part) {
-    std::swap(sScratch, sScratchBefore);
-    sScratch.clear();
+    Text& scratch = sScratch[bOddScratch];
+    bOddScratch = !bOddScratch;
+    scratch.clear();
     for (std::size_t at = 0; at <= part.size();) {
       const std::size_t end = std::min(part.find(u'\n', at), part.size());
       TextView line = part.substr(at, end - at);
       if (bDropCr && end < part.size() && line.ends_with(u'\r')) line.remove_suffix(1);
-      sScratch.append(line);
+      scratch.append(line);
       at = end + 1;
     }
-    return sScratch;
+    return scratch;
   }
 
   bool bDropCr;
   bool bMore = false;
   TextView sRest;
-  Text sScratch, sScratchBefore;
+  Text sScratch[2];
+  bool bOddScratch = false;
 };
 
 bool StartTagHasBlank(TextView part) { return Contains(part.substr(0, part.find(u'>')), u" "); }
