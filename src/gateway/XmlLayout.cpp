@@ -139,6 +139,7 @@ bool LayOutIntoFile(TextView response, WholeFile& file) {
 
 void FormatXmlText(Text& text) {
   CStringBuilder lines;
+  lines.Reserve(text.size() + text.size() / 2);  // room for usual indentation
   LinePrinter printer(lines, text.size());
   LayOut(text, Drop::kLfAndCrLf, [&](std::size_t indentation, TextView part, TextView endTag) {
     printer.Print(indentation, part, endTag);

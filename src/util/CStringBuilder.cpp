@@ -44,6 +44,8 @@ Text CStringBuilder::ToString() && {
   return std::exchange(sBuffer, {});
 }
 
+void CStringBuilder::Reserve(std::size_t characters) { sBuffer.reserve(characters); }
+
 void CStringBuilder::TheString(TextView text) {
   RequireFit(0, text.size());
   if (text.empty()) {

@@ -3,6 +3,7 @@
 // appending stays linear in texts of any length.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "util/Text.h"
@@ -27,6 +28,10 @@ class CStringBuilder {
   Text ToString() const&;
   /// Hands the text over without a copy; the builder is empty afterwards.
   Text ToString() &&;
+
+  /// Sets storage aside for a text of this length, so that growing up to it copies nothing. Length
+  /// and Capacity stay what they are.
+  void Reserve(std::size_t characters);
 
   /// Replaces the contents; an empty text gives all space back.
   void TheString(TextView text);
