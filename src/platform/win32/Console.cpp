@@ -1,7 +1,6 @@
 #include "platform/Console.h"
 
 #include <windows.h>
-// After windows.h, which it needs.
 #include <shellapi.h>
 
 #include <algorithm>
