@@ -1,0 +1,183 @@
+// The event loop over the thread's message queue. The loop looks at the timers itself, after every
+// message, since timer messages are served only when there are no others. One system timer on a
+// hidden window stands for the next tick all the same: the loops of message boxes, menus and
+// dragging are the system's own and know nothing of ours.
+#include "platform/EventLoop.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "platform/TimerList.h"
+#include "platform/win32/MessageLoop.h"
+
+namespace ostrel::platform {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr auto kForEver = LoopClock::time_point::max();
+constexpr UINT_PTR kTickTimer = 1;
+
+DWORD MillisecondsUntil(LoopClock::time_point time) {
+  if (time == kForEver) {
+    return INFINITE;
+  }
+  const auto wait = std::chrono::ceil<milliseconds>(time - LoopClock::now()).count();
+  constexpr milliseconds::rep longest = 1'000'000;
+  return static_cast<DWORD>(std::clamp<milliseconds::rep>(wait, 0, longest));
+}
+
+class Loop {
+ public:
+  Loop();
+  ~Loop();
+  Loop(const Loop&) = delete;
+  Loop& operator=(const Loop&) = delete;
+
+  void Tick() noexcept;
+  void TimersChanged();
+  void DispatchWaiting();
+  bool DispatchUntil(HANDLE object, LoopClock::time_point deadline);
+  void Quit(int exitCode);
+
+  TimerList oTimers;
+  std::optional<int> quitCode;
+
+ private:
+  static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  bool DispatchOne();
+
+  HWND oWindow = nullptr;
+  LoopClock::time_point armedFor = kForEver;
+};
+
+Loop& TheLoop() {
+  static Loop loop;
+  return loop;
+}
+
+Loop::Loop() {
+  oWindow = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                            GetModuleHandleW(nullptr), nullptr);
+  SetWindowLongPtrW(oWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Loop::OnMessage));
+}
+
+Loop::~Loop() { DestroyWindow(oWindow); }
+
+LRESULT CALLBACK Loop::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_TIMER && wParam == kTickTimer) {
+    TheLoop().armedFor = kForEver;
+    TickDueTimers();
+    TheLoop().TimersChanged();
+    return 0;
+  }
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+/// A handler that raises ends the program here: the callers above the seam catch everything.
+void Loop::Tick() noexcept {
+  if (oTimers.TickDue()) {
+    TimersChanged();
+  }
+}
+
+/// Sets the system timer for the next tick.
+void Loop::TimersChanged() {
+  const auto next = oTimers.NextDue();
+  if (next == armedFor) {
+    return;
+  }
+  armedFor = next;
+  if (next == kForEver) {
+    KillTimer(oWindow, kTickTimer);
+  } else {
+    SetTimer(oWindow, kTickTimer, std::max<DWORD>(MillisecondsUntil(next), 1), nullptr);
+  }
+}
+
+/// One message, then the timers. False when no message waits.
+bool Loop::DispatchOne() {
+  MSG message;
+  if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    return false;
+  }
+  if (message.message == WM_QUIT) {
+    quitCode = static_cast<int>(message.wParam);
+    return true;
+  }
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+  Tick();
+  return true;
+}
+
+/// Messages may bring forth messages without end, so this stops once the clock of the messages has
+/// gone on.
+void Loop::DispatchWaiting() {
+  const DWORD begun = GetTickCount();
+  Tick();
+  while (!quitCode && DispatchOne() && GetTickCount() == begun) {
+  }
+}
+
+bool Loop::DispatchUntil(HANDLE object, LoopClock::time_point deadline) {
+  const DWORD count = object == nullptr ? 0 : 1;
+  for (;;) {
+    Tick();
+    if (count != 0 && WaitForSingleObject(object, 0) == WAIT_OBJECT_0) {
+      return true;
+    }
+    if (quitCode || LoopClock::now() >= deadline) {
+      return false;
+    }
+    if (!DispatchOne()) {
+      const DWORD wait = MillisecondsUntil(std::min(deadline, oTimers.NextDue()));
+      MsgWaitForMultipleObjectsEx(count, &object, wait, QS_ALLINPUT, MWMO_INPUTAVAILABLE);
+    }
+  }
+}
+
+void Loop::Quit(int exitCode) {
+  quitCode = exitCode;
+  PostMessageW(oWindow, WM_NULL, 0, 0);  // ends the wait
+}
+
+}  // namespace
+
+void DoEvents() { TheLoop().DispatchWaiting(); }
+
+void DoEventsFor(milliseconds time) { TheLoop().DispatchUntil(nullptr, LoopClock::now() + time); }
+
+bool DoEventsUntilSignalled(HANDLE object, LoopClock::time_point deadline) {
+  return TheLoop().DispatchUntil(object, deadline);
+}
+
+void TickDueTimers() noexcept { TheLoop().Tick(); }
+
+int RunEventLoop() {
+  Loop& loop = TheLoop();
+  loop.DispatchUntil(nullptr, kForEver);
+  return std::exchange(loop.quitCode, std::nullopt).value_or(0);
+}
+
+void QuitEventLoop(int exitCode) { TheLoop().Quit(exitCode); }
+
+Timer::Timer(milliseconds interval, std::function<void()> handler)
+    : oEntry(TheLoop().oTimers.Add(interval, std::move(handler))) {}
+
+Timer::~Timer() {
+  TheLoop().oTimers.Remove(oEntry);
+  TheLoop().TimersChanged();
+}
+
+bool Timer::Enabled() const { return oEntry->enabled; }
+
+void Timer::SetEnabled(bool enabled) {
+  TimerList::SetEnabled(*oEntry, enabled);
+  TheLoop().TimersChanged();
+}
+
+}  // namespace ostrel::platform

@@ -1,0 +1,226 @@
+#include "platform/win32/SocketWindow.h"
+
+#include <chrono>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/win32/MessageLoop.h"
+
+namespace ostrel::platform {
+namespace {
+
+constexpr long kAllEvents = FD_READ | FD_WRITE | FD_ACCEPT | FD_CONNECT | FD_CLOSE;
+
+SOCKET ToSystem(SocketHandle handle) { return static_cast<SOCKET>(handle); }
+
+HANDLE LookUpToSystem(LookUpHandle lookUp) {
+  return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(lookUp));
+}
+
+/// How a stream ended, 0 for an orderly end; nothing while it has not.
+std::optional<int> EndOfStream(SocketHandle handle) {
+  char next;
+  const int peeked = recv(ToSystem(handle), &next, 1, MSG_PEEK);
+  const int error = peeked < 0 ? WSAGetLastError() : 0;
+  return peeked > 0 || error == WSAEWOULDBLOCK ? std::nullopt : std::optional(error);
+}
+
+bool HasData(SocketHandle handle) {
+  u_long bytes = 0;
+  return ioctlsocket(ToSystem(handle), FIONREAD, &bytes) == 0 && bytes > 0;
+}
+
+std::uint32_t FirstAddress(const char* reply) {
+  const auto* const host = reinterpret_cast<const hostent*>(reply);
+  std::uint32_t address = 0;
+  if (host->h_addrtype == AF_INET && host->h_addr_list[0] != nullptr) {
+    std::memcpy(&address, host->h_addr_list[0], sizeof address);
+  }
+  return ntohl(address);
+}
+
+}  // namespace
+
+SocketWindow& TheSocketWindow() {
+  static SocketWindow window;
+  return window;
+}
+
+SocketWindow::SocketWindow()
+    : oResume(std::chrono::milliseconds(100), [this] { ResumeAccepting(); }) {}
+
+SocketWindow::~SocketWindow() { Destroy(); }
+
+void SocketWindow::RegisterMessages() {
+  resolveMessage = RegisterWindowMessageA("Ostrel.ResolveMessage");
+  socketMessage = RegisterWindowMessageA("Ostrel.WinsockMessage");
+}
+
+bool SocketWindow::Create(SocketSink& sink) {
+  oWindow = CreateWindowExA(0, "STATIC", "SOCKET_WINDOW", 0, 0, 0, 0, 0, nullptr, nullptr,
+                            GetModuleHandleA(nullptr), nullptr);
+  if (oWindow == nullptr) {
+    return false;
+  }
+  const auto own = reinterpret_cast<LONG_PTR>(&SocketWindow::OnMessage);
+  oPreviousProcedure = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(oWindow, GWLP_WNDPROC, own));
+  oSink = &sink;
+  return true;
+}
+
+void SocketWindow::Destroy() {
+  if (oWindow != nullptr) {
+    SetWindowLongPtrA(oWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(oPreviousProcedure));
+    DestroyWindow(std::exchange(oWindow, nullptr));
+  }
+  oSink = nullptr;
+  lookUps.clear();
+}
+
+int SocketWindow::Select(SocketHandle socket) {
+  const int result = WSAAsyncSelect(ToSystem(socket), oWindow, socketMessage, kAllEvents);
+  return result == 0 ? 0 : WSAGetLastError();
+}
+
+int SocketWindow::Unselect(SocketHandle socket) {
+  return WSAAsyncSelect(ToSystem(socket), oWindow, 0, 0) == 0 ? 0 : WSAGetLastError();
+}
+
+SocketResult<LookUpHandle> SocketWindow::StartLookUp(const std::string& host) {
+  auto reply = std::make_unique<LookUpReply>();
+  const HANDLE started = WSAAsyncGetHostByName(oWindow, resolveMessage, host.c_str(),
+                                               reply->bytes.data(), MAXGETHOSTSTRUCT);
+  if (started == nullptr) {
+    return {0, WSAGetLastError()};
+  }
+  const auto lookUp = static_cast<LookUpHandle>(reinterpret_cast<std::intptr_t>(started));
+  lookUps[lookUp] = std::move(reply);
+  return {lookUp, 0};
+}
+
+/// A reply that can no longer be called back is kept until it has come.
+void SocketWindow::CancelLookUp(LookUpHandle lookUp) {
+  if (WSACancelAsyncRequest(LookUpToSystem(lookUp)) == 0) {
+    lookUps.erase(lookUp);
+  }
+}
+
+void SocketWindow::Opened(SocketHandle socket, bool stream) {
+  sockets[socket] = {.stream = stream};
+}
+
+void SocketWindow::Connecting(SocketHandle socket) { sockets[socket].connecting = true; }
+
+/// Windows itself tells of room only after a send would have blocked.
+void SocketWindow::Sent(SocketHandle handle) {
+  Socket* const socket = Find(handle);
+  if (socket != nullptr && !socket->writePosted) {
+    socket->writePosted = true;
+    Post(handle, FD_WRITE);
+  }
+}
+
+void SocketWindow::Received(SocketHandle handle) {
+  Socket* const socket = Find(handle);
+  if (socket != nullptr && std::exchange(socket->closeWaits, false)) {
+    Post(handle, FD_CLOSE);
+  }
+}
+
+void SocketWindow::PauseAccepting(SocketHandle listener) {
+  paused.push_back(listener);
+  oResume.SetEnabled(true);
+}
+
+void SocketWindow::ResumeAccepting() {
+  oResume.SetEnabled(false);
+  for (const SocketHandle listener : std::exchange(paused, {})) {
+    Post(listener, FD_ACCEPT);
+  }
+}
+
+void SocketWindow::Closed(SocketHandle socket) {
+  sockets.erase(socket);
+  ResumeAccepting();
+}
+
+SocketWindow::Socket* SocketWindow::Find(SocketHandle handle) {
+  const auto found = sockets.find(handle);
+  return found == sockets.end() ? nullptr : &found->second;
+}
+
+void SocketWindow::Post(SocketHandle handle, int event) {
+  PostMessageA(oWindow, socketMessage, static_cast<WPARAM>(handle), MAKELPARAM(event, 0));
+}
+
+void SocketWindow::Announce(SocketHandle handle, SocketEvent event, int error) {
+  if (oSink != nullptr) {
+    oSink->OnSocket(handle, event, error);
+  }
+}
+
+LRESULT CALLBACK SocketWindow::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  SocketWindow& own = TheSocketWindow();
+  if (message == own.socketMessage) {
+    const auto handle = static_cast<SocketHandle>(wParam);
+    own.OnSocketMessage(handle, WSAGETSELECTEVENT(lParam), WSAGETSELECTERROR(lParam));
+  } else if (message == own.resolveMessage) {
+    own.OnLookUpMessage(static_cast<LookUpHandle>(wParam), WSAGETASYNCERROR(lParam));
+  } else {
+    return CallWindowProcA(own.oPreviousProcedure, window, message, wParam, lParam);
+  }
+  TickDueTimers();
+  return 0;
+}
+
+void SocketWindow::OnSocketMessage(SocketHandle handle, int event, int error) {
+  Socket* const socket = Find(handle);
+  if (socket == nullptr || socket->closeAnnounced) {
+    return;
+  }
+  if (event == FD_CONNECT) {
+    return OnConnect(handle, *socket, error);
+  }
+  if (event == FD_CLOSE) {
+    return OnClose(handle, *socket, error);
+  }
+  socket->writePosted = socket->writePosted && event != FD_WRITE;
+  Announce(handle, static_cast<SocketEvent>(event), error);
+}
+
+/// A message of an earlier socket of the same handle finds none connecting.
+void SocketWindow::OnConnect(SocketHandle handle, Socket& socket, int error) {
+  if (std::exchange(socket.connecting, false)) {
+    socket.closeAnnounced = error != 0;
+    Announce(handle, SocketEvent::kConnect, error);
+  }
+}
+
+/// The stream itself tells whether this is its end, and how it ended: the message may be one of an
+/// earlier socket of the same handle, and its error is 0 at some resets.
+void SocketWindow::OnClose(SocketHandle handle, Socket& socket, int error) {
+  if (HasData(handle)) {
+    socket.closeWaits = true;
+    return Announce(handle, SocketEvent::kRead);
+  }
+  if (const auto end = EndOfStream(handle)) {
+    socket.closeAnnounced = true;
+    Announce(handle, SocketEvent::kClose, *end != 0 ? *end : error);
+  }
+}
+
+void SocketWindow::OnLookUpMessage(LookUpHandle lookUp, int error) {
+  const auto found = lookUps.find(lookUp);
+  if (found == lookUps.end()) {
+    return;
+  }
+  const auto reply = std::move(found->second);
+  lookUps.erase(found);
+  if (oSink != nullptr) {
+    oSink->OnLookUp(lookUp, error, error == 0 ? FirstAddress(reply->bytes.data()) : 0);
+  }
+}
+
+}  // namespace ostrel::platform

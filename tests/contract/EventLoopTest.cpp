@@ -1,0 +1,216 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+
+#include "platform/EventLoop.h"
+
+namespace ostrel::platform {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+/// Dispatches events until the condition holds; false when it did not within ten seconds.
+template <typename Condition>
+bool Await(Condition condition) {
+  const auto limit = steady_clock::now() + std::chrono::seconds(10);
+  while (!condition() && steady_clock::now() < limit) {
+    DoEventsFor(milliseconds(5));
+  }
+  return condition();
+}
+
+void BusyFor(milliseconds time) {
+  const auto end = steady_clock::now() + time;
+  while (steady_clock::now() < end) {
+  }
+}
+
+TEST(Timer, IsDisabledWhenItIsMade) {
+  int ticks = 0;
+  Timer timer(milliseconds(1), [&] { ++ticks; });
+
+  DoEventsFor(milliseconds(20));
+
+  EXPECT_FALSE(timer.Enabled());
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST(Timer, TicksAgainAndAgain) {
+  int ticks = 0;
+  Timer timer(milliseconds(5), [&] { ++ticks; });
+
+  timer.SetEnabled(true);
+
+  EXPECT_TRUE(timer.Enabled());
+  EXPECT_TRUE(Await([&] { return ticks >= 3; }));
+}
+
+TEST(Timer, WaitsItsIntervalBeforeEachTick) {
+  const auto begin = steady_clock::now();
+  std::optional<steady_clock::time_point> first, second;
+  Timer timer(milliseconds(40), [&] { (first ? second : first) = steady_clock::now(); });
+
+  timer.SetEnabled(true);
+  ASSERT_TRUE(Await([&] { return second.has_value(); }));
+
+  EXPECT_GE(*first - begin, milliseconds(40));
+  EXPECT_GE(*second - *first, milliseconds(40));
+}
+
+TEST(Timer, KeepsItsNextTickWhenItIsEnabledAgain) {
+  const auto begin = steady_clock::now();
+  bool ticked = false;
+  Timer timer(milliseconds(300), [&] { ticked = true; });
+  timer.SetEnabled(true);
+
+  const bool inTime = Await([&] {
+    timer.SetEnabled(true);
+    return ticked;
+  });
+
+  EXPECT_TRUE(inTime);
+  EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+TEST(Timer, MayDisableItselfInItsHandler) {
+  int ticks = 0;
+  std::unique_ptr<Timer> timer;
+  timer = std::make_unique<Timer>(milliseconds(1), [&] {
+    ++ticks;
+    timer->SetEnabled(false);
+  });
+
+  timer->SetEnabled(true);
+  ASSERT_TRUE(Await([&] { return ticks > 0; }));
+  DoEventsFor(milliseconds(20));
+
+  EXPECT_EQ(ticks, 1);
+}
+
+TEST(Timer, MayBeDestroyedByItsHandler) {
+  int ticks = 0;
+  std::unique_ptr<Timer> timer;
+  timer = std::make_unique<Timer>(milliseconds(1), [&] {
+    timer.reset();
+    ++ticks;
+  });
+
+  timer->SetEnabled(true);
+  ASSERT_TRUE(Await([&] { return ticks > 0; }));
+  DoEventsFor(milliseconds(20));
+
+  EXPECT_EQ(ticks, 1);
+}
+
+TEST(Timer, DoesNotTickInsideItsOwnHandlerWhileOthersDo) {
+  int depth = 0, deepest = 0, others = 0;
+  Timer other(milliseconds(2), [&] { ++others; });
+  Timer timer(milliseconds(2), [&] {
+    deepest = std::max(deepest, ++depth);
+    const int before = others;
+    Await([&] { return others > before + 2; });
+    --depth;
+  });
+
+  timer.SetEnabled(true);
+  other.SetEnabled(true);
+
+  EXPECT_TRUE(Await([&] { return others > 10; }));
+  EXPECT_EQ(deepest, 1);
+}
+
+TEST(Timer, TicksOnceForTheTimeTheLoopWasHeldUp) {
+  int ticks = 0;
+  Timer timer(milliseconds(200), [&] { ++ticks; });
+  timer.SetEnabled(true);
+
+  BusyFor(milliseconds(650));
+  DoEvents();
+
+  EXPECT_EQ(ticks, 1);
+}
+
+TEST(Timer, GetsItsTurnBesideOneThatIsAlwaysDue) {
+  int ticks = 0;
+  Timer greedy(milliseconds(1), [] { BusyFor(milliseconds(3)); });
+  Timer timer(milliseconds(10), [&] { ++ticks; });
+  greedy.SetEnabled(true);
+  timer.SetEnabled(true);
+
+  EXPECT_TRUE(Await([&] { return ticks > 5; }));
+}
+
+TEST(DoEvents, ReturnsAtOnceWhenNothingWaits) {
+  Timer timer(std::chrono::hours(1), [] {});
+  timer.SetEnabled(true);
+  const auto begin = steady_clock::now();
+
+  DoEvents();
+
+  EXPECT_LT(steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+TEST(DoEventsFor, LastsAsLongAsItWasTold) {
+  const auto begin = steady_clock::now();
+
+  DoEventsFor(milliseconds(50));
+
+  EXPECT_GE(steady_clock::now() - begin, milliseconds(50));
+}
+
+TEST(DoEventsFor, DispatchesInsideAHandler) {
+  int inner = 0;
+  bool seenInside = false;
+  Timer innerTimer(milliseconds(1), [&] { ++inner; });
+  Timer outer(milliseconds(5), [&] {
+    innerTimer.SetEnabled(true);
+    seenInside = Await([&] { return inner > 2; });
+  });
+
+  outer.SetEnabled(true);
+
+  EXPECT_TRUE(Await([&] { return seenInside; }));
+}
+
+TEST(QuitEventLoop, MakesTheLoopReturnItsCode) {
+  Timer timer(milliseconds(1), [] { QuitEventLoop(7); });
+  timer.SetEnabled(true);
+
+  EXPECT_EQ(RunEventLoop(), 7);
+}
+
+TEST(QuitEventLoop, BeforeTheLoopHasBegunMakesItReturnAtOnce) {
+  QuitEventLoop(3);
+
+  EXPECT_EQ(RunEventLoop(), 3);
+}
+
+TEST(QuitEventLoop, EndsNestedWaitsOnItsWayOut) {
+  const auto begin = steady_clock::now();
+  Timer quit(milliseconds(5), [] { QuitEventLoop(1); });
+  Timer waiting(milliseconds(1), [&] {
+    quit.SetEnabled(true);
+    DoEventsFor(std::chrono::minutes(5));
+  });
+  waiting.SetEnabled(true);
+
+  const int code = RunEventLoop();
+
+  EXPECT_EQ(code, 1);
+  EXPECT_LT(steady_clock::now() - begin, std::chrono::minutes(1));
+}
+
+TEST(QuitEventLoop, HoldsForOneRunOnly) {
+  QuitEventLoop(3);
+  RunEventLoop();
+  int ticks = 0;
+  Timer timer(milliseconds(1), [&] { QuitEventLoop(++ticks); });
+  timer.SetEnabled(true);
+
+  EXPECT_EQ(RunEventLoop(), 1);
+}
+
+}  // namespace
+}  // namespace ostrel::platform
