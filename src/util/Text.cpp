@@ -39,7 +39,12 @@ void AppendUtf8(std::string& bytes, char32_t c) {
 // Takes one code point from the front of `utf8`; an ill-formed start costs one byte.
 char32_t TakeCodePoint(std::string_view& utf8) {
   const auto lead = static_cast<unsigned char>(utf8.front());
-  const std::size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+  const std::size_t length = lead < 0x80   ? 1
+                             : lead < 0xC2 ? 0
+                             : lead < 0xE0 ? 2
+                             : lead < 0xF0 ? 3
+                             : lead < 0xF5 ? 4
+                                           : 0;
   if (length == 0 || length > utf8.size()) {
     utf8.remove_prefix(1);
     return kReplacement;

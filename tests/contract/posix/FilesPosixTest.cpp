@@ -1,0 +1,202 @@
+// What is POSIX' own under the file layer: names that differ in case only, links, pipes, limits.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "platform/Clock.h"
+#include "platform/CodePage.h"
+#include "platform/FileSystem.h"
+#include "platform/Files.h"
+#include "platform/Profile.h"
+#include "platform/SystemError.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace ostrel::platform {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+std::string SystemName(const ScratchFolder& folder, std::string_view name) {
+  return ToUtf8(folder.Path()) + "/" + std::string(name);
+}
+
+int OpenToRead(const ScratchFolder& folder, TextView name) {
+  return File().Open(folder.Path(name), FileAccess::kRead, FileCreation::kOpenExisting);
+}
+
+// While it lives, no file of this process grows beyond so many bytes.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &oBefore);
+    const rlimit limit{bytes, oBefore.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &oBefore); }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit oBefore{};
+};
+
+class TimeZone {
+ public:
+  explicit TimeZone(const char* zone) { setenv("TZ", zone, 1); }
+  ~TimeZone() { unsetenv("TZ"); }
+  TimeZone(const TimeZone&) = delete;
+  TimeZone& operator=(const TimeZone&) = delete;
+};
+
+TEST(FilesPosix, WhereThereIsNoMoreRoomTheDiskIsFull) {
+  ScratchFolder folder;
+  File file;
+  ASSERT_EQ(file.Open(folder.Path(u"a"), FileAccess::kReadWrite, FileCreation::kOpenAlways), 0);
+  const FileSizeLimit limit(10000);
+
+  const int error = file.WriteAt(0, std::string(20000, 'x'));
+
+  EXPECT_EQ(error, kDiskFull);
+  EXPECT_EQ(file.Size(), 10000);  // a part was written before
+}
+
+TEST(FilesPosix, AProfileSurvivesADiskThatIsFull) {
+  ScratchFolder folder;
+  const std::string before = "[G]\r\na=" + std::string(200, 'x') + "\r\n";
+  folder.Write(u"osl.ini", before);
+  const std::string value = "1";
+  const FileSizeLimit limit(100);
+
+  EXPECT_EQ(WriteProfileValue(folder.Path(u"osl.ini"), "G", "b", &value), kDiskFull);
+
+  EXPECT_EQ(folder.Read(u"osl.ini"), before);
+  EXPECT_EQ(folder.EntryCount(), 1u);
+}
+
+TEST(FilesPosix, TheExactNameComesFirstAndThenTheFirstInTheAlphabet) {
+  ScratchFolder folder;
+  folder.Write(u"NAME", "1");
+  folder.Write(u"Name", "22");
+  folder.Write(u"name", "333");
+  File file;
+
+  ASSERT_EQ(file.Open(folder.Path(u"Name"), FileAccess::kRead, FileCreation::kOpenExisting), 0);
+  EXPECT_EQ(file.Size(), 2);
+  ASSERT_EQ(file.Open(folder.Path(u"nAME"), FileAccess::kRead, FileCreation::kOpenExisting), 0);
+
+  EXPECT_EQ(file.Size(), 1);
+}
+
+TEST(FilesPosix, ARenameInCaseOnlyIsCarriedOut) {
+  ScratchFolder folder;
+  folder.Write(u"a.txt", "abc");
+
+  ASSERT_EQ(RenamePath(folder.Path(u"a.txt"), folder.Path(u"A.TXT")), 0);
+
+  EXPECT_THAT(ListFiles(folder.Path(), u"*"), ElementsAre(u"A.TXT"));
+}
+
+TEST(FilesPosix, APipeIsNeitherOpenedNorWaitedFor) {
+  ScratchFolder folder;
+  ASSERT_EQ(mkfifo(SystemName(folder, "pipe.osl").c_str(), 0600), 0);
+
+  EXPECT_EQ(OpenToRead(folder, u"pipe.osl"), kAccessDenied);
+  EXPECT_EQ(File().Open(folder.Path(u"pipe.osl"), FileAccess::kWrite, FileCreation::kOpenAlways),
+            kAccessDenied);
+
+  EXPECT_TRUE(ListFiles(folder.Path(), u"*").empty());
+}
+
+TEST(FilesPosix, ADeviceIsNotOpened) {
+  EXPECT_EQ(File().Open(u"/dev/zero", FileAccess::kRead, FileCreation::kOpenExisting),
+            kAccessDenied);
+}
+
+TEST(FilesPosix, ALinkIsFollowedAndOneInACircleIsAnError) {
+  ScratchFolder folder;
+  folder.Write(u"file", "abc");
+  std::filesystem::create_symlink("file", SystemName(folder, "link"));
+  std::filesystem::create_symlink("circle", SystemName(folder, "circle"));
+
+  EXPECT_EQ(OpenToRead(folder, u"link"), 0);
+  EXPECT_EQ(OpenToRead(folder, u"circle"), kInvalidName);
+
+  EXPECT_THAT(ListFiles(folder.Path(), u"*"), ElementsAre(u"file", u"link"));
+}
+
+TEST(FilesPosix, NamesThatNoProductPathCanReachAreNotListed) {
+  ScratchFolder folder;
+  for (const char* name : {"a\\b.osl", "\xFF.osl", "good.osl"}) {
+    std::ofstream(SystemName(folder, name)).flush();
+  }
+
+  EXPECT_THAT(ListFiles(folder.Path(), u"*.osl"), ElementsAre(u"good.osl"));
+}
+
+TEST(FilesPosix, AProfileBehindALinkStaysThereWithItsPermissions) {
+  ScratchFolder folder;
+  folder.Write(u"real.ini", "[G]\r\na=1\r\n");
+  std::filesystem::permissions(SystemName(folder, "real.ini"), std::filesystem::perms(0640));
+  std::filesystem::create_symlink("real.ini", SystemName(folder, "osl.ini"));
+  const std::string value = "2";
+
+  ASSERT_EQ(WriteProfileValue(folder.Path(u"osl.ini"), "G", "a", &value), 0);
+
+  EXPECT_TRUE(std::filesystem::is_symlink(SystemName(folder, "osl.ini")));
+  EXPECT_EQ(folder.Read(u"real.ini"), "[G]\r\na=2\r\n");
+  EXPECT_EQ(std::filesystem::status(SystemName(folder, "real.ini")).permissions(),
+            std::filesystem::perms(0640));
+}
+
+TEST(FilesPosix, AProfileKeepsForeignLinesByteForByte) {
+  ScratchFolder folder;
+  folder.Write(u"osl.ini", "\t[G] \n a = 1 \n\n  ; odd\xFF\n junk \n[H\n\n\n[I]\nb=2");
+  const std::string value = "9";
+
+  ASSERT_EQ(WriteProfileValue(folder.Path(u"osl.ini"), "G", "c", &value), 0);
+
+  EXPECT_EQ(folder.Read(u"osl.ini"),
+            "\t[G] \n a = 1 \n\n  ; odd\xFF\n junk \n[H\nc=9\r\n\n\n[I]\nb=2");
+}
+
+TEST(FilesPosix, TheCodePageIsTheProgramsOwn) { EXPECT_FALSE(SystemCodePage()); }
+
+TEST(ClockPosix, TheGeneralDateIsInUsForm) {
+  const TimeZone zone("UTC0");
+  const TimePoint midnight = std::chrono::sys_days{2010y / 1 / 5};
+
+  EXPECT_EQ(SystemClock().GeneralDate(midnight + 9h + 3min + 7s), u"1/5/2010 9:03:07 AM");
+  EXPECT_EQ(SystemClock().GeneralDate(midnight + 12h), u"1/5/2010 12:00:00 PM");
+  EXPECT_EQ(SystemClock().GeneralDate(midnight + 23h), u"1/5/2010 11:00:00 PM");
+  EXPECT_EQ(SystemClock().GeneralDate(midnight + 1s), u"1/5/2010 12:00:01 AM");
+  EXPECT_EQ(SystemClock().GeneralDate(midnight), u"1/5/2010");
+}
+
+TEST(ClockPosix, LocalTimeFollowsTheZoneAndItsSummer) {
+  const TimeZone zone("EST5EDT,M3.2.0,M11.1.0");
+
+  const LocalTime winter = SystemClock().ToLocalTime(std::chrono::sys_days{2010y / 1 / 5});
+  const LocalTime summer = SystemClock().ToLocalTime(std::chrono::sys_days{2010y / 7 / 5});
+
+  EXPECT_EQ(winter.offsetMinutes, -5 * 60);
+  EXPECT_EQ(winter.hour, 19);
+  EXPECT_EQ(winter.day, 4);
+  EXPECT_EQ(summer.offsetMinutes, -4 * 60);
+}
+
+TEST(ClockPosix, ATimeBefore1970BelongsToTheSecondThatItIsIn) {
+  const TimeZone zone("UTC0");
+
+  const LocalTime local = SystemClock().ToLocalTime(TimePoint() - 1ms);
+
+  EXPECT_EQ(local.year, 1969);
+  EXPECT_EQ(local.second, 59);
+}
+
+}  // namespace
+}  // namespace ostrel::platform

@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "util/Text.h"
+
+namespace ostrel {
+namespace {
+
+TEST(Text, AsciiIsACharacterAByte) {
+  EXPECT_EQ(FromAscii("ERROR: 99"), u"ERROR: 99");
+  EXPECT_EQ(FromAscii({"a\0b", 3}), TextView(u"a\0b", 3));
+  EXPECT_EQ(FromAscii("\xFE"), u"\u00FE");
+}
+
+TEST(Text, Utf8OfEveryLengthIsRead) {
+  EXPECT_EQ(FromUtf8("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80"), u"a\u00E9\u20AC\U0001F600");
+}
+
+TEST(Text, Utf8OfEveryLengthIsWritten) {
+  EXPECT_EQ(ToUtf8(u"a\u00E9\u20AC\U0001F600"), "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+}
+
+TEST(Text, Utf8AtTheEdgesOfItsLengthsComesBack) {
+  for (const char32_t c :
+       {0x0u, 0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFFFFu, 0x10000u, 0x10FFFFu}) {
+    Text text;
+    if (c < 0x10000) {
+      text.push_back(static_cast<char16_t>(c));
+    } else {
+      text.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+      text.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+    }
+
+    EXPECT_EQ(FromUtf8(ToUtf8(text)), text) << std::hex << static_cast<std::uint32_t>(c);
+  }
+}
+
+TEST(Text, IllFormedUtf8BecomesReplacementCharacters) {
+  EXPECT_EQ(FromUtf8("a\xFFz"), u"a\uFFFDz");        // no lead byte
+  EXPECT_EQ(FromUtf8("\x80"), u"\uFFFD");            // a tail alone
+  EXPECT_EQ(FromUtf8("\xC3"), u"\uFFFD");            // cut short
+  EXPECT_EQ(FromUtf8("\xC3z"), u"\uFFFDz");          // a tail missing
+  EXPECT_EQ(FromUtf8("\xC0\x80"), u"\uFFFD\uFFFD");  // longer than needed
+  EXPECT_EQ(FromUtf8("\xE0\x80\x80"), u"\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(FromUtf8("\xED\xA0\x80"), u"\uFFFD\uFFFD\uFFFD");            // half a pair
+  EXPECT_EQ(FromUtf8("\xF4\x90\x80\x80"), u"\uFFFD\uFFFD\uFFFD\uFFFD");  // beyond the last
+}
+
+TEST(Text, HalfAPairIsWrittenAsAReplacementCharacter) {
+  const Text high = {0xD83D};
+  const Text low = {0xDE00};
+
+  EXPECT_EQ(ToUtf8(high), "\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(low + high), "\xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(high + u"a"),
+            "\xEF\xBF\xBD"
+            "a");
+}
+
+TEST(Text, WholeNumbersAreDecimal) {
+  EXPECT_EQ(ToText(std::int64_t{0}), u"0");
+  EXPECT_EQ(ToText(std::int64_t{-7}), u"-7");
+  EXPECT_EQ(ToText(std::numeric_limits<std::int64_t>::min()), u"-9223372036854775808");
+}
+
+TEST(Text, FloatsAreShortAndWithoutExponent) {
+  EXPECT_EQ(ToText(1024.0f), u"1024");
+  EXPECT_EQ(ToText(0.5f), u"0.5");
+  EXPECT_EQ(ToText(-1.0f), u"-1");
+  EXPECT_EQ(ToText(16777216.0f), u"16777216");
+}
+
+TEST(Text, FloatsOfEverySizeHaveRoom) {
+  EXPECT_EQ(ToText(std::numeric_limits<float>::max()).size(), 39u);
+  EXPECT_TRUE(ToText(std::numeric_limits<float>::denorm_min()).starts_with(u"0.000"));
+}
+
+TEST(Text, BooleansAreWords) {
+  EXPECT_EQ(BooleanWord(true), u"True");
+  EXPECT_EQ(BooleanWord(false), u"False");
+}
+
+TEST(Text, CaseChangesLatinLettersOnly) {
+  EXPECT_EQ(LowerCase(u"%AppPath%\\CAF\u00C9 \u00D7 @[`{"), u"%apppath%\\caf\u00E9 \u00D7 @[`{");
+  EXPECT_EQ(UpperCase(u"caf\u00E9 \u00F7 \u00DF \u00FF @[`{"),
+            u"CAF\u00C9 \u00F7 \u00DF \u00FF @[`{");
+  EXPECT_EQ(LowerCase(u"\u0416"), u"\u0416");
+}
+
+TEST(Text, OnlyBlanksAreTrimmed) {
+  EXPECT_EQ(TrimBlanks(u"  a b  "), u"a b");
+  EXPECT_EQ(TrimBlanks(u"\ta\r\n"), u"\ta\r\n");
+  EXPECT_EQ(TrimBlanks(u"   "), u"");
+  EXPECT_EQ(TrimBlanks(u""), u"");
+}
+
+TEST(Text, ContainsFindsParts) {
+  EXPECT_TRUE(Contains(u"<?qbxml version", u"qbxml"));
+  EXPECT_TRUE(Contains(u"a", u""));
+  EXPECT_FALSE(Contains(u"QBXML", u"qbxml"));
+}
+
+TEST(Text, ReplacesEveryOccurrenceOnceFromTheLeft) {
+  EXPECT_EQ(ReplaceAll(u"a\r\nb\r\n", kCrLf, u"\u00FE"), u"a\u00FEb\u00FE");
+  EXPECT_EQ(ReplaceAll(u"aaa", u"aa", u"b"), u"ba");
+  EXPECT_EQ(ReplaceAll(u"a", u"a", u"aa"), u"aa");
+  EXPECT_EQ(ReplaceAll(u"abc", u"", u"x"), u"abc");
+  EXPECT_EQ(ReplaceAll(u"", u"a", u"x"), u"");
+}
+
+}  // namespace
+}  // namespace ostrel
