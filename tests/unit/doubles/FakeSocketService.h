@@ -1,0 +1,66 @@
+// A socket server that only remembers what it was told.
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "shell/SocketService.h"
+
+namespace ostrel::doubles {
+
+/// What becomes of the servers that the program creates; outlives them.
+struct FakeNetwork {
+  struct Sent {
+    std::int16_t iSocket;
+    Text sData;
+  };
+
+  std::vector<std::int32_t> PortsAsked;
+  std::vector<Sent> Replies;
+  bool bPortTaken = false;
+  int iServersCreated = 0;
+  int iServersAlive = 0;
+  int iStops = 0;
+  /// Runs while a server starts.
+  std::function<void()> DuringStart;
+
+  Text SentTo(std::int16_t socket) const {
+    Text all;
+    for (const Sent& one : Replies) {
+      if (one.iSocket == socket) all.append(one.sData);
+    }
+    return all;
+  }
+};
+
+class FakeSocketService : public SocketService {
+ public:
+  explicit FakeSocketService(FakeNetwork& network) : oNetwork(network) {
+    ++oNetwork.iServersCreated;
+    ++oNetwork.iServersAlive;
+  }
+  ~FakeSocketService() override { --oNetwork.iServersAlive; }
+  FakeSocketService(const FakeSocketService&) = delete;
+  FakeSocketService& operator=(const FakeSocketService&) = delete;
+
+  bool ServerStarted() const override { return bStarted; }
+  bool StartServer(std::int32_t port) override {
+    oNetwork.PortsAsked.push_back(port);
+    if (oNetwork.DuringStart) oNetwork.DuringStart();
+    return bStarted = !oNetwork.bPortTaken;
+  }
+  void StopServer() override {
+    ++oNetwork.iStops;
+    bStarted = false;
+  }
+  void SendData(TextView data, std::int16_t socket) override {
+    oNetwork.Replies.push_back({socket, Text(data)});
+  }
+  void CloseSocket(std::int16_t) override {}
+
+ private:
+  FakeNetwork& oNetwork;
+  bool bStarted = false;
+};
+
+}  // namespace ostrel::doubles

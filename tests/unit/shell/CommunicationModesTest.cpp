@@ -1,0 +1,287 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "../doubles/FakeSocketService.h"
+#include "../doubles/FakeTrace.h"
+#include "../doubles/FakeWindow.h"
+#include "../doubles/TemporaryFolder.h"
+#include "shell/CommunicationModes.h"
+#include "shell/Menus.h"
+
+namespace ostrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr MenuItem kItems[] = {
+    mnuCommunicationsFolder, mnuCommunicationsSocket,   mnuCommunicationsD3Linux,
+    mnuCommunicationsD3NT,   mnuCommunicationsUniverse, mnuCommunicationsOI,
+};
+
+class CommunicationModesTest : public testing::Test {
+ protected:
+  CommunicationModesTest() {
+    Settings.sIniFile = Folder.Path(u"osl.ini");
+    Settings.lSocketPort = 5000;
+    Settings.lBlockSize = 10000;
+    Folder.Write(u"osl.ini", "[Communication]\r\nType=0\r\nFolder=0\r\nSocket=0\r\n");
+  }
+
+  std::vector<MenuItem> MarkedItems() const {
+    std::vector<MenuItem> marked;
+    for (const MenuItem item : kItems) {
+      const auto found = Window.Checked.find(item);
+      if (found != Window.Checked.end() && found->second) marked.push_back(item);
+    }
+    return marked;
+  }
+  bool FileSays(const std::string& line) const {
+    return Folder.Read(u"osl.ini").find(line) != std::string::npos;
+  }
+
+  doubles::TemporaryFolder Folder;
+  doubles::FakeWindow Window;
+  doubles::FakeTrace Trace;
+  doubles::FakeNetwork Network;
+  AppSettings Settings;
+  RunState State;
+  RequestGate Gate;
+  SettingsFile File{Settings, Window, Trace, Folder.Path(), [] {}};
+  SocketTransport Transport{Settings, Trace, Gate, State.iActiveSocket,
+                            [](Text&, Text&) { return 0.0F; }};
+  platform::Timer tmrSocketProcess{std::chrono::milliseconds(100), [] {}};
+  CommunicationModes Modes{
+      Settings, State, File, Window, Trace, Transport, tmrSocketProcess, [this] {
+        return std::make_unique<doubles::FakeSocketService>(Network);
+      }};
+};
+
+TEST_F(CommunicationModesTest, RunsNothingWithBothTransportsOff) {
+  Modes.ApplyCommunications();
+
+  EXPECT_EQ(Network.iServersCreated, 0);
+  EXPECT_THAT(MarkedItems(), IsEmpty());
+  EXPECT_FALSE(State.bSocketRunning);
+}
+
+TEST_F(CommunicationModesTest, StartsTheSocketServer) {
+  Settings.bSocketServer = true;
+
+  Modes.ApplyCommunications();
+
+  EXPECT_THAT(Network.PortsAsked, ElementsAre(5000));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Listenning on Socket 5000"));
+  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_TRUE(tmrSocketProcess.Enabled());
+  EXPECT_THAT(MarkedItems(), ElementsAre(mnuCommunicationsSocket));
+}
+
+TEST_F(CommunicationModesTest, OnlyEnablesTheTimerWhenTheServerListensAlready) {
+  Settings.bSocketServer = true;
+  Modes.ApplyCommunications();
+  tmrSocketProcess.SetEnabled(false);
+
+  Modes.ApplyCommunications();
+
+  EXPECT_EQ(Network.PortsAsked.size(), 1u);
+  EXPECT_EQ(Trace.Status.size(), 1u);
+  EXPECT_TRUE(tmrSocketProcess.Enabled());
+}
+
+TEST_F(CommunicationModesTest, StopsTheSocketServerUnderAFixedNumber) {
+  // Kept: the line does not follow the port.
+  Settings.bSocketServer = true;
+  Modes.ApplyCommunications();
+  Trace.Status.clear();
+
+  Settings.bSocketServer = false;
+  Modes.ApplyCommunications();
+
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Stop Listenning on Socket 4999"));
+  EXPECT_EQ(Network.iStops, 1);
+  EXPECT_EQ(Network.iServersAlive, 0);
+  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(tmrSocketProcess.Enabled());
+}
+
+TEST_F(CommunicationModesTest, CreatesTheServerAnewWhenSocketIsToggledOffAndOn) {
+  Settings.bSocketServer = true;
+  Modes.ApplyCommunications();
+
+  Modes.mnuCommunicationsSocket_Click();
+  const int alive = Network.iServersAlive;
+  Modes.mnuCommunicationsSocket_Click();
+
+  EXPECT_EQ(alive, 0);
+  EXPECT_EQ(Network.iServersCreated, 2);
+  EXPECT_TRUE(State.bSocketRunning);
+}
+
+TEST_F(CommunicationModesTest, ForgetsTheRequestsOfAStoppedServer) {
+  Settings.bSocketServer = true;
+  Modes.ApplyCommunications();
+  Transport.oSocketServer_DataArrival(1, u"half");
+
+  Modes.mnuCommunicationsSocket_Click();
+  Modes.mnuCommunicationsSocket_Click();
+  Trace.CommLog.clear();
+  Transport.oSocketServer_DataArrival(1, u"\x1F");
+
+  EXPECT_THAT(Trace.CommLog, testing::Contains(u"Socket 1\tStorage Array Position: 2"));
+}
+
+TEST_F(CommunicationModesTest, TellsThatThePortCannotBeHad) {
+  Settings.bSocketServer = true;
+  Settings.bFolderWatch = true;
+  Network.bPortTaken = true;
+
+  Modes.ApplyCommunications();
+
+  EXPECT_THAT(Window.Messages, ElementsAre(u"Unable to start the Socket Server on Port 5000"));
+  EXPECT_FALSE(Settings.bSocketServer);
+  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_THAT(MarkedItems(), ElementsAre(mnuCommunicationsFolder));
+  EXPECT_THAT(Trace.Status, IsEmpty());
+}
+
+TEST_F(CommunicationModesTest, TriesThePortAgainOnTheNextToggle) {
+  Settings.bSocketServer = true;
+  Network.bPortTaken = true;
+  Modes.ApplyCommunications();
+
+  Network.bPortTaken = false;
+  Modes.mnuCommunicationsSocket_Click();
+
+  EXPECT_TRUE(State.bSocketRunning);
+}
+
+TEST_F(CommunicationModesTest, ClearsTheFlavourMarkWhenItsOnlyTransportCannotStart) {
+  Network.bPortTaken = true;
+
+  Modes.ChooseFlavour(2);
+
+  EXPECT_THAT(MarkedItems(), IsEmpty());
+}
+
+struct FlavourCase {
+  std::int32_t lCommType;
+  MenuItem iItem;
+  TextView sName;
+  bool bSocketServer;
+};
+
+class Flavours : public CommunicationModesTest, public testing::WithParamInterface<FlavourCase> {};
+
+TEST_P(Flavours, SetTransportsMarkLogAndKey) {
+  Settings.bFolderWatch = GetParam().bSocketServer;
+
+  Modes.ChooseFlavour(GetParam().lCommType);
+
+  EXPECT_EQ(Settings.bSocketServer, GetParam().bSocketServer);
+  EXPECT_EQ(Settings.bFolderWatch, !GetParam().bSocketServer);
+  EXPECT_THAT(MarkedItems(), ElementsAre(GetParam().iItem));
+  EXPECT_THAT(Trace.CommLog, ElementsAre(u"Communication Set\t" + Text(GetParam().sName)));
+  EXPECT_TRUE(FileSays("Type=" + std::to_string(GetParam().lCommType)));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Flavours,
+    testing::Values(FlavourCase{1, mnuCommunicationsD3Linux, u"D3Linux", true},
+                    FlavourCase{2, mnuCommunicationsD3NT, u"D3/NT", true},
+                    FlavourCase{3, mnuCommunicationsUniverse, u"Universe", true},
+                    FlavourCase{4, mnuCommunicationsOI, u"OpenInsight", false}));
+
+TEST_F(CommunicationModesTest, StopsTheSocketServerForTheFlavourWithoutOne) {
+  Modes.ChooseFlavour(1);
+
+  Modes.ChooseFlavour(4);
+
+  EXPECT_TRUE(Trace.HasStatus(u"Stop Listenning on Socket 4999"));
+  EXPECT_EQ(Network.iServersAlive, 0);
+  EXPECT_TRUE(Settings.bFolderWatch);
+}
+
+TEST_F(CommunicationModesTest, LogsTheTransportsOfNoFlavour) {
+  Settings.bSocketServer = true;
+
+  Modes.ApplyCommunications();
+
+  EXPECT_THAT(Trace.CommLog, ElementsAre(u"Communication Set\tFolder Watch = False",
+                                         u"Communication Set\tSocket Watch = True"));
+}
+
+TEST_F(CommunicationModesTest, LeavesFlagsAndMarksAloneForAnUnknownFlavour) {
+  Settings.bSocketServer = true;
+  Settings.lCommType = 7;
+
+  Modes.ApplyCommunications();
+
+  EXPECT_THAT(Window.Checked, IsEmpty());
+  EXPECT_TRUE(State.bSocketRunning);
+}
+
+TEST_F(CommunicationModesTest, ResetsTheFlavourWithATransportToggle) {
+  Modes.ChooseFlavour(2);
+  const bool written = FileSays("Type=2");
+
+  Modes.mnuCommunicationsSocket_Click();
+
+  EXPECT_TRUE(written);
+  EXPECT_TRUE(FileSays("Type=0"));
+  EXPECT_EQ(Settings.lCommType, 0);
+  EXPECT_THAT(MarkedItems(), IsEmpty());
+}
+
+TEST_F(CommunicationModesTest, NeverWritesTheTransportKeys) {
+  // Kept: toggling lasts until the next start.
+  Modes.mnuCommunicationsFolder_Click();
+  Modes.mnuCommunicationsSocket_Click();
+
+  EXPECT_TRUE(Settings.bFolderWatch && Settings.bSocketServer);
+  EXPECT_TRUE(FileSays("Folder=0"));
+  EXPECT_TRUE(FileSays("Socket=0"));
+}
+
+TEST_F(CommunicationModesTest, KeepsAFolderThatIsOnThroughAReload) {
+  Modes.mnuCommunicationsFolder_Click();
+
+  File.LoadSettings();
+
+  EXPECT_TRUE(Settings.bFolderWatch);
+  EXPECT_TRUE(FileSays("Folder=0"));
+}
+
+TEST_F(CommunicationModesTest, AppliesAToggleThatComesWhileItStartsTheServerAfterwards) {
+  Settings.bSocketServer = true;
+  bool aliveDuringStart = false;
+  Network.DuringStart = [&] {
+    Network.DuringStart = nullptr;
+    Modes.mnuCommunicationsSocket_Click();
+    aliveDuringStart = Network.iServersAlive == 1 && Modes.IsApplying();
+  };
+
+  Modes.ApplyCommunications();
+
+  EXPECT_TRUE(aliveDuringStart);
+  EXPECT_EQ(Network.iServersAlive, 0);
+  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Modes.IsApplying());
+}
+
+TEST_F(CommunicationModesTest, StopsTheServerAtTheShutDownWithoutAWord) {
+  Settings.bSocketServer = true;
+  Modes.ApplyCommunications();
+  Trace.Status.clear();
+
+  Modes.StopSocketServer();
+
+  EXPECT_THAT(Trace.Status, IsEmpty());
+  EXPECT_EQ(Network.iServersAlive, 0);
+  EXPECT_FALSE(tmrSocketProcess.Enabled());
+}
+
+}  // namespace
+}  // namespace ostrel
