@@ -52,15 +52,17 @@ int Run(const HeadlessOptions& options) {
     view.InsertStatusLine(0, NameAndVersion() + u", settings file " + options.sSettingsFile);
     WireSignals(form);
   };
-  return modMain::Main({{view,
-                         platform::SystemClock(),
-                         MakeSimulatedRequestProcessor,
-                         CreateSocketServer,
-                         platform::ProgramFolder(),
-                         options.sCommandLine,
-                         {}},
-                        [] { return false; },
-                        formCreated});
+  return modMain::Main({
+      .surroundings = {.window = view,
+                       .clock = platform::SystemClock(),
+                       .createProcessor = MakeSimulatedRequestProcessor,
+                       .createSocketServer = CreateSocketServer,
+                       .programFolder = platform::ProgramFolder(),
+                       .commandLine = options.sCommandLine,
+                       .unloaded = {}},
+      .activatePreviousInstance = [] { return false; },
+      .formCreated = formCreated,
+  });
 }
 
 int Main(const std::vector<Text>& arguments) {

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/EventLoop.h"
-#include "platform/SingleInstance.h"
 
 namespace ostrel::modMain {
 namespace {
@@ -22,7 +21,7 @@ int LeaveToPreviousInstance(const Program& program) {
 }  // namespace
 
 int Main(Program program) {
-  const auto instance = platform::AcquireInstanceLock(kInstanceMutex);
+  const auto instance = program.acquireInstanceLock(kInstanceMutex);
   if (instance == nullptr) return LeaveToPreviousInstance(program);
 
   program.surroundings.unloaded = [] { platform::QuitEventLoop(0); };

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
+#include "platform/SingleInstance.h"
 #include "shell/frmMain.h"
 #include "util/Text.h"
 
@@ -15,6 +17,9 @@ struct Program {
   std::function<bool()> activatePreviousInstance;
   /// The form exists and loads next: what the system tells can be wired to it.
   std::function<void(frmMain&)> formCreated;
+  /// Whether this is the first instance: what it returns is held while the program runs.
+  std::function<std::unique_ptr<platform::InstanceLock>(TextView name)> acquireInstanceLock =
+      platform::AcquireInstanceLock;
 };
 
 /// Runs the program until its form has unloaded. Returns the exit code: 0, or 1 when it could not

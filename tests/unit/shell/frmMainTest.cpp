@@ -1,0 +1,355 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <new>
+#include <utility>
+
+#include "FormTest.h"
+#include "platform/EventLoop.h"
+#include "shell/Menus.h"
+#include "shell/frmMain.h"
+
+namespace ostrel {
+namespace {
+
+using std::chrono::seconds;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr TextView kAnyRequest = u"<?xml version=\"1.0\"?><QBXML/>\x1F";
+constexpr TextView kEndOfSession = u"EndSession(ticket)";
+
+class frmMainTest : public FormTest {
+ protected:
+  void Load(Text commandLine = {}) {
+    Form = std::make_unique<frmMain>(Surroundings(std::move(commandLine)));
+    Form->Load();
+  }
+  void Ask(std::int16_t socket = 1) {
+    Transport->oSocketServer_DataArrival(socket, kAnyRequest);
+    Form->tmrSocketProcess_Timer();
+  }
+  bool SessionEnded() const {
+    return std::find(QuickBooks.Calls.begin(), QuickBooks.Calls.end(), kEndOfSession) !=
+           QuickBooks.Calls.end();
+  }
+  // Runs once, in the middle of the next request.
+  void During(std::function<void()> event) {
+    QuickBooks.DuringCall = [event = std::move(event), done = false](TextView operation) mutable {
+      if (operation != u"ProcessRequest" || std::exchange(done, true)) return;
+      event();
+    };
+  }
+  void LetTheLoopRun() {
+    for (int i = 0; i < 1000 && iUnloads == 0; ++i) {
+      platform::DoEventsFor(std::chrono::milliseconds(1));
+    }
+  }
+
+  std::unique_ptr<frmMain> Form;
+};
+
+TEST_F(frmMainTest, StartsTheTransportsThatTheSettingsName) {
+  Load();
+
+  EXPECT_THAT(Window.Status, ElementsAre(u"Listenning on Socket 4999"));
+  EXPECT_THAT(Window.Messages, IsEmpty());
+  EXPECT_EQ(iUnloads, 0);
+}
+
+TEST_F(frmMainTest, TakesTheSettingsFileOfTheCommandLine) {
+  Folder.MakeFolder(u"my folder");
+  Folder.Write(u"my folder/other.ini", "[Communication]\r\nFolder=0\r\nSocketPort=5000\r\n");
+
+  Load(u"-ini \"" + Folder.Path(u"my folder\\other.ini") + u"\"");
+
+  EXPECT_THAT(Window.Status, ElementsAre(u"Listenning on Socket 5000"));
+}
+
+TEST_F(frmMainTest, ShowsTheDebugTools) {
+  Load(u"/DEBUG");
+
+  for (const MenuItem item : {mnuToolsCommLog, mnuToolsSettings, mnuToolsSep2, mnuToolsTest}) {
+    EXPECT_TRUE(Window.Visible.at(item)) << item;
+  }
+  EXPECT_EQ(Window.sCaption, u"Ostrel Server - MultiValue QuickBooks Gateway (Debugging)");
+}
+
+TEST_F(frmMainTest, HidesTheDebugToolsOtherwise) {
+  Load();
+
+  for (const MenuItem item : {mnuToolsCommLog, mnuToolsSettings, mnuToolsSep2, mnuToolsTest}) {
+    EXPECT_FALSE(Window.Visible.at(item)) << item;
+  }
+  EXPECT_EQ(Window.sCaption, u"");
+}
+
+TEST_F(frmMainTest, HidesTheCommunicationsMenuForFalseOnly) {
+  Load(u"-commmenu False");
+  const bool hidden = Window.Visible.count(mnuCommunications) == 1;
+  Window.Visible.clear();
+  Load(u"-commmenu no");
+
+  EXPECT_TRUE(hidden);
+  EXPECT_EQ(Window.Visible.count(mnuCommunications), 0u);
+}
+
+TEST_F(frmMainTest, UnloadsWithoutASettingsFile) {
+  Load(u"-ini " + Folder.Path(u"missing.ini"));
+
+  EXPECT_THAT(Window.Messages, ElementsAre(u"Unable to find the osl.ini file needed."));
+  EXPECT_TRUE(Form->IsUnloaded());
+  EXPECT_EQ(iUnloads, 1);
+  EXPECT_EQ(Network.iServersCreated, 0);
+}
+
+TEST_F(frmMainTest, StaysLoadedWhenASettingIsNoNumber) {
+  Ini("[Communication]\r\nSocketPort=many\r\n");
+
+  Load();
+
+  EXPECT_THAT(Window.Status, ElementsAre(u"Start-up stopped at qbxml Object: Type mismatch "
+                                         u"(SocketPort=many)"));
+  EXPECT_FALSE(Form->IsUnloaded());
+  EXPECT_EQ(Network.iServersCreated, 0);
+}
+
+TEST_F(frmMainTest, AnswersARequest) {
+  Load();
+  QuickBooks.sResponse = u"<QBXML>answer</QBXML>";
+
+  Ask();
+
+  EXPECT_EQ(Network.SentTo(1), u"23\u00FE<QBXML>answer</QBXML>\x1F");
+}
+
+TEST_F(frmMainTest, ShowsTheSessionsProgress) {
+  Load();
+
+  Ask();
+
+  EXPECT_TRUE(HasStatus(u"Openning Connection"));
+  EXPECT_TRUE(HasStatus(u"Request Processed"));
+}
+
+TEST_F(frmMainTest, ClosesAnIdleSession) {
+  Load();
+  Ask();
+
+  Clock.Advance(seconds(300));
+  Form->tmrClose_Timer();
+  const bool endedAtTimeout = SessionEnded();
+  Clock.Advance(seconds(1));
+  Form->tmrClose_Timer();
+
+  EXPECT_FALSE(endedAtTimeout);
+  EXPECT_TRUE(SessionEnded());
+}
+
+TEST_F(frmMainTest, LeavesAnIdleSessionOpenWithoutATimeout) {
+  Ini("[Quickbooks]\r\nDisconnectTimeout=0\r\n[Communication]\r\nFolder=0\r\n");
+  Load();
+  Ask();
+
+  Clock.Advance(std::chrono::hours(24));
+  Form->tmrClose_Timer();
+
+  EXPECT_FALSE(SessionEnded());
+}
+
+TEST_F(frmMainTest, ClosesNothingWhileARequestIsInWork) {
+  Load();
+  Ask();
+  During([this] {
+    Clock.Advance(seconds(1000));
+    Form->tmrClose_Timer();
+  });
+
+  Ask();
+
+  EXPECT_FALSE(SessionEnded());
+}
+
+TEST_F(frmMainTest, ClosesTheSessionFromTheMenu) {
+  Load();
+  Ask();
+
+  Form->MenuClick(mnuFileCloseConnection);
+
+  EXPECT_TRUE(SessionEnded());
+}
+
+TEST_F(frmMainTest, RefusesToCloseTheSessionWhileARequestIsInWork) {
+  Load();
+  During([this] { Form->MenuClick(mnuFileCloseConnection); });
+
+  Ask();
+
+  EXPECT_FALSE(SessionEnded());
+  EXPECT_TRUE(HasStatus(u"A request is in work: try again when it has ended"));
+}
+
+TEST_F(frmMainTest, GreysTheCloseItemWhileNoConnectionIsOpen) {
+  Load();
+
+  Form->MenuClick(mnuFile);
+  const bool before = Window.Enabled.at(mnuFileCloseConnection);
+  Ask();
+  Form->MenuClick(mnuFile);
+
+  EXPECT_FALSE(before);
+  EXPECT_TRUE(Window.Enabled.at(mnuFileCloseConnection));
+}
+
+TEST_F(frmMainTest, TellsTheWaitingClientThatQuickBooksIsLoading) {
+  Load();
+  QuickBooks.DuringCall = [this](TextView operation) {
+    if (operation == u"BeginSession") Form->tmrLoadingFlag_Timer();
+  };
+
+  Ask();
+
+  EXPECT_TRUE(Network.SentTo(1).starts_with(u"ERROR: 99\x1F"));
+}
+
+TEST_F(frmMainTest, EndsSessionAndServerAtExit) {
+  Load();
+  Ask();
+
+  Form->MenuClick(mnuFileExit);
+
+  EXPECT_TRUE(SessionEnded());
+  EXPECT_THAT(QuickBooks.Calls, Contains(u"CloseConnection()"));
+  EXPECT_EQ(Network.iServersAlive, 0);
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainTest, EndsTheSessionBeforeTheServer) {
+  Load();
+  Ask();
+  int aliveAtEndOfSession = 0;
+  QuickBooks.DuringCall = [&](TextView operation) {
+    if (operation == u"EndSession") aliveAtEndOfSession = Network.iServersAlive;
+  };
+
+  Form->Unload();
+
+  EXPECT_EQ(aliveAtEndOfSession, 1);
+}
+
+TEST_F(frmMainTest, UnloadsOnce) {
+  Load();
+  Ask();
+  QuickBooks.DuringCall = [this](TextView) { Form->Unload(); };
+
+  Form->Unload();
+  Form->Unload();
+
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainTest, PutsAnExitOffUntilTheRequestInWorkHasEnded) {
+  Load();
+  During([this] { Form->MenuClick(mnuFileExit); });
+
+  Ask();
+  const int unloadsInTheTick = iUnloads;
+  const Text answer = Network.SentTo(1);
+  LetTheLoopRun();
+
+  EXPECT_EQ(unloadsInTheTick, 0);
+  EXPECT_TRUE(answer.ends_with(u"\x1F"));
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainTest, TakesNoFurtherRequestOnceAnExitIsWanted) {
+  Load();
+  During([this] { Form->MenuClick(mnuFileExit); });
+  Ask(1);
+
+  Ask(2);
+
+  EXPECT_EQ(Network.SentTo(2), u"");
+}
+
+TEST_F(frmMainTest, PutsAnExitOffUntilTheServerHasStarted) {
+  int aliveDuringStart = 0;
+  Network.DuringStart = [&] {
+    Form->MenuClick(mnuFileExit);
+    aliveDuringStart = Network.iServersAlive;
+  };
+
+  Load();
+  const bool unloadedInLoad = Form->IsUnloaded();
+  LetTheLoopRun();
+
+  EXPECT_EQ(aliveDuringStart, 1);
+  EXPECT_FALSE(unloadedInLoad);
+  EXPECT_EQ(iUnloads, 1);
+  EXPECT_EQ(Network.iServersAlive, 0);
+}
+
+TEST_F(frmMainTest, SwitchesTheCommLogFromTheMenu) {
+  Folder.MakeFolder(u"history");
+  Load();
+
+  Form->MenuClick(mnuToolsCommLog);
+
+  EXPECT_TRUE(Folder.Holds(u"history/Comm.log"));
+}
+
+TEST_F(frmMainTest, TogglesHistoryFromTheMenu) {
+  Load();
+
+  Form->MenuClick(mnuToolsHist);
+
+  EXPECT_TRUE(Window.Checked.at(mnuToolsHist));
+}
+
+TEST_F(frmMainTest, SwitchesTransportsFromTheMenu) {
+  Load();
+
+  Form->MenuClick(mnuCommunicationsOI);
+  const bool openInsight = Window.Checked.at(mnuCommunicationsOI);
+  Form->MenuClick(mnuCommunicationsD3NT);
+
+  EXPECT_TRUE(openInsight);
+  EXPECT_TRUE(Window.Checked.at(mnuCommunicationsD3NT));
+  EXPECT_EQ(Network.iServersCreated, 2);
+}
+
+TEST_F(frmMainTest, StopsAnAnswerWhenItsTransportIsSwitchedOff) {
+  Load();
+  During([this] { Form->MenuClick(mnuCommunicationsSocket); });
+
+  Ask();
+
+  EXPECT_EQ(Network.SentTo(1), u"");
+  EXPECT_EQ(Network.iServersAlive, 0);
+  EXPECT_TRUE(HasStatus(u"Stop Listenning on Socket 4999"));
+}
+
+TEST_F(frmMainTest, IgnoresAMenuItemItDoesNotKnow) {
+  Load();
+
+  Form->MenuClick(mnuToolsSep1);
+  Form->MenuClick(12345);
+
+  EXPECT_EQ(Window.Status.size(), 1u);
+}
+
+TEST_F(frmMainTest, SurvivesACommandForWhichThereIsNoMemory) {
+  Load();
+  Network.DuringStart = [] { throw std::bad_alloc(); };
+  Form->MenuClick(mnuCommunicationsSocket);
+
+  Form->MenuClick(mnuCommunicationsSocket);
+
+  EXPECT_TRUE(HasStatus(u"mnuCommunicationsSocket: Out of memory"));
+  EXPECT_EQ(iUnloads, 0);
+}
+
+}  // namespace
+}  // namespace ostrel
