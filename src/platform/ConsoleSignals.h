@@ -6,7 +6,7 @@
 namespace ostrel::platform {
 
 enum class ConsoleSignal {
-  kExit,        // SIGINT, SIGTERM; Ctrl-C, Ctrl-Break or the console's close on Windows
+  kExit,           // SIGINT, SIGTERM; Ctrl-C, Ctrl-Break or the console's close on Windows
   kToggleCommLog,  // SIGUSR1; never raised on Windows
 };
 

@@ -1,0 +1,110 @@
+// Signals interrupt anywhere, so all a signal does is put its number into a pipe that the loop
+// watches.
+#include "platform/ConsoleSignals.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+#include <utility>
+
+#include "platform/posix/LoopWatch.h"
+
+namespace ostrel::platform {
+namespace {
+
+constexpr std::array<std::pair<int, ConsoleSignal>, 3> kSignals{{
+    {SIGINT, ConsoleSignal::kExit},
+    {SIGTERM, ConsoleSignal::kExit},
+    {SIGUSR1, ConsoleSignal::kToggleCommLog},
+}};
+
+class Pipe {
+ public:
+  Pipe() {
+    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+      throw std::system_error(errno, std::generic_category(), "console signals");
+    }
+  }
+  ~Pipe() {
+    close(ends[0]);
+    close(ends[1]);
+  }
+  Pipe(const Pipe&) = delete;
+  Pipe& operator=(const Pipe&) = delete;
+
+  int ReadEnd() const { return ends[0]; }
+  int WriteEnd() const { return ends[1]; }
+
+ private:
+  std::array<int, 2> ends;
+};
+
+class Signals {
+ public:
+  Signals() { writeEnd = oPipe.WriteEnd(); }
+  ~Signals() {
+    SetHandler(ConsoleSignal::kExit, {});
+    SetHandler(ConsoleSignal::kToggleCommLog, {});
+  }
+  Signals(const Signals&) = delete;
+  Signals& operator=(const Signals&) = delete;
+
+  void SetHandler(ConsoleSignal signal, std::function<void()> handler);
+
+ private:
+  static void OnSignal(int number);
+  void Dispatch();
+
+  static inline int writeEnd = -1;
+
+  Pipe oPipe;
+  std::array<std::function<void()>, 2> handlers;
+  LoopWatch oWatch{oPipe.ReadEnd(), POLLIN, [this](short) { Dispatch(); }};
+};
+
+void Signals::OnSignal(int number) {
+  const int before = errno;
+  const char byte = static_cast<char>(number);
+  // A full pipe holds enough of them.
+  [[maybe_unused]] const ssize_t written = write(writeEnd, &byte, 1);
+  errno = before;
+}
+
+void Signals::SetHandler(ConsoleSignal signal, std::function<void()> handler) {
+  struct sigaction action {};
+  action.sa_handler = handler ? &Signals::OnSignal : SIG_DFL;
+  action.sa_flags = SA_RESTART;
+  handlers[static_cast<std::size_t>(signal)] = std::move(handler);
+  for (const auto& [number, meaning] : kSignals) {
+    if (meaning == signal) {
+      sigaction(number, &action, nullptr);
+    }
+  }
+}
+
+void Signals::Dispatch() {
+  char byte = 0;
+  while (read(oPipe.ReadEnd(), &byte, 1) == 1) {
+    for (const auto& [number, meaning] : kSignals) {
+      // A copy: the handler may put another one in its place.
+      const auto handler = handlers[static_cast<std::size_t>(meaning)];
+      if (number == byte && handler) {
+        handler();
+      }
+    }
+  }
+}
+
+}  // namespace
+
+void OnConsoleSignal(ConsoleSignal signal, std::function<void()> handler) {
+  static Signals signals;
+  signals.SetHandler(signal, std::move(handler));
+}
+
+}  // namespace ostrel::platform
