@@ -14,8 +14,8 @@ struct Attribute {
 
 /// Either a text or children; white space between children is not kept.
 struct Element {
-  std::string name;
-  std::string text;
+  std::string name = {};
+  std::string text = {};
   std::vector<Attribute> attributes = {};
   std::vector<Element> children = {};
 

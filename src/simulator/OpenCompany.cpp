@@ -17,7 +17,7 @@ int OpenCompany::Save() noexcept {
   try {
     return oStorage.Replace(sPath, oCompany.ToBytes());
   } catch (const std::bad_alloc&) {
-    return platform::kGeneralFailure;
+    return platform::kOutOfMemory;
   }
 }
 

@@ -177,7 +177,9 @@ class Parser {
     xmlSAXHandler handlers = Handlers();
     oContext.reset(xmlCreatePushParserCtxt(&handlers, &builder, nullptr, 0, nullptr));
     if (!oContext) throw std::bad_alloc();
-    xmlCtxtUseOptions(oContext.get(), options | XML_PARSE_NONET);
+    // XML_PARSE_NOENT: without it, "&amp;" in an attribute comes as "&#38;". There are no other
+    // entities to substitute, since none can be declared.
+    xmlCtxtUseOptions(oContext.get(), options | XML_PARSE_NONET | XML_PARSE_NOENT);
     builder.Attach(oContext.get());
   }
   ~Parser() { oBuilder.Attach(nullptr); }

@@ -1,0 +1,53 @@
+// Feeds the QuickBooks stand-in requests of any shape. What it answers must be well-formed and
+// ASCII; what it refuses must be refused with one of the request processor's own numbers.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+#include "simulator/QbxmlEngine.h"
+#include "simulator/XmlReader.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::string_view kCompany =
+    "<Company name='Fuzz'><Customer><Name>Zimmer</Name></Customer></Company>";
+constexpr std::size_t kMaxElements = 1'000'000;
+
+class Memory : public CompanyStorage {
+ public:
+  int Read(TextView, std::string&) override { return 0; }
+  int Replace(TextView, std::string_view) override { return 0; }
+};
+
+void Require(bool condition) {
+  if (!condition) std::abort();
+}
+
+void Try(TextView request) {
+  const Stamp now = {1262682187, "2010-01-05T09:03:07+00:00"};
+  Memory storage;
+  auto company = Company::FromBytes(kCompany, now);
+  Require(company.has_value());
+  OpenCompany open(*std::move(company), u"fuzz.qbw", platform::FileMode::kSingleUser, storage);
+  try {
+    const Text response = ProcessQbxml(request, open, now);
+    XmlDocument document;
+    Require(ReadXmlText(response, kMaxElements, document) == XmlFault::kNone);
+    for (const char16_t c : response) Require(c < 0x80);
+  } catch (const platform::RequestProcessorError& error) {
+    const auto number = static_cast<std::uint32_t>(error.Number);
+    Require(number >= 0x80040400 && number <= 0x80040430);
+  }
+  // A company that has taken the request in must be one that can be read again.
+  Require(Company::FromBytes(open.Data().ToBytes(), now).has_value());
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  ostrel::simulator::Try(ostrel::FromUtf8({reinterpret_cast<const char*>(data), size}));
+  return 0;
+}

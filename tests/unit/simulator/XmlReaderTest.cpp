@@ -1,0 +1,197 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "simulator/XmlReader.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::size_t kEnough = 1000;
+
+XmlFault FaultOf(TextView xml) {
+  XmlDocument document;
+  return ReadXmlText(xml, kEnough, document);
+}
+
+XmlDocument Read(TextView xml) {
+  XmlDocument document;
+  EXPECT_EQ(ReadXmlText(xml, kEnough, document), XmlFault::kNone);
+  return document;
+}
+
+// Like the entity bomb known as "a billion laughs".
+Text EntityBomb() {
+  Text xml = u"<!DOCTYPE a [<!ENTITY a0 \"ha\">";
+  for (char16_t level = u'1'; level <= u'9'; ++level) {
+    xml += Text(u"<!ENTITY a") + level + u" \"";
+    for (int i = 0; i < 10; ++i) xml += Text(u"&a") + static_cast<char16_t>(level - 1) + u";";
+    xml += u"\">";
+  }
+  return xml + u"]><a>&a9;</a>";
+}
+
+TEST(XmlReader, ReadsElementsTextsAndAttributes) {
+  const Element root = Read(u"<a x='&amp;1&#38;' y=\"&lt;2\"><b>one &amp; two</b><c/></a>").root;
+
+  EXPECT_EQ(root.name, "a");
+  ASSERT_NE(root.Find("x"), nullptr);
+  EXPECT_EQ(*root.Find("x"), "&1&");
+  ASSERT_NE(root.Find("y"), nullptr);
+  EXPECT_EQ(*root.Find("y"), "<2");
+  EXPECT_EQ(root.ChildText("b"), "one & two");
+  ASSERT_NE(root.Child("c"), nullptr);
+  EXPECT_EQ(root.Child("d"), nullptr);
+}
+
+TEST(XmlReader, KeepsWhiteSpaceOnlyInTexts) {
+  const Element root = Read(u"<a>\n  <b> x </b>\n</a>").root;
+
+  EXPECT_EQ(root.text, "");
+  EXPECT_EQ(root.ChildText("b"), " x ");
+}
+
+TEST(XmlReader, KeepsTextBesideChildrenForTheCallerToRefuse) {
+  EXPECT_EQ(Read(u"<a>stray<b/></a>").root.text, "stray");
+}
+
+TEST(XmlReader, ReadsInstructionsBeforeTheRootOnly) {
+  const XmlDocument document = Read(u"<?xml version='1.0'?><?qbxml version='3.0'?><a><?b c?></a>");
+
+  ASSERT_EQ(document.instructions.size(), 1u);
+  EXPECT_EQ(document.instructions[0].target, "qbxml");
+  EXPECT_EQ(document.instructions[0].data, "version='3.0'");
+}
+
+TEST(XmlReader, ReadsCharactersOfAllPlanes) {
+  EXPECT_EQ(Read(u"<a>\u00E9\u20AC\U0001F600&#233;</a>").root.text,
+            "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80\xC3\xA9");
+}
+
+TEST(XmlReader, KeepsPairsTogetherWhereverTheTextIsCutIntoPieces) {
+  const Text pairs = ReplaceAll(Text(200'000, u'x'), u"x", u"\U0001F600");
+
+  for (const Text& before : {Text(u"<a>"), Text(u"<a >")}) {
+    EXPECT_EQ(Read(before + pairs + u"</a>").root.text.size(), 800'000u);
+  }
+}
+
+// The text is decoded already.
+TEST(XmlReader, IgnoresTheEncodingThatATextDeclares) {
+  for (const TextView encoding : {u"UTF-16", u"UTF-8", u"ISO-8859-1", u"windows-1252", u"x-none"}) {
+    const Text xml = u"<?xml version='1.0' encoding='" + Text(encoding) + u"'?><a>\u00E9</a>";
+    EXPECT_EQ(Read(xml).root.text, "\xC3\xA9") << ToUtf8(encoding);
+  }
+}
+
+TEST(XmlReader, SkipsAByteOrderMark) { EXPECT_EQ(Read(u"\uFEFF<a/>").root.name, "a"); }
+
+TEST(XmlReader, HonoursTheEncodingThatAFileDeclares) {
+  XmlDocument document;
+
+  ASSERT_EQ(
+      ReadXmlBytes("<?xml version='1.0' encoding='ISO-8859-1'?><a>\xE9</a>", kEnough, document),
+      XmlFault::kNone);
+
+  EXPECT_EQ(document.root.text, "\xC3\xA9");
+}
+
+TEST(XmlReader, RefusesAFileWhoseBytesAreNotOfItsEncoding) {
+  XmlDocument document;
+
+  EXPECT_EQ(ReadXmlBytes("<?xml version='1.0' encoding='UTF-8'?><a>\xE9</a>", kEnough, document),
+            XmlFault::kMalformed);
+}
+
+TEST(XmlReader, RefusesWhatIsNotWellFormed) {
+  for (const TextView xml :
+       {u"", u" ", u"text", u"<a>", u"<a></b>", u"<a/><b/>", u"<a/>text", u"<a b></a>",
+        u"<a b='1' b='2'/>", u"<a>&unknown;</a>", u"<a b='&unknown;'/>", u"<a><![CDATA[</a>",
+        u"<!-- <a/>", u"<x:a/>", u" <?xml version='1.0'?><a/>"}) {
+    EXPECT_EQ(FaultOf(xml), XmlFault::kMalformed) << ToUtf8(xml);
+  }
+}
+
+TEST(XmlReader, RefusesCharactersThatXmlDoesNotHave) {
+  for (const char16_t c : {u'\0', u'\x01', u'\x1F', u'\xFFFE', u'\xFFFF', u'\xD800', u'\xDFFF'}) {
+    EXPECT_EQ(FaultOf(u"<a>" + Text(1, c) + u"</a>"), XmlFault::kMalformed) << unsigned{c};
+    EXPECT_EQ(FaultOf(u"<a/>" + Text(1, c)), XmlFault::kMalformed) << unsigned{c};
+  }
+}
+
+TEST(XmlReader, RefusesEntityDeclarations) {
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a [<!ENTITY e \"x\">]><a/>"), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a [<!ENTITY % e \"x\">]><a/>"), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/passwd\">]><a>&e;</a>"),
+            XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(EntityBomb()), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, RefusesAttributeAndElementDeclarations) {
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a [<!ATTLIST a b CDATA \"x\">]><a/>"), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a [<!ATTLIST a b (x|y) \"x\">]><a/>"), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a [<!ELEMENT a EMPTY>]><a/>"), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, TakesADocumentTypeWithoutDeclarationsAndReadsNothingForIt) {
+  EXPECT_EQ(FaultOf(u"<!DOCTYPE a PUBLIC '-//X//Y' 'http://localhost:1/none.dtd'><a/>"),
+            XmlFault::kNone);
+}
+
+TEST(XmlReader, RefusesDeepNesting) {
+  Text open;
+  for (int i = 0; i < 10'000; ++i) open += u"<a>";
+
+  EXPECT_EQ(FaultOf(open), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, TakesSixtyFourLevelsAndNoMore) {
+  const auto nested = [](std::size_t levels) {
+    return ReplaceAll(Text(levels, u'o'), u"o", u"<a>") +
+           ReplaceAll(Text(levels, u'c'), u"c", u"</a>");
+  };
+
+  EXPECT_EQ(FaultOf(nested(64)), XmlFault::kNone);
+  EXPECT_EQ(FaultOf(nested(65)), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, RefusesMoreElementsThanTheLimit) {
+  const auto children = [](std::size_t count) {
+    return u"<a>" + ReplaceAll(Text(count, u'o'), u"o", u"<b/>") + u"</a>";
+  };
+
+  EXPECT_EQ(FaultOf(children(kEnough - 1)), XmlFault::kNone);
+  EXPECT_EQ(FaultOf(children(kEnough)), XmlFault::kTooLarge);
+}
+
+TEST(XmlReader, RefusesATextOfMoreThanAMebibyte) {
+  EXPECT_EQ(FaultOf(u"<a>" + Text(1024 * 1024, u'x') + u"</a>"), XmlFault::kNone);
+  EXPECT_EQ(FaultOf(u"<a>" + Text(1024 * 1024 + 1, u'x') + u"</a>"), XmlFault::kTooLarge);
+}
+
+// Each attribute of a tag is compared with all before it.
+TEST(XmlReader, RefusesAFloodOfAttributes) {
+  Text xml = u"<a";
+  for (std::int64_t i = 0; i < 100'000; ++i) xml += u" a" + ToText(i) + u"=''";
+
+  EXPECT_EQ(FaultOf(xml + u"/>"), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, RefusesMuchOfNothing) {
+  EXPECT_EQ(FaultOf(Text(30'000'000, u' ')), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<!--" + Text(30'000'000, u'x')), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<" + Text(30'000'000, u'x')), XmlFault::kMalformed);
+  EXPECT_EQ(FaultOf(u"<a b='" + Text(30'000'000, u'x')), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, PrintsNothing) {
+  testing::internal::CaptureStderr();
+
+  FaultOf(u"<a");
+  FaultOf(u"<!DOCTYPE a SYSTEM 'none.dtd' [%x;]><a/>");
+
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
