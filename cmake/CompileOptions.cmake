@@ -3,13 +3,15 @@
 option(OSTREL_SANITIZE "Build with address and undefined-behaviour sanitizers" OFF)
 
 if(OSTREL_SANITIZE)
-  add_compile_options(-O1 -g -fsanitize=address,undefined -fno-sanitize-recover=all
+  add_compile_options(-O1 -fsanitize=address,undefined -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
 add_library(ostrel_options INTERFACE)
 target_compile_options(ostrel_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+# GCC 12 takes the optimised inside of std::string's own operations for overlapping copies.
+target_compile_options(ostrel_options INTERFACE -Wno-restrict)
 target_include_directories(ostrel_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR})
 if(WIN32)
   target_compile_definitions(ostrel_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX
@@ -19,11 +21,6 @@ endif()
 # ostrel_library(NAME SOURCES... DEPENDS targets...): one static library of our own.
 function(ostrel_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
-  if(NOT ARG_SOURCES) # TEMPORARY until every subsystem has sources
-    add_library(${name} INTERFACE)
-    target_link_libraries(${name} INTERFACE ostrel_options ${ARG_DEPENDS})
-    return()
-  endif()
   add_library(${name} STATIC ${ARG_SOURCES})
   target_link_libraries(${name} PUBLIC ostrel_options ${ARG_DEPENDS})
 endfunction()
@@ -31,10 +28,6 @@ endfunction()
 # ostrel_program(NAME SOURCES... DEPENDS targets...): one program, in the preset's own folder.
 function(ostrel_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
-  list(GET ARG_SOURCES 0 first) # TEMPORARY
-  if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${first} AND NOT EXISTS ${first})
-    return()
-  endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ostrel_options ${ARG_DEPENDS})
 endfunction()

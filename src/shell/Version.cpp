@@ -1,11 +1,5 @@
 #include "shell/Version.h"
 
-#ifndef OSTREL_VERSION_MAJOR
-#define OSTREL_VERSION_MAJOR 1
-#define OSTREL_VERSION_MINOR 0
-#define OSTREL_VERSION_REVISION 0
-#endif
-
 namespace ostrel {
 
 Text ProgramVersion() {
