@@ -7,7 +7,8 @@ namespace {
 
 constexpr std::uint32_t kFirstRawNumber = 0x80040400;
 
-// One row a number, from 0x80040400 on.
+// One row a number, from 0x80040400 on. Long sentences stand in two literals.
+// NOLINTBEGIN(bugprone-suspicious-missing-comma)
 constexpr TextView kRawTexts[] = {
     u"QuickBooks found an error when parsing the provided XML text stream.",
     u"Could not access QuickBooks (Failure in attempt to connection).",
@@ -82,6 +83,7 @@ constexpr TextView kRawTexts[] = {
     u"This call cannot be made after calling 'BeginSession' and before calling 'EndSession'.",
     u"The requested connection type could not be found.",
 };
+// NOLINTEND(bugprone-suspicious-missing-comma)
 
 struct ReducedText {
   std::int32_t number;

@@ -63,7 +63,7 @@ void CStringBuilder::Append(TextView text) {
   Hold(sBuffer.size());
 }
 
-void CStringBuilder::AppendByVal(Text text) { Append(text); }
+void CStringBuilder::AppendByVal(TextView text) { Append(text); }
 
 void CStringBuilder::AppendBlanks(std::int32_t count) {
   if (count <= 0) return;
@@ -80,7 +80,7 @@ void CStringBuilder::Insert(std::int32_t index, TextView text) {
   Hold(sBuffer.size());
 }
 
-void CStringBuilder::InsertByVal(std::int32_t index, Text text) { Insert(index, text); }
+void CStringBuilder::InsertByVal(std::int32_t index, TextView text) { Insert(index, text); }
 
 void CStringBuilder::Remove(std::int32_t index, std::int32_t length) {
   RequireInRange(index >= 0 && index <= Length() && length >= 0, u"Remove");

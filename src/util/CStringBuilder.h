@@ -36,13 +36,13 @@ class CStringBuilder {
   /// Replaces the contents; an empty text gives all space back.
   void TheString(TextView text);
   void Append(TextView text);
-  void AppendByVal(Text text);
+  void AppendByVal(TextView text);
   /// `count` blanks at the end.
   void AppendBlanks(std::int32_t count);
 
   /// Raises RunTimeError 9 unless `index` is from 0 to Length.
   void Insert(std::int32_t index, TextView text);
-  void InsertByVal(std::int32_t index, Text text);
+  void InsertByVal(std::int32_t index, TextView text);
   /// Removes `length` characters, or what there is of them. Raises RunTimeError 9 unless `index` is
   /// from 0 to Length and `length` at least 0.
   void Remove(std::int32_t index, std::int32_t length);

@@ -22,7 +22,9 @@ TEST(HistoryFileName, LeavesOutWhatNoFileNameMayHold) {
 }
 
 TEST(HistoryFileName, LeavesOutBlanksOfOtherKindsAndInvisibleSigns) {
-  EXPECT_EQ(HistoryFileName(u"1\u00A02\u202F3\u200E4\xD83D" u"5\uFEFF"), u"12345.txt");
+  EXPECT_EQ(HistoryFileName(u"1\u00A02\u202F3\u200E4\xD83D"
+                            u"5\uFEFF"),
+            u"12345.txt");
 }
 
 }  // namespace

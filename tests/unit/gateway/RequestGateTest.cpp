@@ -31,9 +31,10 @@ TEST(RequestGate, TellsOnceThatAPassWasGivenBack) {
   int freed = 0;
   gate.Freed = [&] { ++freed; };
 
-  auto pass = gate.TryEnter();
-  auto moved = std::move(pass);
-  pass.reset();
+  auto moved = [&] {
+    auto pass = gate.TryEnter();
+    return std::optional<RequestGate::Pass>(std::move(pass));
+  }();
   EXPECT_EQ(freed, 0);
 
   moved.reset();

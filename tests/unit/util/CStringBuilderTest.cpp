@@ -107,7 +107,7 @@ TEST(CStringBuilder, HandsItsTextOverAndIsEmptyThen) {
 
   EXPECT_EQ(std::move(builder).ToString(), u"text");
 
-  EXPECT_EQ(builder.Length(), 0);
+  EXPECT_EQ(builder.Length(), 0);  // NOLINT(bugprone-use-after-move): this is what is tested
   EXPECT_EQ(builder.Capacity(), 0);
 }
 
