@@ -167,7 +167,7 @@ int Rewrite(TextView path, FileCreation creation, Change change) {
   return changed == bytes ? 0 : ReplaceWhole(path, changed);
 }
 
-std::string Join(std::vector<std::string_view> lines) {
+std::string Join(const std::vector<std::string_view>& lines) {
   std::string bytes;
   for (const std::string_view line : lines) bytes += line;
   return bytes;
@@ -188,7 +188,7 @@ std::string WithLineAt(const std::vector<std::string_view>& lines, std::size_t a
 std::string WithoutLines(std::vector<std::string_view> lines, std::size_t from, std::size_t to) {
   lines.erase(lines.begin() + static_cast<std::ptrdiff_t>(from),
               lines.begin() + static_cast<std::ptrdiff_t>(to));
-  return Join(std::move(lines));
+  return Join(lines);
 }
 
 std::string WithValue(const std::vector<std::string_view>& lines, std::string_view section,

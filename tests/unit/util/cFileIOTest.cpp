@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/FileSystem.h"
@@ -9,7 +8,6 @@
 namespace ostrel {
 namespace {
 
-using testing::MatchesRegex;
 using namespace std::string_literals;
 
 constexpr TextView kName = u"data.txt";
@@ -55,6 +53,11 @@ class cFileIOTest : public testing::Test {
 };
 
 Text ProgramFolderInLowerCase() { return LowerCase(platform::ProgramFolder()); }
+
+Text WithEveryDigitNine(Text text) {
+  for (char16_t& c : text) c = c >= u'0' && c <= u'9' ? u'9' : c;
+  return text;
+}
 
 // Names
 
@@ -682,7 +685,7 @@ TEST_F(cFileIOTest, MovingBindsTheObjectToTheNewPlace) {
 
   EXPECT_FALSE(oFolder.Has(kName));
   EXPECT_EQ(oFolder.Read(u"sub/data.txt"), "abc");
-  EXPECT_EQ(oFile.FullFileName(), oFolder.Path(u"sub\\data.txt"));
+  EXPECT_EQ(oFile.FullFileName(), LowerCase(oFolder.Path(u"sub\\data.txt")));
 }
 
 TEST_F(cFileIOTest, CopyingLeavesTheFileAndReplacesNothing) {
@@ -768,8 +771,7 @@ TEST_F(cFileIOTest, TimesAreTwoDigitFields) {
   oFile.FileDateTime(created, accessed, modified);
 
   for (const Text& time : {created, accessed, modified}) {
-    EXPECT_THAT(ToUtf8(time), MatchesRegex("[0-9][0-9]/[0-9][0-9]/2[0-9][0-9][0-9] "
-                                           "[0-9][0-9]:[0-9][0-9]:[0-9][0-9]"));
+    EXPECT_EQ(WithEveryDigitNine(time), u"99/99/9999 99:99:99");
   }
 }
 
