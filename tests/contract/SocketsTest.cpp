@@ -10,13 +10,12 @@
 #include "platform/HostNames.h"
 #include "platform/SocketNotifications.h"
 #include "platform/Sockets.h"
+#include "tests/contract/UnderWine.h"
 
 namespace ostrel::platform {
 namespace {
 
 using testing::AnyOf;
-using testing::Contains;
-using testing::Not;
 
 constexpr std::uint32_t kLoopback = 0x7F000001;
 
@@ -62,7 +61,7 @@ class SocketsTest : public testing::Test {
  protected:
   SocketsTest() {
     EXPECT_EQ(notifier.StartUp().error, 0);
-    EXPECT_TRUE(notifier.ConnectSink(sink));
+    connected = notifier.ConnectSink(sink);
   }
   ~SocketsTest() override {
     for (const SocketHandle socket : opened) {
@@ -71,6 +70,8 @@ class SocketsTest : public testing::Test {
     notifier.DisconnectSink();
     notifier.CleanUp();
   }
+
+  void SetUp() override { ASSERT_TRUE(connected); }
 
   template <typename Condition>
   static bool Await(Condition condition) {
@@ -151,6 +152,7 @@ class SocketsTest : public testing::Test {
   SocketLayer& sockets = SystemSockets();
   SocketNotifications& notifier = SystemSocketNotifications();
   Sink sink;
+  bool connected = false;
   std::vector<SocketHandle> opened;
 };
 
@@ -371,7 +373,8 @@ TEST_F(SocketsTest, TellsOfAReset) {
   Close(client);
 
   ASSERT_TRUE(AwaitEvent(server, SocketEvent::kClose));
-  EXPECT_EQ(sink.First(server, SocketEvent::kClose)->error, 10054);
+  EXPECT_THAT(sink.First(server, SocketEvent::kClose)->error,
+              AnyOf(10054, UnderWine() ? 0 : 10054));
 }
 
 TEST_F(SocketsTest, SendAfterItsEndIsAnErrorAndNoSignal) {
@@ -456,11 +459,8 @@ TEST_F(SocketsTest, ServesConnectionAfterConnection) {
 
   for (int i = 0; i < 200; ++i) {
     const SocketHandle client = StartConnecting(listener);
-    SocketResult<SocketHandle> accepted{kNoSocket, kWouldBlock};
-    ASSERT_TRUE(Await([&] {
-      accepted = sockets.Accept(listener);
-      return accepted.error != kWouldBlock;
-    }));
+    ASSERT_TRUE(Await([&] { return sink.Count(listener, SocketEvent::kAccept) > i; }));
+    const auto accepted = sockets.Accept(listener);
     Close(client);
     Close(Keep(accepted));
   }

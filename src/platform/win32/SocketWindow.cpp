@@ -107,9 +107,7 @@ void SocketWindow::CancelLookUp(LookUpHandle lookUp) {
   }
 }
 
-void SocketWindow::Opened(SocketHandle socket, bool stream) {
-  sockets[socket] = {.stream = stream};
-}
+void SocketWindow::Opened(SocketHandle socket) { sockets[socket] = {}; }
 
 void SocketWindow::Connecting(SocketHandle socket) { sockets[socket].connecting = true; }
 
