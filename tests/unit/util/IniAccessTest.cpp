@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/ScratchFolder.h"
+#include "util/CodePage.h"
 #include "util/RunTimeError.h"
 #include "util/cFileIO.h"
 
@@ -110,9 +111,12 @@ TEST_F(IniAccessTest, TheValueMayBeItsOwnDefault) {
 }
 
 TEST_F(IniAccessTest, CharactersOfTheCodePageComeBack) {
-  oFile.WriteIni(u"General", u"FileName", u"C:\\Caf\u00E9\\\u6F22.QBW");
+  const Text folder = BytesToText("C:\\Caf\xE9\\");
 
-  EXPECT_EQ(Value(u"FileName"), u"C:\\Caf\u00E9\\?.QBW");
+  oFile.WriteIni(u"General", u"FileName", folder + u"\u6F22.QBW");
+
+  EXPECT_EQ(Value(u"FileName"), folder + u"?.QBW");
+  EXPECT_EQ(Bytes(), "[General]\r\nFileName=C:\\Caf\xE9\\?.QBW\r\n");
 }
 
 TEST_F(IniAccessTest, ASectionIsATableOfNamesAndValues) {

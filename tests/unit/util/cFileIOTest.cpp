@@ -3,6 +3,7 @@
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
+#include "util/CodePage.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
@@ -430,7 +431,7 @@ TEST_F(cFileIOTest, WritingAtTheBeginningOfAFileWithTheMarkKeepsTheMark) {
 
 TEST_F(cFileIOTest, LongTextsComeBackWhole) {
   Text text;
-  for (int i = 0; i < 50000; ++i) text += u"\u00E9\u20ACx\r\n";
+  for (int i = 0; i < 50000; ++i) text += BytesToText("\xE9\x80x\r\n");
   OpenFor(u"RW");
 
   WriteData(text);
