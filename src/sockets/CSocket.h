@@ -2,7 +2,8 @@
 // and queues everything sent until the network takes it. It reports to its owner through events or,
 // once it has a callback, to that.
 //
-// Handlers run from the event loop and may call every member, or let go of the socket. Errors are
+// Handlers run from the event loop and may call every member, or let go of the socket; what is left
+// of the notification under way is still reported then, unless Events was emptied. Errors are
 // raised as RunTimeError with the number, its text and the source "CSocket." and the member's name.
 #pragma once
 
