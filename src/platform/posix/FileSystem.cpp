@@ -100,7 +100,7 @@ int RecyclePath(TextView path, bool /*confirm*/) { return EraseFile(path); }
 Text MakeTemporaryFile(TextView folder, TextView prefix) {
   const Text start(prefix.substr(0, 3));
   if (folder.empty() || start.find_first_of(u"\\/") != Text::npos) return {};
-  std::string path = ResolvePath(folder) + "/" + ToUtf8(start) + "XXXXXX.tmp";
+  std::string path = ResolvePath(folder) + "/" + ToUtf8(start) + std::string(6, 'X') + ".tmp";
   const int descriptor = mkostemps(path.data(), 4, O_CLOEXEC);
   if (descriptor < 0) return {};
   close(descriptor);

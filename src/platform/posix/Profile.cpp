@@ -144,7 +144,7 @@ int ReplaceWhole(TextView path, std::string_view bytes) {
   struct stat status;
   if (failed || stat(target.c_str(), &status) != 0) return LastErrorNumber();
 
-  std::string beside = target + ".XXXXXX";
+  std::string beside = target + "." + std::string(6, 'X');
   const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
   if (descriptor < 0) return LastErrorNumber();
   int error = WriteAllTo(descriptor, bytes, status.st_mode & 07777);
