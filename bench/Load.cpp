@@ -1,0 +1,291 @@
+// The gateway under load, over real sockets and from another process: speed beside a plain copy of
+// the same bytes, memory, processor time.
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "bench/Figures.h"
+#include "bench/LoadServer.h"
+#include "bench/SampleText.h"
+#include "bench/posix/System.h"
+#include "tests/support/ScratchFolder.h"
+#include "transports/TransportSettings.h"
+#include "util/CodePage.h"
+
+namespace ostrel::bench {
+namespace {
+
+constexpr int kRounds = 9;
+constexpr std::size_t kSize = 64 * kMega;
+constexpr char kEndOfData = static_cast<char>(kEndOfDataMark);
+constexpr char kMark = static_cast<char>(kAttributeMark);
+
+// How a plain copy, and the gateway with a text of kSize and one of twice that, compare.
+struct Comparison {
+  std::vector<Seconds> Copy, Gateway, GatewayTwice;
+
+  void Report(Figures& figures, const std::string& what) const {
+    figures.AtLeast(what + ", share of a plain copy's speed",
+                    100 * (Median(Copy) / Median(Gateway)), 20, "%");
+    figures.AtMost(what + ", time of 128 M / 64 M", Median(GatewayTwice) / Median(Gateway), 2.2,
+                   "times");
+  }
+};
+
+// A client of the gateway.
+class Client {
+ public:
+  explicit Client(std::uint16_t port) : oConnection(port) {}
+
+  void Send(std::string_view bytes) const { oConnection.Send(bytes); }
+  void SendRequest(std::string_view text) const { Send(std::string(text) + kEndOfData); }
+
+  /// Reads up to the end-of-data mark; how many bytes that were, the mark included.
+  std::size_t AwaitAnswer() {
+    std::size_t total = 0;
+    for (std::size_t received;; total += received) {
+      received = oConnection.Receive(oBuffer);
+      if (received == 0) throw std::runtime_error("the gateway has closed the connection");
+      if (oBuffer[received - 1] == kEndOfData) return total + received;
+    }
+  }
+
+  std::size_t Ask(std::string_view text) {
+    SendRequest(text);
+    return AwaitAnswer();
+  }
+
+ private:
+  Connection oConnection;
+  std::vector<char> oBuffer = std::vector<char>(256 * 1024);
+};
+
+// A client of the copying server.
+class Copier {
+ public:
+  explicit Copier(std::uint16_t port) : oConnection(port) {}
+
+  void Receive(std::size_t bytes) {
+    Command(CopyCommand::Direction::kOut, bytes);
+    AwaitBytes(bytes);
+  }
+
+  void Send(std::string_view bytes, std::size_t pieceSize) {
+    Command(CopyCommand::Direction::kIn, bytes.size());
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(pieceSize, bytes.size()))) {
+      oConnection.Send(bytes.substr(0, pieceSize));
+    }
+    AwaitBytes(1);
+  }
+
+ private:
+  void Command(CopyCommand::Direction direction, std::size_t bytes) const {
+    const CopyCommand command = {direction, bytes};
+    oConnection.Send(std::bit_cast<std::array<char, sizeof command>>(command));
+  }
+
+  void AwaitBytes(std::size_t bytes) {
+    while (bytes > 0) {
+      const std::size_t received = oConnection.Receive(oBuffer);
+      if (received == 0) throw std::runtime_error("the copying server has gone");
+      bytes -= received;
+    }
+  }
+
+  Connection oConnection;
+  std::vector<char> oBuffer = std::vector<char>(256 * 1024);
+};
+
+// The load server in a process of its own.
+class Server {
+ public:
+  Server() { std::istringstream(oProcess.ReadLine()) >> iPort >> iCopyPort; }
+
+  const ChildProcess& Process() const { return oProcess; }
+  Client Connect() const { return Client(iPort); }
+  Copier ConnectCopier() const { return Copier(iCopyPort); }
+
+ private:
+  ChildProcess oProcess{{OwnProgram(), "--server"}};
+  std::uint16_t iPort = 0;
+  std::uint16_t iCopyPort = 0;
+};
+
+std::string Prepare(std::size_t characters) {
+  return std::string(kPrepare) + std::to_string(characters);
+}
+
+// What a response of this length has on the wire: line breaks within a block are one byte.
+std::size_t BytesOfAnswer(std::size_t characters) {
+  const Text response = SampleResponse(characters);
+  std::size_t bytes = std::to_string(characters + 2).size() + 2;
+  for (TextView rest = response; !rest.empty();) {
+    const TextView block = rest.substr(0, kDefaultBlockSize);
+    bytes += ReplaceAll(block, kCrLf, u"\u00FE").size();
+    rest.remove_prefix(block.size());
+  }
+  return bytes;
+}
+
+// The making of the response is left out.
+Seconds TimeOfResponse(Client& client, std::size_t characters, std::size_t expectedBytes) {
+  client.Ask(Prepare(characters));
+  std::size_t received = 0;
+  const Seconds time = TimeOf([&] { received = client.Ask(kHandOut); });
+  if (received != expectedBytes) throw std::runtime_error("an answer of another length");
+  return time;
+}
+
+void MeasureResponses(Figures& figures) {
+  const std::size_t bytes = BytesOfAnswer(kSize);
+  const std::size_t bytesTwice = BytesOfAnswer(2 * kSize);
+  const Server server;
+  Client client = server.Connect();
+  Copier copier = server.ConnectCopier();
+  Comparison times;
+  for (int round = 0; round < kRounds; ++round) {
+    times.Copy.push_back(TimeOf([&] { copier.Receive(bytes); }));
+    times.Gateway.push_back(TimeOfResponse(client, kSize, bytes));
+    times.GatewayTwice.push_back(TimeOfResponse(client, 2 * kSize, bytesTwice));
+  }
+  times.Report(figures, "64 M response");
+}
+
+std::string RequestOf(std::size_t characters) {
+  std::string request(kTake);
+  AppendTextAsBytes(request, SampleResponse(characters - request.size()));
+  return request;
+}
+
+Seconds TimeOfRequest(Client& client, std::string_view request, std::size_t pieceSize) {
+  return TimeOf([&] {
+    for (std::string_view rest = request; !rest.empty();) {
+      client.Send(rest.substr(0, pieceSize));
+      rest.remove_prefix(std::min(pieceSize, rest.size()));
+    }
+    client.Ask({});
+  });
+}
+
+void MeasureRequests(Figures& figures) {
+  constexpr std::size_t kPiece = 1024;
+  const std::string request = RequestOf(kSize);
+  const std::string requestTwice = RequestOf(2 * kSize);
+  const Server server;
+  Client client = server.Connect();
+  Copier copier = server.ConnectCopier();
+  Comparison times;
+  for (int round = 0; round < kRounds; ++round) {
+    times.Copy.push_back(TimeOf([&] { copier.Send(request, kPiece); }));
+    times.Gateway.push_back(TimeOfRequest(client, request, kPiece));
+    times.GatewayTwice.push_back(TimeOfRequest(client, requestTwice, kPiece));
+  }
+  times.Report(figures, "64 M request in 1 KB pieces");
+}
+
+// The reader takes nothing until everything is queued, and then all.
+void MeasureSlowReader(Figures& figures) {
+  const Server server;
+  const ChildProcess& process = server.Process();
+  Client slow = server.Connect();
+  Client other = server.Connect();
+  other.Ask("idle");
+  const auto idle = static_cast<double>(process.ResidentMemory());
+
+  other.Ask(Prepare(kSize));
+  process.ForgetPeak();
+  slow.SendRequest(kHandOutAsQuickBooks);
+  other.Ask(kTake);  // its turn comes when the long response is queued whole
+  const auto queued = static_cast<double>(process.ResidentMemory());
+  slow.AwaitAnswer();
+  const auto perCharacter = [&](double memory) {
+    return (memory - idle) / static_cast<double>(kSize);
+  };
+  if (perCharacter(queued) < 0.5) throw std::runtime_error("the response has left already");
+  figures.AtMost("64 M response to a slow reader, peak above the idle program",
+                 perCharacter(static_cast<double>(process.PeakMemory())), 6, "B/char");
+}
+
+std::string SmallRequest() {
+  const std::string header = std::string("LOAD.TEST") + kMark;
+  const Text body = ReplaceAll(SampleResponse(2100), kCrLf, u"\u00FE");
+  return header + TextToBytes(body);
+}
+
+// Receive, assemble, queue, one tick, request handler with QuickBooks answering at once, send.
+void MeasureProcessorTime(Figures& figures) {
+  constexpr int kRequests = 1000;
+  const std::string request = SmallRequest();
+  const Server server;
+  Client client = server.Connect();
+  client.Ask(request);
+  const Seconds before = server.Process().CpuTime();
+  for (int i = 0; i < kRequests; ++i) client.Ask(request);
+  const Seconds used = server.Process().CpuTime() - before;
+  figures.AtMost("processor time of a 2 KB request with a 10 KB answer",
+                 used.count() * 1e6 / kRequests, 300, "us");
+}
+
+std::string SettingsFor(std::uint16_t port, const std::string& folder) {
+  return "[General]\r\nProcessPath=" + folder + "\r\nResponsePath=" + folder +
+         "\r\nHistPath=" + folder + "\r\nHistory=0\r\nValidateXML=0\r\nStatusPath=" + folder +
+         "\r\n[Quickbooks]\r\nFileName=\r\nDisconnectTimeout=300\r\n[Communication]\r\nType=0\r\n" +
+         "Folder=0\r\nSocket=1\r\nSocketPort=" + std::to_string(port) + "\r\nBlockSize=10000\r\n";
+}
+
+// The real program, and nobody says anything.
+void MeasureIdleProgram(Figures& figures) {
+  constexpr std::size_t kConnections = 1000;
+  constexpr Seconds kTime(10);
+  const ScratchFolder folder;
+  const std::string path = ToUtf8(folder.Path());
+  const std::uint16_t port = Listener().Port();
+  folder.Write(u"osl.ini", SettingsFor(port, path));
+  const ChildProcess program(
+      {"env", "XDG_RUNTIME_DIR=" + path, OSTREL_SERVER, "-ini", path + "/osl.ini"});
+  while (program.ReadLine().find("Listenning on Socket") == std::string::npos) {
+  }
+
+  std::vector<Client> clients;
+  while (clients.size() < kConnections) clients.emplace_back(port);
+  clients.back().Ask("CLOSEQB:");  // answered: all before it were accepted
+  const Seconds before = program.CpuTime();
+  std::this_thread::sleep_for(kTime);
+  const Seconds used = program.CpuTime() - before;
+  figures.AtMost("ostrel-server, 1,000 connections idle, share of a core", 100 * (used / kTime), 1,
+                 "%");
+  figures.AtMost("ostrel-server, 1,000 connections idle, resident memory",
+                 static_cast<double>(program.ResidentMemory()) / kMega, 64, "MB");
+}
+
+int Measure() {
+  RaiseDescriptorLimit();
+  Figures figures;
+  MeasureResponses(figures);
+  MeasureRequests(figures);
+  MeasureSlowReader(figures);
+  MeasureProcessorTime(figures);
+  MeasureIdleProgram(figures);
+  return figures.ExitCode();
+}
+
+}  // namespace
+}  // namespace ostrel::bench
+
+int main(int argc, char* argv[]) {
+  try {
+    const bool asServer = argc == 2 && std::strcmp(argv[1], "--server") == 0;
+    return asServer ? ostrel::bench::RunLoadServer() : ostrel::bench::Measure();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "bench-load: %s\n", error.what());
+    return 2;
+  }
+}
