@@ -52,6 +52,12 @@ TEST_F(ProfileTest, WhatIsMissingReadsAsTheFallback) {
   EXPECT_EQ(Value("Other", "History"), "fallback");
 }
 
+TEST_F(ProfileTest, AKeyWithoutAnEqualsSignHasNoValue) {
+  Given("[General]\r\nHistory\r\n");
+
+  EXPECT_EQ(Value("General", "History"), "fallback");
+}
+
 TEST_F(ProfileTest, ReadingCreatesNothing) {
   Value("General", "History");
 
@@ -154,6 +160,13 @@ TEST_F(ProfileTest, AListTooLongIsCut) {
   Given("[G]\r\na=1\r\nb=" + std::string(50, 'x') + "\r\n");
 
   EXPECT_EQ(Section("G", 20), "a=1\0b="s + std::string(12, 'x'));
+}
+
+TEST_F(ProfileTest, AListThatJustFitsIsWhole) {
+  Given("[G]\r\na=1\r\n");
+
+  EXPECT_EQ(Section("G", 6), "a=1\0"s);
+  EXPECT_EQ(Section("G", 5), "a=1");
 }
 
 TEST_F(ProfileTest, WritingCreatesFileSectionAndKey) {

@@ -104,7 +104,7 @@ std::size_t FindKey(const std::vector<std::string_view>& lines, SectionRange ran
                     std::string_view key) {
   for (std::size_t i = range.heading + 1; i < range.end; ++i) {
     const Entry entry = ParseEntry(lines[i]);
-    if (entry.value && !IsComment(lines[i]) && SameName(entry.name, key)) return i;
+    if (entry.value && SameName(entry.name, key)) return i;
   }
   return range.end;
 }

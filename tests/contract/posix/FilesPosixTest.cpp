@@ -1,8 +1,11 @@
 // What is POSIX' own under the file layer: names that differ in case only, links, pipes, limits.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -110,6 +113,18 @@ TEST(FilesPosix, APipeIsNeitherOpenedNorWaitedFor) {
             kAccessDenied);
 
   EXPECT_TRUE(ListFiles(folder.Path(), u"*").empty());
+}
+
+TEST(FilesPosix, WhoeverReadsAPipeNoticesNothing) {
+  ScratchFolder folder;
+  const std::string pipe = SystemName(folder, "pipe.osl");
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  pollfd reader{open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC), POLLIN, 0};
+
+  File().Open(folder.Path(u"pipe.osl"), FileAccess::kWrite, FileCreation::kOpenAlways);
+
+  EXPECT_EQ(poll(&reader, 1, 0), 0);  // a writer that came and went would be told
+  close(reader.fd);
 }
 
 TEST(FilesPosix, ADeviceIsNotOpened) {

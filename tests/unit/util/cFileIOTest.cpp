@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
@@ -196,6 +198,7 @@ TEST_F(cFileIOTest, AnOpenFileCannotBeOpenedAgain) {
 }
 
 TEST_F(cFileIOTest, AnObjectThatIsOpenClosesBeforeItOpensAnother) {
+  Given("0123456789");
   OpenFor(u"W");
   WriteData(u"abc");
 
@@ -736,6 +739,33 @@ TEST_F(cFileIOTest, MakesFoldersOfAPathWithSlashes) {
   EXPECT_TRUE(oFolder.Has(u"one/two"));
 }
 
+// "\\?\C:" reads as a server and its share on Windows, and so does "\\tmp\folder" on POSIX.
+TEST_F(cFileIOTest, MakesFoldersOfANetworkPathBelowItsShare) {
+  const bool isDrive = !oFolder.Path().starts_with(u'/');
+
+  EXPECT_EQ(oFile.ValidateDirectory((isDrive ? u"\\\\?\\" : u"\\") +
+                                    ReplaceAll(oFolder.Path(u"one\\two"), u"/", u"\\")),
+            0);
+
+  EXPECT_TRUE(oFolder.Has(u"one/two"));
+}
+
+TEST_F(cFileIOTest, ANetworkPathUpToItsShareHasNothingToMake) {
+  EXPECT_EQ(oFile.ValidateDirectory(u"\\\\server.invalid\\share"), 0);
+
+  EXPECT_FALSE(platform::FolderExists(u"\\\\server.invalid\\share"));
+}
+
+TEST_F(cFileIOTest, APathWithoutADriveStartsInTheCurrentFolder) {
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(oFolder.Path());
+
+  EXPECT_EQ(oFile.ValidateDirectory(u"one\\two"), 0);
+
+  std::filesystem::current_path(before);
+  EXPECT_TRUE(oFolder.Has(u"one/two"));
+}
+
 TEST_F(cFileIOTest, AFolderThatCannotBeMadeIsTold) {
   Given("abc");
 
@@ -743,6 +773,7 @@ TEST_F(cFileIOTest, AFolderThatCannotBeMadeIsTold) {
 }
 
 TEST_F(cFileIOTest, ValidatingAFileCreatesItEmpty) {
+  oFile.SetCursorPos(5);
   oFile.ValidateFile(oFolder.Path(u"new.txt"));
 
   EXPECT_TRUE(oFolder.Has(u"new.txt"));
