@@ -26,7 +26,7 @@ class ProfileTest : public testing::Test {
   std::string Section(std::string_view section, std::size_t size = 1000) const {
     return ReadProfileSection(Path(), section, size);
   }
-  int Write(std::string_view section, std::string_view key, std::string value) const {
+  int Write(std::string_view section, std::string_view key, const std::string& value) const {
     return WriteProfileValue(Path(), section, key, &value);
   }
   int Erase(std::string_view section, std::string_view key) const {

@@ -589,8 +589,9 @@ TEST_F(cFileIOTest, OptionXWritesAByteAPairOfDigits) {
 // Half of an odd count is rounded to the even number; a digit that is missing counts as 0.
 TEST_F(cFileIOTest, OptionXWithAnOddCountOfDigitsRoundsToEven) {
   OpenFor(u"W");
-  for (const TextView digits : {u"4", u"414", u"41424", u"4142434"})
+  for (const TextView digits : {u"4", u"414", u"41424", u"4142434"}) {
     WriteData(Text(digits), -1, u"X");
+  }
   oFile.CloseFile();
 
   EXPECT_EQ(Bytes(),
