@@ -8,6 +8,12 @@ if(OSTREL_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+option(OSTREL_FUZZ "Build the fuzz targets; needs clang and OSTREL_SANITIZE" OFF)
+
+if(OSTREL_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link -Wno-unknown-warning-option)
+endif()
+
 add_library(ostrel_options INTERFACE)
 target_compile_options(ostrel_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
 # GCC 12 takes the optimised inside of std::string's own operations for overlapping copies.

@@ -1,6 +1,7 @@
 #include "simulator/Behaviour.h"
 
 #include <charconv>
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -24,7 +25,7 @@ bool ReadSeconds(std::string_view text, std::chrono::milliseconds& delay) {
       std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
   const bool whole = error == std::errc() && end == text.data() + text.size();
   if (!whole || !(seconds >= 0 && seconds <= kMaxSeconds)) return false;
-  delay = std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000 + 0.5));
+  delay = std::chrono::milliseconds(std::llround(seconds * 1000));
   return true;
 }
 

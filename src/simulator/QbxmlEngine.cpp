@@ -96,8 +96,9 @@ void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
   std::string name(step.message->name);
   name.replace(name.size() - 2, 2, "Rs");
   std::vector<Attribute> attributes;
-  if (const std::string* id = step.element->Find("requestID"))
+  if (const std::string* id = step.element->Find("requestID")) {
     attributes.push_back({"requestID", *id});
+  }
   attributes.push_back({"statusCode", std::to_string(answer.status.code)});
   attributes.push_back({"statusSeverity", std::string(answer.status.severity)});
   attributes.push_back({"statusMessage", answer.status.message});

@@ -5,8 +5,9 @@
 namespace ostrel::simulator {
 namespace {
 
-// The reference for a character that may not stand as it is, or an empty text.
-std::string_view Reference(char c, bool inAttribute) {
+// The reference for a character that may not stand as it is, or an empty text. QuickBooks answers
+// with the line breaks of its texts as they are; a file must give them back to a parser.
+std::string_view Reference(char c, bool inAttribute, bool inFile) {
   switch (c) {
     case '&':
       return "&amp;";
@@ -19,7 +20,7 @@ std::string_view Reference(char c, bool inAttribute) {
     case '\'':
       return "&apos;";
     case '\r':
-      return "&#13;";
+      return inAttribute || inFile ? "&#13;" : "";
     case '\n':
       return inAttribute ? "&#10;" : "";
     case '\t':
@@ -105,7 +106,7 @@ void XmlWriter::Indent() {
 void XmlWriter::Escaped(std::string_view text, bool inAttribute) {
   for (std::size_t i = 0; i < text.size();) {
     if (xmlForm == XmlForm::kFile || IsAscii(text[i])) {
-      const std::string_view reference = Reference(text[i], inAttribute);
+      const std::string_view reference = Reference(text[i], inAttribute, xmlForm == XmlForm::kFile);
       reference.empty() ? sXml.push_back(text[i]) : static_cast<void>(sXml.append(reference));
       ++i;
       continue;

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <string>
 
-#include "tests/fuzz/QbxmlEngineFuzz.cpp"  // the target is one function, linked nowhere else
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace ostrel::simulator {
 namespace {
