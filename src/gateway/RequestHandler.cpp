@@ -93,7 +93,6 @@ RequestHandler::RequestHandler(GatewaySettings& settings, qbxml& session, HostQu
 
 float RequestHandler::ProcessRequest(Text& request, Text& response) {
   try {
-    response.clear();
     return static_cast<float>(Process(request, response));
   } catch (const RunTimeError& error) {
     return Fail(error.Number, error.Description, response);

@@ -210,6 +210,7 @@ TEST_F(qbxmlTest, IsClosedEvenWhenQuickBooksRefusesToClose) {
 
   EXPECT_FALSE(session->IsConnected());
   EXPECT_FALSE(session->bSessionBegun);
+  EXPECT_EQ(session->lLastError, 0);
 }
 
 // Required: the end closes the connection; whoever wants the session ended does that before.
