@@ -48,6 +48,7 @@ class SocketLayer {
   /// A port that any other socket listens on is in use: 10048. One whose listener has just gone is
   /// free at once.
   virtual int Bind(SocketHandle socket, SocketAddress address) = 0;
+  /// At least `backlog` connections may wait to be accepted.
   virtual int Listen(SocketHandle socket, int backlog) = 0;
   /// The handle of the connection that waited longest.
   virtual SocketResult<SocketHandle> Accept(SocketHandle listener) = 0;

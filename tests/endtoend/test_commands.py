@@ -60,7 +60,7 @@ def test_qbfilename_selects_another_company(running):
     other = running.folder / "Other Books.QBW"
     other.write_text(running.company_file.read_text().replace("2008", "Enterprise"))
 
-    _, body = running.ask(f"QBFILENAME: {other} ".encode() + ATTRIBUTE_MARK + b"ignored")
+    _, body = running.ask(f"QBFILENAME: {other}".encode() + ATTRIBUTE_MARK + b"ignored")
 
     assert f"<QBFileName>{other}</QBFileName>".encode() in body
     _, info = running.ask("QUICKBOOKSINFO")

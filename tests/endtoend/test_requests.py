@@ -74,12 +74,20 @@ def test_an_empty_request_is_refused_by_quickbooks(gateway):
     assert gateway.stop() == 0
 
 
-def test_characters_outside_seven_bits_come_back_as_they_went(running):
+def test_characters_outside_seven_bits_reach_quickbooks(running):
     running.ask(qbxml(customer_add("Caf\u00e9 M\u00fcller \u20ac")))
 
     _, body = running.ask(qbxml(CUSTOMER_QUERY))
 
-    assert "<Name>Caf\u00e9 M\u00fcller \u20ac</Name>".encode("cp1252") in body
+    assert b"<Name>Caf&#233; M&#252;ller &#8364;</Name>" in body
+
+
+def test_characters_outside_seven_bits_come_back_as_they_went(running):
+    name = "Caf\u00e9 M\u00fcller \u20ac.qbw".encode("cp1252")
+
+    _, body = running.ask(b"QBFILENAME:" + name)
+
+    assert b"<QBFileName>" + name + b"</QBFileName>" in body
 
 
 TWO_LINES = '<CustomerAddRq><CustomerAdd><Name>Two</Name><Notes>one&#13;&#10;two</Notes></CustomerAdd></CustomerAddRq>'
