@@ -59,6 +59,9 @@ def test_an_exit_during_a_request_waits_for_it(gateway):
 @pytest.mark.parametrize("number", ["0x80040401", "0x80040408", "0x80040410", "0x8004041A"])
 @pytest.mark.parametrize("operation", ["openConnectionError", "beginSessionError"])
 def test_a_failed_open_is_told_and_the_next_request_works(gateway, operation, number):
+    # The company that is open in QuickBooks: a connection is opened before any is named.
+    gateway.company_file = gateway.folder / "sample.qbw"
+    gateway.write_settings(Quickbooks_FileName="")
     gateway.write_company(**{operation: number})
     gateway.start()
 
