@@ -8,27 +8,26 @@
 namespace ostrel {
 namespace {
 
-void Tell(Trace& trace, TextView name, TextView what) noexcept {
+Text DescribeException() {
   try {
-    trace.AddStatus(Text(name).append(u": ").append(what));
+    throw;
+  } catch (const std::bad_alloc&) {
+    return u"Out of memory";
+  } catch (const RunTimeError& error) {
+    return error.Description;
+  } catch (const std::exception& error) {
+    return FromUtf8(error.what());
   } catch (...) {
-    // There is no memory even for the line: the program goes on without it.
+    return u"Unknown error";
   }
 }
 
 }  // namespace
 
-void Guarded(Trace& trace, TextView name, const std::function<void()>& entry) noexcept {
+void TellException(Trace& trace, TextView name) noexcept {
   try {
-    entry();
-  } catch (const std::bad_alloc&) {
-    Tell(trace, name, u"Out of memory");
-  } catch (const RunTimeError& error) {
-    Tell(trace, name, error.Description);
-  } catch (const std::exception& error) {
-    Tell(trace, name, FromUtf8(error.what()));
-  } catch (...) {
-    Tell(trace, name, u"Unknown error");
+    trace.AddStatus(Text(name).append(u": ").append(DescribeException()));
+  } catch (...) {  // NOLINT(bugprone-empty-catch): no memory even for the line; it is left out
   }
 }
 

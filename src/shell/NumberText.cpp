@@ -35,8 +35,9 @@ std::int64_t WholeNumber(TextView digits) {
 }
 
 bool RoundsUp(TextView fraction, bool isOdd) {
-  if (fraction.empty() || fraction.front() != u'5')
+  if (fraction.empty() || fraction.front() != u'5') {
     return !fraction.empty() && fraction.front() > u'5';
+  }
   const bool isHalf = fraction.find_first_not_of(u'0', 1) == TextView::npos;
   return !isHalf || isOdd;
 }
@@ -48,8 +49,9 @@ Number Convert(TextView text) {
   TakeOneOf(text, u"+-");
   const TextView whole = TakeDigits(text);
   const TextView fraction = TakeOneOf(text, u".") ? TakeDigits(text) : TextView();
-  if (!text.empty() || whole.size() + fraction.size() == 0)
+  if (!text.empty() || whole.size() + fraction.size() == 0) {
     throw RunTimeError(13, {}, u"Type mismatch");
+  }
 
   std::int64_t number = WholeNumber(whole);
   if (RoundsUp(fraction, number % 2 != 0)) ++number;

@@ -14,7 +14,7 @@ struct SettingsFile::Key {
   TextView sSection;
   TextView sItem;
   TextView sDefault;
-  void (*Take)(AppSettings& settings, Text value);
+  void (*Take)(AppSettings& settings, const Text& value);
   bool bExpanded = false;                  // a folder: see Expanded
   void (SettingsFile::*Then)() = nullptr;  // what follows once the key has been read
 };
@@ -22,27 +22,27 @@ struct SettingsFile::Key {
 namespace {
 
 template <auto kField>
-void TakeText(AppSettings& settings, Text value) {
-  settings.*kField = std::move(value);
+void TakeText(AppSettings& settings, const Text& value) {
+  settings.*kField = value;
 }
 
-void TakeHistory(AppSettings& settings, Text value) {
+void TakeHistory(AppSettings& settings, const Text& value) {
   settings.bHistory = !value.empty() && value != u"0";
 }
 
 template <auto kField>
-void TakeOnlyOne(AppSettings& settings, Text value) {
+void TakeOnlyOne(AppSettings& settings, const Text& value) {
   settings.*kField = value == u"1";
 }
 
 // Kept: any other value leaves the transport as it is.
 template <auto kField>
-void TurnOn(AppSettings& settings, Text value) {
+void TurnOn(AppSettings& settings, const Text& value) {
   if (value == u"1") settings.*kField = true;
 }
 
 template <auto kField, auto kConvert>
-void TakeNumber(AppSettings& settings, Text value) {
+void TakeNumber(AppSettings& settings, const Text& value) {
   settings.*kField = kConvert(value);
 }
 

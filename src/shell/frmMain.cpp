@@ -9,7 +9,6 @@
 #include "shell/Menus.h"
 #include "shell/Version.h"
 #include "shell/cCommandLine.h"
-#include "util/RunTimeError.h"
 
 namespace ostrel {
 namespace {
@@ -81,21 +80,16 @@ frmMain::frmMain(Surroundings surroundings)
 }
 
 void frmMain::Load() {
-  TextView step = u"Command Line";
+  TextView failure = u"Start-up stopped at Command Line";
   try {
-    RunLoadSteps(step);
-  } catch (const RunTimeError& error) {
-    Guarded(oLogs, u"Load", [&] {
-      oLogs.AddStatus(u"Start-up stopped at " + Text(step) + u": " + error.Description);
-    });
-  } catch (const std::exception&) {
-    Guarded(oLogs, u"Load",
-            [&] { oLogs.AddStatus(u"Start-up stopped at " + Text(step) + u": Out of memory"); });
+    RunLoadSteps(failure);
+  } catch (...) {
+    TellException(oLogs, failure);
   }
   CarryOutUnload();
 }
 
-void frmMain::RunLoadSteps(TextView& step) {
+void frmMain::RunLoadSteps(TextView& failure) {
   oSettings.iDisconnectTimeout = kUsualDisconnectTimeout;
   oIdleClose.bAutoClose = true;
   tmrSocketProcess.SetEnabled(true);
@@ -111,10 +105,10 @@ void frmMain::RunLoadSteps(TextView& step) {
     oSurroundings.window.SetMenuVisible(mnuCommunications, false);
   }
 
-  step = u"qbxml Object";
+  failure = u"Start-up stopped at qbxml Object";
   oSettingsFile.LoadSettings();
   if (bUnloaded) return;
-  step = u"Start Communications";
+  failure = u"Start-up stopped at Start Communications";
   oCommunications.ApplyCommunications();
 }
 

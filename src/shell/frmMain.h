@@ -67,7 +67,8 @@ class frmMain {
 
   void ReadCommandLine(cCommandLine& commandLine) const;
   void ShowDebugTools();
-  void RunLoadSteps(TextView& step);
+  // failure: what is told when the step fails.
+  void RunLoadSteps(TextView& failure);
   void QueryUnload();
   void CarryOutUnload();
 

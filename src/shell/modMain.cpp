@@ -24,11 +24,12 @@ int Main(Program program) {
   const auto instance = program.acquireInstanceLock(kInstanceMutex);
   if (instance == nullptr) return LeaveToPreviousInstance(program);
 
-  program.surroundings.unloaded = [] { platform::QuitEventLoop(0); };
+  int exitCode = kCouldNotStart;  // until the form has loaded
+  program.surroundings.unloaded = [&exitCode] { platform::QuitEventLoop(exitCode); };
   frmMain form(std::move(program.surroundings));
   if (program.formCreated) program.formCreated(form);
   form.Load();
-  if (form.IsUnloaded()) return kCouldNotStart;
+  exitCode = 0;
   return platform::RunEventLoop();
 }
 

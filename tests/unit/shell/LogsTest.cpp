@@ -184,7 +184,7 @@ TEST_F(LogsTest, GoesOnWithoutAHistoryFolder) {
 }
 
 TEST_F(LogsTest, SeparatesTheHistoryHeaderByAttributeMarks) {
-  EXPECT_EQ(Log.HistoryHeader(), u"Version: " + ProgramVersion() +
+  EXPECT_EQ(Log.HistoryHeader(), Text(u"Version: ") + ProgramVersion() +
                                      u"\u00FECommunication Type:2\u00FESocket:True\u00FE"
                                      u"Folder:False\u00FE" +
                                      Text(60, u'=') + u"\u00FE");
