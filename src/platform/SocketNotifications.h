@@ -11,7 +11,8 @@
 //   write    comes after a connection was made or accepted, and after each Send that took something
 //            or would have blocked, as soon as there is room for more.
 //   close    comes once, when the peer has finished and everything was received: error 0 at an
-//            orderly end, 10054 at a reset (0 as well under Wine). The last notification of a socket.
+//            orderly end, 10054 at a reset (0 as well under Wine). The last notification of a
+//            socket.
 // A notification may still come for a socket that was closed or used in the meantime; Receive and
 // Accept then give kWouldBlock.
 #pragma once
