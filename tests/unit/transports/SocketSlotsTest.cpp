@@ -16,9 +16,9 @@ std::vector<std::int32_t> Numbers(LinkedList list) {
 using Slots = std::vector<std::int32_t>;
 
 // A complete request of the connection, waiting to be answered.
-std::int32_t QueueRequest(SocketSlots& slots, std::int16_t socket, Text request = u"request") {
+std::int32_t QueueRequest(SocketSlots& slots, std::int16_t socket, TextView request = u"request") {
   const std::int32_t slot = slots.StartReceiving(socket);
-  slots.At(slot).sRequest = std::move(request);
+  slots.At(slot).sRequest.Append(request);
   slots.Queue(socket, slot);
   return slot;
 }
@@ -76,7 +76,7 @@ TEST(SocketSlots, KeepsTheContentsWhenItGrows) {
 
   slots.Grow();
 
-  EXPECT_EQ(slots.At(1).sRequest, u"first");
+  EXPECT_EQ(slots.At(1).sRequest.Take(), u"first");
 }
 
 TEST(SocketSlots, DoesNotGrowPastASixteenBitNumber) {
@@ -93,12 +93,12 @@ TEST(SocketSlots, HandsOutTheOldestRequestFirst) {
   QueueRequest(slots, 2, u"older");
   QueueRequest(slots, 1, u"newer");
 
-  const auto first = slots.TakeOldest();
-  const auto second = slots.TakeOldest();
+  auto first = slots.TakeOldest();
+  auto second = slots.TakeOldest();
 
   EXPECT_EQ(first->iSocket, 2);
-  EXPECT_EQ(first->sRequest, u"older");
-  EXPECT_EQ(second->sRequest, u"newer");
+  EXPECT_EQ(first->sRequest.Take(), u"older");
+  EXPECT_EQ(second->sRequest.Take(), u"newer");
   EXPECT_FALSE(slots.TakeOldest());
 }
 
@@ -108,7 +108,7 @@ TEST(SocketSlots, MovesTheTextOutButKeepsTheSlotOfARequestBeingAnswered) {
 
   slots.TakeOldest();
 
-  EXPECT_EQ(slots.At(slot).sRequest, u"");
+  EXPECT_EQ(slots.At(slot).sRequest.Length(), 0u);
   EXPECT_EQ(slots.At(slot).iSocket, 3);
   EXPECT_EQ(slots.QueuedSockets.Count(), 1);
 }
@@ -124,7 +124,7 @@ TEST(SocketSlots, FreesEverySlotOfAClosedConnection) {
 
   for (const std::int32_t slot : {answered, waiting, incomplete}) {
     EXPECT_EQ(slots.At(slot).iSocket, 0) << slot;
-    EXPECT_EQ(slots.At(slot).sRequest, u"") << slot;
+    EXPECT_EQ(slots.At(slot).sRequest.Length(), 0u) << slot;
   }
   EXPECT_EQ(slots.FreeSlots.Count(), 11);
   EXPECT_TRUE(slots.QueuedSockets.IsEmpty());
@@ -140,7 +140,7 @@ TEST(SocketSlots, LeavesTheRequestsOfOtherConnectionsAlone) {
 
   slots.ForgetClosed(1);
 
-  EXPECT_EQ(slots.TakeOldest()->sRequest, u"two");
+  EXPECT_EQ(slots.TakeOldest()->sRequest.Take(), u"two");
   EXPECT_FALSE(slots.TakeOldest());
 }
 
@@ -159,11 +159,11 @@ TEST(SocketSlots, KeepsSlotAndEntryOfAConnectionThatClosesInTheMiddleOfItsReques
 TEST(SocketSlots, DropsTheTextOfAConnectionThatClosesInTheMiddleOfItsRequest) {
   SocketSlots slots = GrownSlots();
   const std::int32_t slot = slots.StartReceiving(1);
-  slots.At(slot).sRequest = u"half";
+  slots.At(slot).sRequest.Append(u"half");
 
   slots.ForgetClosed(1);
 
-  EXPECT_EQ(slots.At(slot).sRequest, u"");
+  EXPECT_EQ(slots.At(slot).sRequest.Length(), 0u);
 }
 
 TEST(SocketSlots, FreesAnIncompleteRequestWhenTheConnectionIsForgotten) {
@@ -187,7 +187,7 @@ TEST(SocketSlots, FreesAnsweredSlotsOfOpenConnectionsOnly) {
 
   EXPECT_EQ(slots.At(answered).iSocket, 0);
   EXPECT_EQ(slots.At(waiting).iSocket, 1);
-  EXPECT_EQ(slots.TakeOldest()->sRequest, u"waits");
+  EXPECT_EQ(slots.TakeOldest()->sRequest.Take(), u"waits");
 }
 
 TEST(SocketSlots, TellsWhenNothingIsAnswered) {
