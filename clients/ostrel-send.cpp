@@ -46,7 +46,7 @@ std::string GivenRequest(const SendOptions& options) {
 }
 
 // Files come in UTF-8 or in the database's 8-bit code page; what is not valid UTF-8 is the latter.
-std::string InCodePage(std::string bytes) {
+std::string InCodePage(const std::string& bytes) {
   const Text text = FromUtf8(bytes);
   return Contains(text, u"\uFFFD") ? bytes : TextToBytes(text);
 }
@@ -73,7 +73,7 @@ std::string WithMarks(std::string_view bytes) {
 std::string RequestBytes(const SendOptions& options) {
   std::string bytes = GivenRequest(options);
   if (!options.raw) {
-    bytes = WithMarks(IsFromCommandLine(options) ? std::move(bytes) : InCodePage(std::move(bytes)));
+    bytes = WithMarks(IsFromCommandLine(options) ? std::move(bytes) : InCodePage(bytes));
   }
   if (!options.header.empty()) {
     bytes.insert(0, TextToBytes(options.header) + (options.raw ? "\r\n" : "\xFE"));
