@@ -100,7 +100,7 @@ void SocketSlots::ForgetClosed(std::int16_t socket) {
   if (FreeQueued(socket)) {
     FreeReceiving(socket);
   } else if (const std::int32_t slot = ReceivingSlot(socket); slot != 0) {
-    At(slot).sRequest = Text();
+    At(slot).sRequest = {};
   }
 }
 

@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
+#include "transports/RequestText.h"
 #include "util/LinkedList.h"
-#include "util/Text.h"
 
 namespace ostrel {
 
@@ -16,11 +16,11 @@ class SocketSlots {
  public:
   struct Slot {
     std::int16_t iSocket = 0;  // 0: the slot is free
-    Text sRequest;             // what has arrived of the request
+    RequestText sRequest;      // what has arrived of the request
   };
   struct Request {
     std::int16_t iSocket;
-    Text sRequest;
+    RequestText sRequest;
   };
 
   /// Slot of the connection's incomplete request; 0 when there is none.

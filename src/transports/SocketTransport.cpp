@@ -95,9 +95,9 @@ void SocketTransport::Receive(std::int16_t socket, TextView data) {
   Log(socket, u"Looking for End of data: ",
       ToText(complete ? static_cast<std::int64_t>(mark) + 1 : 0));
 
-  Text& request = oSlots.At(slot).sRequest;
-  if (data.size() > lLongestRequest - request.size()) return EndConnection(socket, kTooLong);
-  request.append(data);
+  RequestText& request = oSlots.At(slot).sRequest;
+  if (data.size() > lLongestRequest - request.Length()) return EndConnection(socket, kTooLong);
+  request.Append(data);
   if (!complete) return;
   Log(socket, u"Adds to Process Queue");
   oSlots.Queue(socket, slot);
@@ -146,7 +146,7 @@ void SocketTransport::tmrSocketProcess_Timer() {
   auto request = oSlots.TakeOldest();
   const InWork inWork(*this, request->iSocket);
   try {
-    Answer(std::move(request->sRequest));
+    Answer(request->sRequest.Take());
   } catch (const std::bad_alloc&) {
     EndConnection(request->iSocket, kNoMemory);
   } catch (const std::length_error&) {
@@ -165,7 +165,7 @@ void SocketTransport::Answer(Text request) {
   if (result > 0) {
     SendFailure(result, response);
   } else {
-    SendResponse(std::move(response));
+    SendResponse(response);
   }
 }
 
@@ -175,25 +175,23 @@ void SocketTransport::SendFailure(float result, TextView response) {
   if (Send(reply)) Log(iReplyTo, u"Results: ", reply);
 }
 
-void SocketTransport::SendResponse(Text response) {
+void SocketTransport::SendResponse(TextView response) {
   // Counts the characters before line breaks are replaced, and its own send is not judged (kept:
   // clients use it as a size hint and read up to the end-of-data mark).
   const Text header =
       ToText(static_cast<std::int64_t>(response.size()) + 2).append(kAttributeMarkText);
   if (iReplyTo != 0) oConnections->SendData(header, iReplyTo);
-  if (SendBlocks(std::move(response))) Send(kEndOfDataMarkText);
+  if (SendBlocks(response)) Send(kEndOfDataMarkText);
 }
 
-bool SocketTransport::SendBlocks(Text response) {
+bool SocketTransport::SendBlocks(TextView response) {
   Text block;
-  TextView rest = response;
-  while (!rest.empty()) {
-    const TextView piece = rest.substr(0, static_cast<std::size_t>(oSettings.lBlockSize));
-    rest.remove_prefix(piece.size());
+  while (!response.empty()) {
+    const TextView piece = response.substr(0, static_cast<std::size_t>(oSettings.lBlockSize));
+    response.remove_prefix(piece.size());
     // A line break across the edge of two blocks goes out as CR and LF (kept: required).
     ReplaceLineBreaks(piece, block);
     if (!Send(block)) return false;
-    if (rest.empty()) response = Text();
     Log(iReplyTo, u"Results: ", block);
     DoEvents();
   }

@@ -57,8 +57,8 @@ class SocketTransport {
   std::int32_t SlotFor(std::int16_t socket);
   void Answer(Text request);
   void SendFailure(float result, TextView response);
-  void SendResponse(Text response);
-  bool SendBlocks(Text response);
+  void SendResponse(TextView response);
+  bool SendBlocks(TextView response);
   bool Send(TextView data);
   void EndConnection(std::int16_t socket, TextView reason);
   void StopReplyTo(std::int16_t socket);
