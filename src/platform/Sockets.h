@@ -57,8 +57,8 @@ class SocketLayer {
   /// Ends the sending direction.
   virtual int ShutdownSend(SocketHandle socket) = 0;
 
-  /// Bytes accepted, which may be fewer than offered. A datagram socket sends to `peer`, others
-  /// take none. Never raises a signal.
+  /// Bytes accepted, which may be fewer than offered; they leave at once, however few they are. A
+  /// datagram socket sends to `peer`, others take none. Never raises a signal.
   virtual SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
                                           const SocketAddress* peer) = 0;
   /// Bytes received; 0 when the peer has finished. A datagram socket fills in `peer`, if given.

@@ -1,6 +1,7 @@
 #include "platform/Sockets.h"
 
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -47,6 +48,12 @@ int AskOption(int descriptor, int option) {
 
 int ResultOf(int result) { return result == 0 ? 0 : SocketErrorOf(errno); }
 
+/// Else the end of an answer waits, about 40 ms, until the peer has acknowledged what came before.
+void SendAtOnce(int descriptor) {
+  const int on = 1;
+  setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
 class PosixSockets final : public SocketLayer {
  public:
   PosixSockets() { TheSockets(); }  // made first, so that it is there until these have gone
@@ -83,6 +90,7 @@ SocketResult<SocketHandle> PosixSockets::Open(SocketProtocol protocol) {
   if (tcp) {  // else a restarted server waits minutes for its port; a second listener still fails
     const int on = 1;
     setsockopt(descriptor, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    SendAtOnce(descriptor);
   }
   return Adopt(descriptor, tcp ? SocketRole::kNew : SocketRole::kDatagram);
 }
@@ -122,8 +130,11 @@ SocketResult<SocketHandle> PosixSockets::Accept(SocketHandle listener) {
     return {kNoSocket, error};
   }
   own->AwaitConnection();
-  return error != 0 ? SocketResult<SocketHandle>{kNoSocket, error}
-                    : Adopt(descriptor, SocketRole::kStream);
+  if (error != 0) {
+    return {kNoSocket, error};
+  }
+  SendAtOnce(descriptor);
+  return Adopt(descriptor, SocketRole::kStream);
 }
 
 int PosixSockets::Connect(SocketHandle socket, SocketAddress peer) {

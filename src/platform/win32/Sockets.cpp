@@ -47,6 +47,12 @@ int Length(std::size_t bytes) {
   return static_cast<int>(std::min(bytes, most));
 }
 
+/// Else the end of an answer waits, about 200 ms, until the peer has acknowledged what came before.
+void SendAtOnce(SOCKET socket) {
+  const BOOL on = TRUE;
+  setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
+}
+
 class WindowsSockets final : public SocketLayer {
  public:
   WindowsSockets() { TheSocketWindow(); }  // made first, so that it is there until these have gone
@@ -92,6 +98,7 @@ SocketResult<SocketHandle> WindowsSockets::Open(SocketProtocol protocol) {
     const BOOL on = TRUE;
     setsockopt(opened, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on),
                sizeof on);
+    SendAtOnce(opened);
   }
   return Adopt(opened);
 }
@@ -114,6 +121,7 @@ int WindowsSockets::Listen(SocketHandle socket, int backlog) {
 SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
   const SOCKET accepted = accept(ToSystem(listener), nullptr, nullptr);
   if (accepted != INVALID_SOCKET) {
+    SendAtOnce(accepted);
     return Adopt(accepted);
   }
   const int error = WSAGetLastError();
