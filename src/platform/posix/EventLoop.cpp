@@ -1,14 +1,17 @@
-// The event loop over poll. The set of descriptors is kept between rounds, so that a thousand idle
-// connections cost one call a round and nothing more.
+// The event loop over epoll: the system keeps the set of descriptors, so that a thousand idle
+// connections cost nothing. What is to be watched for changes several times while an event is
+// handled; the system is told once, before the next wait.
 #include "platform/EventLoop.h"
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/epoll.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <deque>
+#include <new>
 #include <optional>
 #include <system_error>
 #include <vector>
@@ -18,24 +21,31 @@
 
 namespace ostrel::platform {
 
-struct WatchEntry {
-  int descriptor;
+struct WatchEntry : std::enable_shared_from_this<WatchEntry> {
+  int descriptor = -1;
   std::function<void(short)> handler;
   short events = 0;
-  short reported = 0;    // by poll and not yet handed out; 0: not in the queue
-  std::size_t slot = 0;  // in the poll set
+  short told = 0;        // the events that the system watches for
+  bool changed = false;  // in the list of changes
+  short reported = 0;    // by the system and not yet handed out; 0: not in the queue
   bool destroyed = false;
 };
 
 namespace {
+
+static_assert(EPOLLIN == POLLIN && EPOLLOUT == POLLOUT && EPOLLRDHUP == POLLRDHUP &&
+              EPOLLHUP == POLLHUP && EPOLLERR == POLLERR);
 
 constexpr auto kForEver = LoopClock::time_point::max();
 
 class Loop {
  public:
   Loop();
+  ~Loop();
+  Loop(const Loop&) = delete;
+  Loop& operator=(const Loop&) = delete;
 
-  void Add(const std::shared_ptr<WatchEntry>& entry, short events);
+  void Add(WatchEntry& entry, short events);
   void Remove(WatchEntry& entry);
   void SetEvents(WatchEntry& entry, short events);
 
@@ -47,13 +57,17 @@ class Loop {
   std::optional<int> quitCode;
 
  private:
-  void Poll(LoopClock::time_point waitUntil);
+  bool TellSystem(WatchEntry& entry) const;
+  void TellChanges();
+  void Wait(LoopClock::time_point waitUntil);
   void DispatchQueue() noexcept;
 
-  std::vector<pollfd> pollSet;
-  std::vector<std::shared_ptr<WatchEntry>> entries;  // entries[i] stands behind pollSet[i]
+  int epoll;
+  std::vector<epoll_event> found;  // room for one event of each entry
+  std::vector<std::shared_ptr<WatchEntry>> changes;
   /// Shared by nested rounds: what an outer round has not handed out yet is the inner one's first.
   std::deque<std::shared_ptr<WatchEntry>> queue;
+  std::shared_ptr<WatchEntry> oMailboxEntry = std::make_shared<WatchEntry>();
 };
 
 Loop& TheLoop() {
@@ -61,36 +75,68 @@ Loop& TheLoop() {
   return loop;
 }
 
-Loop::Loop() {
-  const auto entry = std::make_shared<WatchEntry>();
-  entry->descriptor = oMailbox->Descriptor();
-  entry->handler = [this](short) { oMailbox->RunTasks(); };
-  Add(entry, POLLIN);
+Loop::Loop() : epoll(epoll_create1(EPOLL_CLOEXEC)) {
+  if (epoll < 0) {
+    throw std::system_error(errno, std::generic_category(), "event loop");
+  }
+  oMailboxEntry->descriptor = oMailbox->Descriptor();
+  oMailboxEntry->handler = [this](short) { oMailbox->RunTasks(); };
+  Add(*oMailboxEntry, POLLIN);
 }
 
-void Loop::Add(const std::shared_ptr<WatchEntry>& entry, short events) {
-  entry->slot = entries.size();
-  entries.push_back(entry);
-  pollSet.push_back({entry->descriptor, 0, 0});
-  SetEvents(*entry, events);
+Loop::~Loop() { close(epoll); }
+
+void Loop::Add(WatchEntry& entry, short events) {
+  found.emplace_back();
+  changes.reserve(found.capacity());  // SetEvents must not raise
+  entry.events = events;
+  if (!TellSystem(entry)) {
+    found.pop_back();
+    throw std::bad_alloc();
+  }
 }
 
 void Loop::Remove(WatchEntry& entry) {
   entry.destroyed = true;
-  const std::size_t slot = entry.slot;
-  std::swap(pollSet[slot], pollSet.back());
-  std::swap(entries[slot], entries.back());
-  entries[slot]->slot = slot;
-  pollSet.pop_back();
-  entries.pop_back();
+  entry.events = 0;
+  TellSystem(entry);
+  std::erase(changes, entry.shared_from_this());
+  found.pop_back();
 }
 
 void Loop::SetEvents(WatchEntry& entry, short events) {
   entry.events = events;
-  pollfd& watched = pollSet[entry.slot];
-  watched.events = events;
-  // poll passes over negative numbers; with no events it would still report hang-ups for ever.
-  watched.fd = events != 0 ? entry.descriptor : -1;
+  if (!entry.changed) {
+    changes.push_back(entry.shared_from_this());
+    entry.changed = true;
+  }
+}
+
+/// False without memory for it. A descriptor without events is taken out: the system would go on
+/// reporting its hang-up.
+bool Loop::TellSystem(WatchEntry& entry) const {
+  if (entry.events == entry.told) {
+    return true;
+  }
+  const int change = entry.events == 0 ? EPOLL_CTL_DEL
+                     : entry.told == 0 ? EPOLL_CTL_ADD
+                                       : EPOLL_CTL_MOD;
+  epoll_event wanted{};
+  wanted.events = static_cast<std::uint32_t>(entry.events);
+  wanted.data.ptr = &entry;
+  if (epoll_ctl(epoll, change, entry.descriptor, &wanted) != 0) {
+    return false;
+  }
+  entry.told = entry.events;
+  return true;
+}
+
+/// What the system has no memory for is told again in the next round.
+void Loop::TellChanges() {
+  std::erase_if(changes, [this](const std::shared_ptr<WatchEntry>& entry) {
+    entry->changed = !TellSystem(*entry);
+    return !entry->changed;
+  });
 }
 
 int MillisecondsUntil(LoopClock::time_point time) {
@@ -103,18 +149,18 @@ int MillisecondsUntil(LoopClock::time_point time) {
   return static_cast<int>(std::clamp<milliseconds::rep>(wait, 0, longest));
 }
 
-void Loop::Poll(LoopClock::time_point waitUntil) {
+void Loop::Wait(LoopClock::time_point waitUntil) {
+  TellChanges();
   const auto until = std::min(waitUntil, oTimers.NextDue());
-  int ready = poll(pollSet.data(), pollSet.size(), MillisecondsUntil(until));
-  for (std::size_t i = 0; i < pollSet.size() && ready > 0; ++i) {
-    if (pollSet[i].revents == 0) {
-      continue;
+  const int ready =
+      epoll_wait(epoll, found.data(), static_cast<int>(found.size()), MillisecondsUntil(until));
+  for (int i = 0; i < ready; ++i) {
+    const epoll_event& event = found[static_cast<std::size_t>(i)];
+    auto& entry = *static_cast<WatchEntry*>(event.data.ptr);
+    if (entry.reported == 0) {
+      queue.push_back(entry.shared_from_this());
     }
-    --ready;
-    if (entries[i]->reported == 0) {
-      queue.push_back(entries[i]);
-    }
-    entries[i]->reported = pollSet[i].revents;
+    entry.reported = static_cast<short>(event.events);
   }
 }
 
@@ -134,7 +180,7 @@ void Loop::DispatchQueue() noexcept {
 
 void Loop::Round(LoopClock::time_point waitUntil) {
   DispatchQueue();
-  Poll(waitUntil);
+  Wait(waitUntil);
   DispatchQueue();
 }
 
@@ -185,7 +231,7 @@ LoopWatch::LoopWatch(int descriptor, short events, std::function<void(short)> ha
     : oEntry(std::make_shared<WatchEntry>()) {
   oEntry->descriptor = descriptor;
   oEntry->handler = std::move(handler);
-  TheLoop().Add(oEntry, events);
+  TheLoop().Add(*oEntry, events);
 }
 
 LoopWatch::~LoopWatch() { TheLoop().Remove(*oEntry); }
