@@ -38,19 +38,27 @@ void PlaceAttributeMark(Characters& characters) {
   characters[kAttributeMark] = kAttributeMark;
 }
 
+// Whether all units have their own numbers on the other side. The attribute mark is one of them:
+// the lines of a response end in it.
 template <typename Unit>
-bool IsSevenBit(const Unit* units) {
-  unsigned all = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) all |= static_cast<std::make_unsigned_t<Unit>>(units[i]);
-  return all < 0x80;
+bool KeepNumbers(const Unit* units) {
+  using Number = std::make_unsigned_t<Unit>;
+  Number others = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    const auto number = static_cast<Number>(units[i]);
+    others = static_cast<Number>(others | (number == kAttributeMark ? 0 : number));
+  }
+  return others < 0x80;
 }
 
 // Carries blocks of 7-bit units over as they are, everything else through `map`.
 template <typename From, typename To, typename Map>
 void Convert(const From* from, std::size_t count, To* to, Map map) {
   while (count >= kBlock) {
-    if (IsSevenBit(from)) {
-      for (std::size_t i = 0; i < kBlock; ++i) to[i] = static_cast<To>(from[i]);
+    if (KeepNumbers(from)) {
+      for (std::size_t i = 0; i < kBlock; ++i) {
+        to[i] = static_cast<To>(static_cast<std::make_unsigned_t<From>>(from[i]));
+      }
     } else {
       for (std::size_t i = 0; i < kBlock; ++i) to[i] = map(from[i]);
     }
