@@ -191,47 +191,52 @@ void MeasureRequests(Figures& figures) {
   times.Report(figures, "64 M request in 1 KB pieces");
 }
 
+// The line that names the calling routine, as the request handler expects it.
+std::string WithHeaderLine(std::string_view request) {
+  return std::string("LOAD.TEST").append(1, kMark).append(request);
+}
+
+// About 2 KB, with line breaks as clients send them.
+std::string SmallRequest() {
+  return WithHeaderLine(TextToBytes(ReplaceAll(SampleResponse(2100), kCrLf, u"\u00FE")));
+}
+
 // The reader takes nothing until everything is queued, and then all.
 void MeasureSlowReader(Figures& figures) {
   const Server server;
   const ChildProcess& process = server.Process();
   Client slow = server.Connect();
   Client other = server.Connect();
-  other.Ask("idle");
+  other.Ask(SmallRequest());
   const auto idle = static_cast<double>(process.ResidentMemory());
 
   other.Ask(Prepare(kSize));
   process.ForgetPeak();
-  slow.SendRequest(kHandOutAsQuickBooks);
+  slow.SendRequest(WithHeaderLine(kHandOutAsQuickBooks));
   other.Ask(kTake);  // its turn comes when the long response is queued whole
-  const auto queued = static_cast<double>(process.ResidentMemory());
-  slow.AwaitAnswer();
-  const auto perCharacter = [&](double memory) {
-    return (memory - idle) / static_cast<double>(kSize);
-  };
-  if (perCharacter(queued) < 0.5) throw std::runtime_error("the response has left already");
+  const std::size_t received = slow.AwaitAnswer();
+  if (received != BytesOfAnswer(kSize)) throw std::runtime_error("an answer of another length");
+  const double above = static_cast<double>(process.PeakMemory()) - idle;
   figures.AtMost("64 M response to a slow reader, peak above the idle program",
-                 perCharacter(static_cast<double>(process.PeakMemory())), 6, "B/char");
-}
-
-std::string SmallRequest() {
-  const std::string header = std::string("LOAD.TEST") + kMark;
-  const Text body = ReplaceAll(SampleResponse(2100), kCrLf, u"\u00FE");
-  return header + TextToBytes(body);
+                 above / static_cast<double>(kSize), 6, "B/char");
 }
 
 // Receive, assemble, queue, one tick, request handler with QuickBooks answering at once, send.
-void MeasureProcessorTime(Figures& figures) {
+void MeasureSmallRequests(Figures& figures) {
   constexpr int kRequests = 1000;
   const std::string request = SmallRequest();
   const Server server;
   Client client = server.Connect();
   client.Ask(request);
   const Seconds before = server.Process().CpuTime();
-  for (int i = 0; i < kRequests; ++i) client.Ask(request);
+  const Seconds taken = TimeOf([&] {
+    for (int i = 0; i < kRequests; ++i) client.Ask(request);
+  });
   const Seconds used = server.Process().CpuTime() - before;
-  figures.AtMost("processor time of a 2 KB request with a 10 KB answer",
-                 used.count() * 1e6 / kRequests, 300, "us");
+  figures.AtMost("2 KB request with a 10 KB answer, processor time", used.count() * 1e6 / kRequests,
+                 300, "us");
+  figures.AtMost("2 KB request with a 10 KB answer, until it is there",
+                 taken.count() * 1e3 / kRequests, 20, "ms");
 }
 
 std::string SettingsFor(std::uint16_t port, const std::string& folder) {
@@ -272,7 +277,7 @@ int Measure() {
   MeasureResponses(figures);
   MeasureRequests(figures);
   MeasureSlowReader(figures);
-  MeasureProcessorTime(figures);
+  MeasureSmallRequests(figures);
   MeasureIdleProgram(figures);
   return figures.ExitCode();
 }

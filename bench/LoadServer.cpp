@@ -124,7 +124,7 @@ float LoadServer::ProcessRequest(Text& request, Text& response) {
   return 0;
 }
 
-// A plain copy: blocking, from and to a buffer that stays in the processor's cache.
+// A plain copy, blocking: out of memory that holds all the bytes, into a buffer that is used again.
 class CopyServer {
  public:
   std::uint16_t Port() const { return oListener.Port(); }
@@ -148,11 +148,8 @@ class CopyServer {
   }
 
   void SendBytes(const Connection& client, std::uint64_t bytes) {
-    while (bytes > 0) {
-      const auto piece = std::min<std::uint64_t>(bytes, oBuffer.size());
-      client.Send(std::span(oBuffer).first(piece));
-      bytes -= piece;
-    }
+    oBytes.resize(std::max<std::size_t>(bytes, oBytes.size()), 'x');
+    client.Send(std::span(oBytes).first(bytes));
   }
 
   void ReceiveBytes(const Connection& client, std::uint64_t bytes) {
@@ -165,6 +162,7 @@ class CopyServer {
   }
 
   Listener oListener;
+  std::vector<char> oBytes;
   std::vector<char> oBuffer = std::vector<char>(64 * 1024);
 };
 
