@@ -123,6 +123,19 @@ TEST(CodePage, ACharacterAnywhereInALongRunIsConverted) {
   }
 }
 
+TEST(CodePage, MarksInALongRunStayMarks) {
+  const CodePageTable table(std::nullopt);
+  std::string bytes(200, 'a');
+  Text text(200, u'a');
+  for (std::size_t at = 0; at < 200; at += 35) {
+    bytes[at] = '\xFE';
+    text[at] = kAttributeMark;
+  }
+
+  EXPECT_EQ(Decoded(table, bytes), text);
+  EXPECT_EQ(Encoded(table, text), bytes);
+}
+
 TEST(CodePage, LengthsAroundABlockComeOutWhole) {
   for (std::size_t length = 0; length < 200; ++length) {
     const std::string bytes(length, 'x');
