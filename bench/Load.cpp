@@ -15,7 +15,7 @@
 #include "bench/Figures.h"
 #include "bench/LoadServer.h"
 #include "bench/SampleText.h"
-#include "bench/posix/System.h"
+#include "bench/System.h"
 #include "tests/support/ScratchFolder.h"
 #include "transports/TransportSettings.h"
 #include "util/CodePage.h"

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "bench/SampleText.h"
-#include "bench/posix/System.h"
+#include "bench/System.h"
 #include "gateway/RequestHandler.h"
 #include "platform/EventLoop.h"
 #include "sockets/CSocketServer.h"

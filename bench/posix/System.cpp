@@ -1,4 +1,4 @@
-#include "bench/posix/System.h"
+#include "bench/System.h"
 
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -109,6 +109,7 @@ Connection Listener::Accept() const {
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command) {
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (const std::string& word : command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   int ends[2];

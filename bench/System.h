@@ -1,8 +1,7 @@
-// What the load program needs of Linux: processes and what they use, and plain blocking TCP on this
-// machine. Members raise std::system_error, or std::runtime_error where the system has no number.
+// What the load program needs of the system: processes and what they use, and plain blocking TCP on
+// this machine; the implementation is in posix/. Members raise std::system_error, or
+// std::runtime_error where the system has no number.
 #pragma once
-
-#include <sys/types.h>
 
 #include <cstdint>
 #include <span>
@@ -76,7 +75,7 @@ class ChildProcess {
  private:
   std::uint64_t Memory(const std::string& field) const;
 
-  pid_t lProcess = -1;
+  std::int32_t lProcess = -1;
   Descriptor oOutput;
 };
 
