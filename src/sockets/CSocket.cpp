@@ -207,7 +207,6 @@ void CSocket::ReadProperties() {
 }
 
 void CSocket::CloseSocket() {
-  CancelResolve();
   const bool tcp = iProtocol == SocketProtocol::kTcp;
   if (tcp && lHandle != kNoSocket && iState == SocketState::kConnected) {
     iState = SocketState::kClosing;

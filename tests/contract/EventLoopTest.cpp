@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "platform/EventLoop.h"
 
@@ -140,6 +142,21 @@ TEST(Timer, GetsItsTurnBesideOneThatIsAlwaysDue) {
   timer.SetEnabled(true);
 
   EXPECT_TRUE(Await([&] { return ticks > 5; }));
+}
+
+TEST(Timer, TicksFirstWhenItHasWaitedLongest) {
+  std::string ticks;
+  Timer third(milliseconds(200), [&] { ticks += "third "; });
+  Timer first(milliseconds(100), [&] { ticks += "first "; });
+  Timer second(milliseconds(150), [&] { ticks += "second "; });
+  third.SetEnabled(true);
+  first.SetEnabled(true);
+  second.SetEnabled(true);
+
+  BusyFor(milliseconds(250));
+  DoEvents();
+
+  EXPECT_EQ(ticks, "first second third ");
 }
 
 TEST(DoEvents, ReturnsAtOnceWhenNothingWaits) {

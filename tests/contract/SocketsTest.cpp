@@ -81,9 +81,10 @@ class SocketsTest : public testing::Test {
     }
     return condition();
   }
-  bool AwaitEvent(SocketHandle socket, SocketEvent event) {
-    return Await([&] { return sink.Told(socket, event); });
+  bool AwaitCount(SocketHandle socket, SocketEvent event, int count) {
+    return Await([&] { return sink.Count(socket, event) >= count; });
   }
+  bool AwaitEvent(SocketHandle socket, SocketEvent event) { return AwaitCount(socket, event, 1); }
 
   SocketHandle Keep(SocketResult<SocketHandle> result) {
     EXPECT_EQ(result.error, 0);
@@ -147,6 +148,17 @@ class SocketsTest : public testing::Test {
       total += static_cast<std::size_t>(sent.value);
     }
     return total;
+  }
+
+  /// Receives until this many bytes have come.
+  bool AwaitBytes(SocketHandle socket, std::size_t total) {
+    std::size_t count = 0;
+    return Await([&] {
+      for (auto piece = Receive(socket); piece.error == 0; piece = Receive(socket)) {
+        count += piece.value.size();
+      }
+      return count == total;
+    });
   }
 
   SocketLayer& sockets = SystemSockets();
@@ -251,7 +263,7 @@ TEST_F(SocketsTest, AnnouncesWhatIsLeftAfterAReceive) {
   const auto first = Receive(server, 3);
 
   EXPECT_EQ(first.value, "abc");
-  EXPECT_TRUE(Await([&] { return sink.Count(server, SocketEvent::kRead) > before; }));
+  EXPECT_TRUE(AwaitCount(server, SocketEvent::kRead, before + 1));
   EXPECT_EQ(Receive(server).value, "def");
 }
 
@@ -293,7 +305,7 @@ TEST_F(SocketsTest, TellsOfRoomAfterEachSend) {
 
   Send(client, "abc");
 
-  EXPECT_TRUE(Await([&] { return sink.Count(client, SocketEvent::kWrite) == 2; }));
+  EXPECT_TRUE(AwaitCount(client, SocketEvent::kWrite, 2));
 }
 
 TEST_F(SocketsTest, TellsOfRoomOnceAFullConnectionDrains) {
@@ -303,16 +315,8 @@ TEST_F(SocketsTest, TellsOfRoomOnceAFullConnectionDrains) {
   DoEventsFor(std::chrono::milliseconds(20));
   const int before = sink.Count(client, SocketEvent::kWrite);
 
-  std::size_t drained = 0;
-  const bool all = Await([&] {
-    for (auto piece = Receive(server); piece.error == 0; piece = Receive(server)) {
-      drained += piece.value.size();
-    }
-    return drained == total;
-  });
-
-  EXPECT_TRUE(all);
-  EXPECT_TRUE(Await([&] { return sink.Count(client, SocketEvent::kWrite) > before; }));
+  EXPECT_TRUE(AwaitBytes(server, total));
+  EXPECT_TRUE(AwaitCount(client, SocketEvent::kWrite, before + 1));
 }
 
 TEST_F(SocketsTest, TellsOfAnOrderlyCloseOnce) {
@@ -336,7 +340,7 @@ TEST_F(SocketsTest, TellsOfACloseOnlyWhenEverythingWasReceived) {
   EXPECT_FALSE(sink.Told(server, SocketEvent::kClose));
 
   EXPECT_EQ(Receive(server, 4).value, "last");
-  EXPECT_TRUE(Await([&] { return sink.Count(server, SocketEvent::kRead) >= 2; }));
+  EXPECT_TRUE(AwaitCount(server, SocketEvent::kRead, 2));
   EXPECT_FALSE(sink.Told(server, SocketEvent::kClose));
   EXPECT_EQ(Receive(server).value, " words");
 
@@ -459,7 +463,7 @@ TEST_F(SocketsTest, ServesConnectionAfterConnection) {
 
   for (int i = 0; i < 200; ++i) {
     const SocketHandle client = StartConnecting(listener);
-    ASSERT_TRUE(Await([&] { return sink.Count(listener, SocketEvent::kAccept) > i; }));
+    ASSERT_TRUE(AwaitCount(listener, SocketEvent::kAccept, i + 1));
     const auto accepted = sockets.Accept(listener);
     Close(client);
     Close(Keep(accepted));

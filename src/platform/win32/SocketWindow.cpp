@@ -109,7 +109,11 @@ void SocketWindow::CancelLookUp(LookUpHandle lookUp) {
 
 void SocketWindow::Opened(SocketHandle socket) { sockets[socket] = {}; }
 
-void SocketWindow::Connecting(SocketHandle socket) { sockets[socket].connecting = true; }
+void SocketWindow::Connecting(SocketHandle handle) {
+  if (Socket* const socket = Find(handle)) {
+    socket->connecting = true;
+  }
+}
 
 /// Windows itself tells of room only after a send would have blocked.
 void SocketWindow::Sent(SocketHandle handle) {

@@ -23,7 +23,7 @@ class CSocketServerTest : public testing::Test {
   CSocketServerTest() {
     Err.Clear();
     auto& events = server->Events;
-    events.DataArrival = [this](std::int16_t index, Text data, std::int32_t bytesTotal,
+    events.DataArrival = [this](std::int16_t index, const Text& data, std::int32_t bytesTotal,
                                 TextView remoteIP, TextView) {
       Log("data " + std::to_string(index) + " " + ToUtf8(data) + " " + std::to_string(bytesTotal) +
           " " + ToUtf8(remoteIP));
@@ -392,7 +392,8 @@ TEST_F(CSocketServerTest, MayBeStoppedByAHandler) {
   const auto first = Arrives();
   Arrives();
   log.clear();
-  server->Events.DataArrival = [&](std::int16_t, Text data, std::int32_t, TextView ip, TextView) {
+  server->Events.DataArrival = [&](std::int16_t, const Text& data, std::int32_t, TextView ip,
+                                   TextView) {
     server->StopServer();
     Log("data " + ToUtf8(data) + " from " + ToUtf8(ip));
   };
@@ -408,11 +409,12 @@ TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerOfAConnection) {
   ASSERT_TRUE(Start());
   const auto first = Arrives();
   server->Events = {};
-  server->Events.DataArrival = [&](std::int16_t, Text, std::int32_t, TextView, TextView) {
+  server->Events.DataArrival = [&](std::int16_t, const Text&, std::int32_t, TextView, TextView) {
     server.reset();
   };
+  network.incoming[first] = {{"abc"}, {"de"}};
 
-  network.Receives(first, "abc");
+  network.CloseByPeer(first);
 
   EXPECT_FALSE(server);
   EXPECT_TRUE(network.open.empty());
@@ -429,6 +431,19 @@ TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerOfTheListener) {
 
   EXPECT_FALSE(server);
   EXPECT_TRUE(network.open.empty());
+}
+
+TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerThatThenFails) {
+  ASSERT_TRUE(Start());
+  server->Events = {};
+  server->Events.Error = [&](std::int16_t, std::int16_t, Text&, std::int32_t, TextView) {
+    server.reset();
+    throw std::runtime_error("handler");
+  };
+
+  network.Tell(listener, SocketEvent::kAccept, 10050);
+
+  EXPECT_FALSE(server);
 }
 
 TEST_F(CSocketServerTest, MayBeDestroyedWhileItStarts) {
@@ -463,7 +478,8 @@ TEST_F(CSocketServerTest, MakesTheExceptionOfAHandlerAnErrorOfThatConnection) {
   const auto first = Arrives();
   const auto second = Arrives();
   log.clear();
-  server->Events.DataArrival = [&](std::int16_t index, Text, std::int32_t, TextView, TextView) {
+  server->Events.DataArrival = [&](std::int16_t index, const Text&, std::int32_t, TextView,
+                                   TextView) {
     if (index == 1) {
       throw std::bad_alloc();
     }

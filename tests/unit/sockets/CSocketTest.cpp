@@ -11,7 +11,6 @@ namespace ostrel {
 namespace {
 
 using doubles::FakeSockets;
-using doubles::kWouldBlock;
 using doubles::SocketEvent;
 using platform::kNoSocket;
 using testing::ElementsAre;
@@ -673,6 +672,25 @@ TEST_F(CSocketTest, MayBeClosedByItsHandlerDuringTheClose) {
 
   EXPECT_EQ(socket->State(), SocketState::kClosed);
   EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CSocketTest, MayTakeOverAnotherConnectionInItsHandlerDuringTheClose) {
+  const auto handle = Accepted();
+  const auto other = network.NewHandle();
+  network.incoming[handle] = {{"abc"}};
+  network.incoming[other] = {{"not announced yet"}};
+  socket->Events.OnDataArrival = [&](std::int32_t) {
+    if (socket->SocketHandle() == handle) {
+      socket->Accept(other);
+    }
+  };
+
+  network.CloseByPeer(handle);
+
+  EXPECT_EQ(socket->State(), SocketState::kConnected);
+  EXPECT_EQ(socket->SocketHandle(), other);
+  EXPECT_EQ(socket->BytesReceived(), 0);
+  EXPECT_FALSE(network.open.contains(handle));
 }
 
 TEST_F(CSocketTest, MayConnectAnewFromTheHandlerOfItsClose) {
