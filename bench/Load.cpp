@@ -48,6 +48,8 @@ class Client {
   void Send(std::string_view bytes) const { oConnection.Send(bytes); }
   void SendRequest(std::string_view text) const { Send(std::string(text) + kEndOfData); }
 
+  void AwaitBeginOfAnswer() const { oConnection.AwaitBytes(); }
+
   /// Reads up to the end-of-data mark; how many bytes that were, the mark included.
   std::size_t AwaitAnswer() {
     std::size_t total = 0;
@@ -213,6 +215,7 @@ void MeasureSlowReader(Figures& figures) {
   other.Ask(Prepare(kSize));
   process.ForgetPeak();
   slow.SendRequest(WithHeaderLine(kHandOutAsQuickBooks));
+  slow.AwaitBeginOfAnswer();
   other.Ask(kTake);  // its turn comes when the long response is queued whole
   const std::size_t received = slow.AwaitAnswer();
   if (received != BytesOfAnswer(kSize)) throw std::runtime_error("an answer of another length");

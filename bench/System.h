@@ -33,6 +33,8 @@ class Connection {
   explicit Connection(Descriptor accepted);
 
   void Send(std::span<const char> bytes) const;
+  /// Returns when there is something to receive, and leaves it there.
+  void AwaitBytes() const;
   /// At least one byte; 0 when the peer has finished.
   std::size_t Receive(std::span<char> buffer) const;
 

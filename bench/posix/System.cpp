@@ -87,6 +87,11 @@ void Connection::Send(std::span<const char> bytes) const {
   }
 }
 
+void Connection::AwaitBytes() const {
+  char next = 0;
+  Checked(recv(oDescriptor.Number(), &next, 1, MSG_PEEK), "recv");
+}
+
 std::size_t Connection::Receive(std::span<char> buffer) const {
   return static_cast<std::size_t>(
       Checked(recv(oDescriptor.Number(), buffer.data(), buffer.size(), 0), "recv"));
