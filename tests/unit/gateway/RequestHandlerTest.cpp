@@ -6,8 +6,8 @@
 #include "../doubles/FakeClock.h"
 #include "../doubles/FakeRequestProcessor.h"
 #include "../doubles/FakeTrace.h"
-#include "../doubles/TemporaryFolder.h"
 #include "gateway/RequestHandler.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
 namespace {
@@ -15,7 +15,6 @@ namespace {
 using doubles::FakeClock;
 using doubles::FakeQuickBooks;
 using doubles::FakeTrace;
-using doubles::TemporaryFolder;
 using std::chrono::seconds;
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -182,7 +181,7 @@ TEST_F(RequestHandlerTest, SelectsNoCompanyFileByAnEmptyName) {
 }
 
 TEST_F(RequestHandlerTest, SelectsTheDefaultCompanyFile) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   folder.Write(u"osl.ini", "[Quickbooks]\r\nFileName=C:\\default.qbw\r\n");
   settings.sIniFile = folder.Path(u"osl.ini");
 
@@ -195,7 +194,7 @@ TEST_F(RequestHandlerTest, SelectsTheDefaultCompanyFile) {
 }
 
 TEST_F(RequestHandlerTest, SelectsNothingWhenThereIsNoDefault) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   settings.sIniFile = folder.Path(u"osl.ini");
 
   EXPECT_EQ(Process(u"QBFILENAME:DEFAULT"), 0);
@@ -382,14 +381,14 @@ TEST_F(RequestHandlerTest, TellsTheClientToTestTheConnectionWithoutQuickBooks) {
 }
 
 TEST_F(RequestHandlerTest, WritesNoHistoryWhenItCannotOpen) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   settings.bHistory = true;
   settings.sHistPath = folder.Path();
   quickBooks.Fail(u"OpenConnection", 0x80040408);
 
   EXPECT_EQ(Process(u"<a/>"), 0x408);
 
-  EXPECT_EQ(folder.Count(), 0u);
+  EXPECT_EQ(folder.EntryCount(), 0u);
 }
 
 TEST_F(RequestHandlerTest, ReturnsTheNumberOfARejectedRequest) {
@@ -498,7 +497,7 @@ class HistoryTest : public RequestHandlerTest {
 
   std::string File() const { return folder.Read(u"1050201090307AM.txt"); }
 
-  TemporaryFolder folder;
+  ScratchFolder folder;
   const std::string rule = std::string(60, '=') + "\r\n";
 };
 
@@ -562,14 +561,14 @@ TEST_F(HistoryTest, IsSkippedWhenTheFileCannotBeOpened) {
   EXPECT_EQ(Process(u"<a/>"), 0);
 
   EXPECT_EQ(response, quickBooks.sResponse);
-  EXPECT_EQ(folder.Count(), 0u);
+  EXPECT_EQ(folder.EntryCount(), 0u);
 }
 
 TEST_F(HistoryTest, IsNotWrittenForCompanyFileAndClose) {
   Process(u"QBFILENAME:x");
   Process(u"CLOSEQB:");
 
-  EXPECT_EQ(folder.Count(), 0u);
+  EXPECT_EQ(folder.EntryCount(), 0u);
 }
 
 TEST_F(HistoryTest, IsWrittenForAHostQueryAndShowsTheCommand) {
@@ -584,7 +583,7 @@ TEST_F(HistoryTest, GetsANameThatAFileMayHave) {
 
   Process(u"<a/>");
 
-  EXPECT_TRUE(folder.Holds(u"05.01.2010090307.txt"));
+  EXPECT_TRUE(folder.Has(u"05.01.2010090307.txt"));
 }
 
 TEST_F(HistoryTest, IsLeftOutWhenItIsOff) {
@@ -592,7 +591,7 @@ TEST_F(HistoryTest, IsLeftOutWhenItIsOff) {
 
   Process(u"<a/>");
 
-  EXPECT_EQ(folder.Count(), 0u);
+  EXPECT_EQ(folder.EntryCount(), 0u);
   EXPECT_THAT(trace.Status, Not(Contains(u"Creating Log File: 1050201090307AM.txt")));
 }
 

@@ -1,13 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "../doubles/TemporaryFolder.h"
 #include "gateway/XmlLayout.h"
 #include "platform/EventLoop.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
 namespace {
-
-using doubles::TemporaryFolder;
 
 Text Formatted(Text text) {
   FormatXmlText(text);
@@ -16,9 +14,9 @@ Text Formatted(Text text) {
 
 // The bytes of the response file.
 std::string Written(TextView response) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   EXPECT_TRUE(WriteResponseFile(response, folder.Path(u"a.osl")));
-  EXPECT_EQ(folder.Count(), 1u);
+  EXPECT_EQ(folder.EntryCount(), 1u);
   return folder.Read(u"a.osl");
 }
 
@@ -168,13 +166,13 @@ TEST(XmlLayout, BoundsTheIndentationOfEndlessNesting) {
 }
 
 TEST(ResponseFile, ReplacesAnEarlierOne) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   folder.Write(u"a.osl", std::string(1000, 'x'));
 
   EXPECT_TRUE(WriteResponseFile(u"<A/>", folder.Path(u"a.osl")));
 
   EXPECT_EQ(folder.Read(u"a.osl"), "<A/>\r\n");
-  EXPECT_EQ(folder.Count(), 1u);
+  EXPECT_EQ(folder.EntryCount(), 1u);
 }
 
 TEST(ResponseFile, IsWrittenInTheCodePage) {
@@ -182,32 +180,32 @@ TEST(ResponseFile, IsWrittenInTheCodePage) {
 }
 
 TEST(ResponseFile, CannotBeWrittenWithoutItsFolder) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
 
   EXPECT_FALSE(WriteResponseFile(u"<A/>", folder.Path(u"none\\a.osl")));
 
-  EXPECT_EQ(folder.Count(), 0u);
+  EXPECT_EQ(folder.EntryCount(), 0u);
 }
 
 TEST(ResponseFile, LeavesNothingBehindWhenItsPlaceIsTaken) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   folder.MakeFolder(u"a.osl");
 
   EXPECT_FALSE(WriteResponseFile(u"<A/>", folder.Path(u"a.osl")));
 
-  EXPECT_EQ(folder.Count(), 1u);
+  EXPECT_EQ(folder.EntryCount(), 1u);
 }
 
 // Long enough for several pieces; events run between them and see no half file.
 TEST(ResponseFile, AppearsWhole) {
-  const TemporaryFolder folder;
+  const ScratchFolder folder;
   Text response;
   for (int i = 0; i < 50'000; ++i) response += u"<Element>text</Element>";
   int looks = 0;
   bool seen = false;
   platform::Timer look(std::chrono::milliseconds(1), [&] {
     ++looks;
-    seen = seen || folder.Holds(u"a.osl");
+    seen = seen || folder.Has(u"a.osl");
   });
   look.SetEnabled(true);
 

@@ -6,9 +6,9 @@
 #include "../doubles/FakeSocketService.h"
 #include "../doubles/FakeTrace.h"
 #include "../doubles/FakeWindow.h"
-#include "../doubles/TemporaryFolder.h"
 #include "shell/CommunicationModes.h"
 #include "shell/Menus.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
 namespace {
@@ -42,7 +42,7 @@ class CommunicationModesTest : public testing::Test {
     return Folder.Read(u"osl.ini").find(line) != std::string::npos;
   }
 
-  doubles::TemporaryFolder Folder;
+  ScratchFolder Folder;
   doubles::FakeWindow Window;
   doubles::FakeTrace Trace;
   doubles::FakeNetwork Network;

@@ -10,8 +10,8 @@
 #include "../doubles/FakeRequestProcessor.h"
 #include "../doubles/FakeSocketService.h"
 #include "../doubles/FakeWindow.h"
-#include "../doubles/TemporaryFolder.h"
 #include "shell/frmMain.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
 
@@ -42,7 +42,7 @@ class FormTest : public testing::Test {
     return std::find(Window.Status.begin(), Window.Status.end(), line) != Window.Status.end();
   }
 
-  doubles::TemporaryFolder Folder;
+  ScratchFolder Folder;
   doubles::FakeWindow Window;
   doubles::FakeClock Clock;
   doubles::FakeQuickBooks QuickBooks;

@@ -4,10 +4,10 @@
 
 #include "../doubles/FakeClock.h"
 #include "../doubles/FakeWindow.h"
-#include "../doubles/TemporaryFolder.h"
 #include "shell/Logs.h"
 #include "shell/Menus.h"
 #include "shell/Version.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
 namespace {
@@ -45,7 +45,7 @@ class LogsTest : public testing::Test {
     });
   }
 
-  doubles::TemporaryFolder Folder;
+  ScratchFolder Folder;
   doubles::FakeClock Clock;
   doubles::FakeWindow Window;
   AppSettings Settings;
@@ -59,7 +59,7 @@ TEST_F(LogsTest, StartsWithTheCommLogOff) {
   Log.WriteCommLog(u"line");
   Log.AddStatus(u"status");
 
-  EXPECT_EQ(Folder.Count(), 0u);
+  EXPECT_EQ(Folder.EntryCount(), 0u);
 }
 
 TEST_F(LogsTest, AppendsADatedLine) {
@@ -89,7 +89,7 @@ TEST_F(LogsTest, LeavesNoClosingLineInTheCommLog) {
 
   Log.mnuToolsCommLog_Click();
 
-  EXPECT_EQ(Folder.Count(), 0u);
+  EXPECT_EQ(Folder.EntryCount(), 0u);
   EXPECT_FALSE(Window.Checked.at(mnuToolsCommLog));
   EXPECT_FALSE(Log.CommLogEnabled());
 }
@@ -140,7 +140,7 @@ TEST_F(LogsTest, WritesAHistoryFileNamedAfterTheMoment) {
   Log.WriteHistoryFile(u"line one\u00FEline two");
 
   EXPECT_EQ(Folder.Read(u"1050201090307AM.txt"), OpeningLines() + "line one\r\nline two");
-  EXPECT_EQ(Folder.Count(), 1u);
+  EXPECT_EQ(Folder.EntryCount(), 1u);
 }
 
 TEST_F(LogsTest, LeavesTheNameOutOfTheStatusLine) {
@@ -155,7 +155,7 @@ TEST_F(LogsTest, WritesNoHistoryFileWhileHistoryIsOff) {
 
   Log.WriteHistoryFile(u"text");
 
-  EXPECT_EQ(Folder.Count(), 0u);
+  EXPECT_EQ(Folder.EntryCount(), 0u);
   EXPECT_TRUE(Window.Status.empty());
 }
 
@@ -163,7 +163,7 @@ TEST_F(LogsTest, OverwritesTheHistoryFileOfTheSameSecond) {
   Log.WriteHistoryFile(u"longer than the second");
   Log.WriteHistoryFile(u"second");
 
-  EXPECT_EQ(Folder.Count(), 1u);
+  EXPECT_EQ(Folder.EntryCount(), 1u);
   EXPECT_TRUE(Folder.Read(u"1050201090307AM.txt").starts_with(OpeningLines() + "second"));
 }
 
@@ -172,7 +172,7 @@ TEST_F(LogsTest, NamesHistoryFilesInAnyLocale) {
 
   Log.WriteHistoryFile(u"text");
 
-  EXPECT_TRUE(Folder.Holds(u"05.01.201090307.txt"));
+  EXPECT_TRUE(Folder.Has(u"05.01.201090307.txt"));
 }
 
 TEST_F(LogsTest, GoesOnWithoutAHistoryFolder) {
@@ -180,7 +180,7 @@ TEST_F(LogsTest, GoesOnWithoutAHistoryFolder) {
 
   Log.WriteHistoryFile(u"text");
 
-  EXPECT_EQ(Folder.Count(), 0u);
+  EXPECT_EQ(Folder.EntryCount(), 0u);
 }
 
 TEST_F(LogsTest, SeparatesTheHistoryHeaderByAttributeMarks) {
@@ -201,7 +201,7 @@ TEST_F(LogsTest, WritesAnErrorFileOfTwoLines) {
   Log.WriteErrorFile(Folder.Path(u"request.osl"), u"99", u"Loading Quickbooks");
 
   EXPECT_EQ(Folder.Read(u"request.osl"), "ERROR 99\r\nLoading Quickbooks\r\n");
-  EXPECT_EQ(Folder.Count(), 1u);
+  EXPECT_EQ(Folder.EntryCount(), 1u);
 }
 
 TEST_F(LogsTest, GoesOnWithoutFoldersForStatusAndErrors) {
@@ -210,7 +210,7 @@ TEST_F(LogsTest, GoesOnWithoutFoldersForStatusAndErrors) {
   Log.WriteStatusFile(u"busy");
   Log.WriteErrorFile(Folder.Path(u"missing\\request.osl"), u"1", u"text");
 
-  EXPECT_EQ(Folder.Count(), 0u);
+  EXPECT_EQ(Folder.EntryCount(), 0u);
 }
 
 }  // namespace

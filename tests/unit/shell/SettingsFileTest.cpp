@@ -3,9 +3,9 @@
 
 #include "../doubles/FakeTrace.h"
 #include "../doubles/FakeWindow.h"
-#include "../doubles/TemporaryFolder.h"
 #include "shell/Menus.h"
 #include "shell/SettingsFile.h"
+#include "tests/support/ScratchFolder.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {
@@ -40,7 +40,7 @@ class SettingsFileTest : public testing::Test {
     return {0, u""};
   }
 
-  doubles::TemporaryFolder Folder;
+  ScratchFolder Folder;
   doubles::FakeWindow Window;
   doubles::FakeTrace Trace;
   AppSettings Settings;
@@ -108,7 +108,7 @@ TEST_F(SettingsFileTest, GoesOnWithDefaultsWithoutTheFile) {
 TEST_F(SettingsFileTest, LeavesAnEmptyFileBehind) {
   File.LoadSettings();
 
-  EXPECT_TRUE(Folder.Holds(u"osl.ini"));
+  EXPECT_TRUE(Folder.Has(u"osl.ini"));
   EXPECT_EQ(Ini(), "");
 }
 
@@ -155,21 +155,21 @@ TEST_F(SettingsFileTest, BindsTheCommLogToTheHistoryFolder) {
 TEST_F(SettingsFileTest, CreatesTheStatusFolder) {
   Load("[General]\r\nStatusPath=%AppPath%\\State\r\n");
 
-  EXPECT_TRUE(Folder.Holds(u"Program/state"));
-  EXPECT_FALSE(Folder.Holds(u"Program/history"));
+  EXPECT_TRUE(Folder.Has(u"Program/state"));
+  EXPECT_FALSE(Folder.Has(u"Program/history"));
 }
 
 TEST_F(SettingsFileTest, CreatesTheHistoryFolderWhenHistoryIsOn) {
   Load("[General]\r\nHistory=1\r\n");
 
-  EXPECT_TRUE(Folder.Holds(u"Program/history"));
+  EXPECT_TRUE(Folder.Has(u"Program/history"));
 }
 
 TEST_F(SettingsFileTest, LeavesTheFoldersOfTheFolderTransportToIt) {
   Load("");
 
-  EXPECT_FALSE(Folder.Holds(u"Program/process"));
-  EXPECT_FALSE(Folder.Holds(u"Program/response"));
+  EXPECT_FALSE(Folder.Has(u"Program/process"));
+  EXPECT_FALSE(Folder.Has(u"Program/response"));
 }
 
 TEST_F(SettingsFileTest, TellsThatAFolderCannotBeCreated) {
@@ -251,7 +251,7 @@ TEST_F(SettingsFileTest, TurnsHistoryOnFromTheMenu) {
   EXPECT_TRUE(Settings.bHistory);
   EXPECT_TRUE(Window.Checked.at(mnuToolsHist));
   EXPECT_NE(Ini().find("History=1"), std::string::npos);
-  EXPECT_TRUE(Folder.Holds(u"Program/later"));
+  EXPECT_TRUE(Folder.Has(u"Program/later"));
 }
 
 TEST_F(SettingsFileTest, ReadsTheHistoryFolderAgainWhenHistoryIsTurnedOn) {

@@ -297,7 +297,7 @@ TEST_F(frmMainTest, SwitchesTheCommLogFromTheMenu) {
 
   Form->MenuClick(mnuToolsCommLog);
 
-  EXPECT_TRUE(Folder.Holds(u"history/Comm.log"));
+  EXPECT_TRUE(Folder.Has(u"history/Comm.log"));
 }
 
 TEST_F(frmMainTest, TogglesHistoryFromTheMenu) {
