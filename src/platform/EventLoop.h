@@ -25,6 +25,11 @@ int RunEventLoop();
 /// RunEventLoop has begun, makes it return at once.
 void QuitEventLoop(int exitCode);
 
+/// Whether the handler that asks runs inside another one that is waiting: in its DoEvents, in a
+/// message box or a menu that it opened. False from the outermost loop. What blocks for long must
+/// not be entered then, for it would hold up the other handler.
+bool IsNestedHandler();
+
 /// A recurring timer. A tick is raised on the loop at the earliest one interval after the timer was
 /// enabled or last ticked; ticks that come due while the loop is held up are raised once. A tick
 /// that comes due while the timer's own handler is on the stack is skipped. Due timers get their
