@@ -1,4 +1,5 @@
-// The main window as the main form sees it. The form decides what stands where; a window shows it.
+// The main window's contents as the main form sees them: the form decides what stands where, a
+// window shows it. The frame around them is platform/WindowFrame.h.
 #pragma once
 
 #include "util/Text.h"

@@ -1,0 +1,62 @@
+// The program's one window, with all that belongs to it: menu bar, status list, notice, dialogs and
+// the icon in the notification area. Only for programs that have a window.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/Dialogs.h"
+#include "platform/MainWindow.h"
+#include "platform/NotifyIcon.h"
+#include "platform/Processes.h"
+#include "platform/TextForm.h"
+#include "platform/WindowFrame.h"
+
+namespace ostrel::platform {
+
+/// One entry of the menu bar, in the order in which they are shown.
+struct MenuDescription {
+  MenuId id;
+  MenuId parent = 0;  // 0: stands on the bar itself
+  TextView caption;   // "&" before the access key; "-": a separator
+};
+
+struct ApplicationWindowDescription {
+  Text caption;
+  Text notice;  // stands below the status list, wrapped
+  std::vector<MenuDescription> menus;
+};
+
+class ApplicationWindow : public MainWindow, public WindowFrame {
+ public:
+  enum class CloseReason { kCloseBox, kSystemEnds, kOther };
+
+  /// A menu item was chosen, or one on the bar is about to open.
+  std::function<void(MenuId)> MenuClick;
+  /// The size or the state has changed.
+  std::function<void()> Resize;
+  /// The window is asked to close; nothing closes it but its destruction.
+  std::function<void(CloseReason)> CloseRequest;
+  /// A status line was double-clicked, or Enter pressed on it.
+  std::function<void(TextView line)> StatusDoubleClick;
+
+  /// Fits the status list, above the notice, to the window's inner size.
+  virtual void FitStatusList() = 0;
+};
+
+/// Created hidden, in the state that the program's starter asked for.
+std::unique_ptr<ApplicationWindow> MakeApplicationWindow(
+    const ApplicationWindowDescription& description);
+
+/// They belong to this window, or to none, and must not outlive it.
+std::unique_ptr<Dialogs> MakeDialogs(ApplicationWindow& owner);
+std::unique_ptr<TextForm> MakeTextForm(const TextFormDescription& description);
+std::unique_ptr<NotifyIcon> MakeNotifyIcon();
+std::unique_ptr<Processes> MakeProcesses();
+
+/// Restores the marked window of another instance when it is minimised, shows it and brings it to
+/// the front. False when no window has the mark.
+bool ActivateMarkedWindow(TextView mark);
+
+}  // namespace ostrel::platform
