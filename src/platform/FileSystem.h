@@ -3,8 +3,10 @@
 // refuses while it is open, POSIX does not. No name here collides with a macro of Windows' headers.
 #pragma once
 
+#include <optional>
 #include <vector>
 
+#include "platform/Clock.h"
 #include "util/Text.h"
 
 namespace ostrel::platform {
@@ -20,6 +22,9 @@ int RenameOver(TextView from, TextView to);
 int DuplicateFile(TextView from, TextView to);
 /// To the recycle bin; where there is none, erased.
 int RecyclePath(TextView path, bool confirm);
+/// When the file was last written. It is not opened for that, so it may be in use by anyone;
+/// nothing when it is missing.
+std::optional<TimePoint> ModifiedTime(TextView path);
 
 /// Creates an empty file with a new name that begins with the first three characters of `prefix`
 /// and returns its path, or an empty text.

@@ -14,10 +14,11 @@ class FolderNotification {
  public:
   virtual ~FolderNotification() = default;
 
-  /// Begins to watch, whatever was watched before. 0, or the error number. Use one place in the
-  /// loop only: a wait must not be entered while another of the same object is on the stack.
+  /// Begins to watch, whatever was watched before. 0, or the error number and nothing has changed.
+  /// Use one place in the loop only: a wait must not be entered while another of the same object is
+  /// on the stack.
   virtual int Open(TextView folder) = 0;
-  /// Harmless when repeated. A wait that is on the stack ends.
+  /// Harmless when repeated. A wait that is on the stack ends; the object itself must outlive it.
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
 
@@ -27,7 +28,7 @@ class FolderNotification {
   virtual WaitResult WaitWithEvents(std::chrono::milliseconds time) = 0;
   /// To be called after kChanged and before the next wait. Changes between kChanged and this call
   /// are told by the next wait. 0, or the error number when the folder can no longer be watched (it
-  /// has been removed, say).
+  /// has been removed, say): from then on waits only let the time pass, until Open or Close.
   virtual int Rearm() = 0;
 };
 

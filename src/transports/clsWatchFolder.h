@@ -1,11 +1,13 @@
 // Watches a folder, or one file in it, and tells of each change. Both waits block their caller
-// until WatchStop and dispatch the program's events meanwhile: enter them at the bottom of the
-// stack only.
+// until WatchStop or the loop's end and dispatch the program's events meanwhile: enter them at the
+// bottom of the stack only. A folder that goes away while it is watched is watched again when it is
+// back, which is told as a change.
 #pragma once
 
 #include <functional>
 #include <memory>
 
+#include "platform/EventLoop.h"
 #include "platform/FolderNotification.h"
 #include "util/Text.h"
 
@@ -20,21 +22,35 @@ class clsWatchFolder {
   clsWatchFolder(const clsWatchFolder&) = delete;
   clsWatchFolder& operator=(const clsWatchFolder&) = delete;
 
-  /// Raises FileChanged each time the file's modification time has become later than the last seen.
+  /// Raises FileChanged each time the file's modification time has become later than the last seen:
+  /// at first the one that it has now, none when it is missing.
   void WatchFile(TextView folder, TextView fileName);
-  /// Raises FolderChanged each time the folder has changed.
+  /// Raises FolderChanged each time the folder has changed. A second watch of the object while one
+  /// is on the stack does nothing.
   void WatchFolder(TextView path);
-  /// May be called from inside an event; harmless when nothing is watched.
+  /// Dispatches the events that wait before the folder is let go. May be called from inside an
+  /// event; harmless when nothing is watched.
   void WatchStop();
 
   std::function<void(TextView path)> FolderChanged;
   std::function<void()> FileChanged;
   /// A message box of the application.
   std::function<void(TextView text)> ShowMessage;
+  /// What gives other events their turn between rounds; a test may put its own in place.
+  std::function<void()> DoEvents = platform::DoEvents;
 
  private:
+  class Watch;
+
+  bool Begin(const Text& folder);
+  void Run(const Text& folder, const std::function<void()>& changed);
+  // False when the watch is over.
+  bool WaitForChange();
+  bool WaitForReturn(const Text& folder);
+
   std::unique_ptr<platform::FolderNotification> oNotification;
   bool bStop = false;
+  bool bWatching = false;  // a watch is on the stack
 };
 
 }  // namespace ostrel

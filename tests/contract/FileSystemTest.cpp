@@ -3,6 +3,7 @@
 
 #include "platform/FileNames.h"
 #include "platform/FileSystem.h"
+#include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -222,6 +223,21 @@ TEST(SystemError, EveryNumberHasASentenceOnOneLine) {
     EXPECT_EQ(sentence.find_first_of(u"\r\n"), Text::npos);
   }
   EXPECT_NE(SystemErrorText(kFileNotFound), SystemErrorText(kDiskFull));
+}
+
+TEST_F(FileSystemTest, TheModifiedTimeIsTheLastWrites) {
+  oFolder.Write(u"a.txt", "abc");
+  File file;
+  ASSERT_EQ(file.Open(Path(u"a.txt"), FileAccess::kRead, FileCreation::kOpenExisting), 0);
+
+  const auto modified = ModifiedTime(Path(u"a.txt"));
+
+  ASSERT_TRUE(modified);  // although the file is open and not shared
+  EXPECT_EQ(*modified, file.Times()->modified);
+}
+
+TEST_F(FileSystemTest, WhatIsMissingHasNoModifiedTime) {
+  EXPECT_FALSE(ModifiedTime(Path(u"a.txt")));
 }
 
 }  // namespace

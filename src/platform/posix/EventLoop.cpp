@@ -55,8 +55,11 @@ class Loop {
   TimerList oTimers;
   std::shared_ptr<LoopMailbox> oMailbox = std::make_shared<LoopMailbox>();
   std::optional<int> quitCode;
+  int handlers = 0;  // on the stack
 
  private:
+  void TickDue();
+  void RunHandler(const WatchEntry& entry, short reported);
   bool TellSystem(WatchEntry& entry) const;
   void TellChanges();
   void Wait(LoopClock::time_point waitUntil);
@@ -164,17 +167,29 @@ void Loop::Wait(LoopClock::time_point waitUntil) {
   }
 }
 
+void Loop::TickDue() {
+  ++handlers;
+  oTimers.TickDue();
+  --handlers;
+}
+
+void Loop::RunHandler(const WatchEntry& entry, short reported) {
+  ++handlers;
+  entry.handler(reported);
+  --handlers;
+}
+
 /// A handler that raises ends the program here: the callers above the seam catch everything.
 void Loop::DispatchQueue() noexcept {
-  oTimers.TickDue();
+  TickDue();
   while (!queue.empty()) {
     const std::shared_ptr<WatchEntry> entry = std::move(queue.front());
     queue.pop_front();
     const short reported = std::exchange(entry->reported, short{0});
     if (!entry->destroyed && entry->events != 0) {
-      entry->handler(reported);
+      RunHandler(*entry, reported);
     }
-    oTimers.TickDue();
+    TickDue();
   }
 }
 
@@ -207,6 +222,10 @@ void DoEventsFor(std::chrono::milliseconds time) {
 bool DoEventsUntil(const std::function<bool()>& done, LoopClock::time_point deadline) {
   return TheLoop().DispatchUntil(done, deadline);
 }
+
+bool LoopIsToQuit() { return TheLoop().quitCode.has_value(); }
+
+bool IsNestedHandler() { return TheLoop().handlers > 1; }
 
 int RunEventLoop() {
   Loop& loop = TheLoop();

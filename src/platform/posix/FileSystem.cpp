@@ -97,6 +97,13 @@ int DuplicateFile(TextView from, TextView to) {
 
 int RecyclePath(TextView path, bool /*confirm*/) { return EraseFile(path); }
 
+std::optional<TimePoint> ModifiedTime(TextView path) {
+  struct stat status;
+  if (!StatusOf(AT_FDCWD, ResolvePath(path).c_str(), status)) return {};
+  return TimePoint(std::chrono::seconds(status.st_mtim.tv_sec) +
+                   std::chrono::nanoseconds(status.st_mtim.tv_nsec));
+}
+
 Text MakeTemporaryFile(TextView folder, TextView prefix) {
   const Text start(prefix.substr(0, 3));
   if (folder.empty() || start.find_first_of(u"\\/") != Text::npos) return {};

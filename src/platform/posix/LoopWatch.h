@@ -62,4 +62,7 @@ std::shared_ptr<LoopMailbox> TheMailbox();
 bool DoEventsUntil(const std::function<bool()>& done,
                    std::chrono::steady_clock::time_point deadline);
 
+/// Whether the loop was told to quit and has not returned yet.
+bool LoopIsToQuit();
+
 }  // namespace ostrel::platform

@@ -8,6 +8,7 @@
 
 #include "platform/FileNames.h"
 #include "platform/SystemError.h"
+#include "platform/win32/FileTime.h"
 #include "platform/win32/Path.h"
 
 namespace ostrel::platform {
@@ -69,6 +70,12 @@ int RecyclePath(TextView path, bool confirm) {
   const int failure = SHFileOperationW(&operation);
   if (failure == 0) return operation.fAnyOperationsAborted ? kAccessDenied : 0;
   return kGeneralFailure;  // the shell's numbers are of its own kind
+}
+
+std::optional<TimePoint> ModifiedTime(TextView path) {
+  WIN32_FILE_ATTRIBUTE_DATA found;
+  if (!GetFileAttributesExW(SystemPath(path).c_str(), GetFileExInfoStandard, &found)) return {};
+  return FromFileTime(found.ftLastWriteTime);
 }
 
 Text MakeTemporaryFile(TextView folder, TextView prefix) {
