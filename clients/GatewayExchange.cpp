@@ -1,5 +1,6 @@
 #include "clients/GatewayExchange.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 #include <vector>
@@ -21,14 +22,14 @@ std::optional<int> ErrorNumber(std::string_view header) {
   return number;
 }
 
-}  // namespace
-
-Answer::Answer(std::string_view frame) {
-  const std::size_t mark = frame.find(kMark);
-  header = frame.substr(0, mark);
-  body = mark == std::string_view::npos ? std::string_view() : frame.substr(mark + 1);
-  errorNumber = ErrorNumber(header);
+// frame: without the end-of-data mark.
+Answer AnswerInFrame(std::string_view frame) {
+  const std::size_t mark = std::min(frame.find(kMark), frame.size());
+  const std::string_view body = frame.substr(std::min(mark + 1, frame.size()));
+  return {ErrorNumber(frame.substr(0, mark)), std::string(body)};
 }
+
+}  // namespace
 
 GatewayExchange::GatewayExchange(TextView host, int port, std::chrono::milliseconds timeout)
     : oSocket(CSocket::Create()), tmrTimeout(timeout, [this] {
@@ -43,16 +44,16 @@ ExchangeResult GatewayExchange::Run(std::string_view request) {
   oSocket->Events.OnConnect = [&] { oSocket->SendData(std::span(bytes)); };
   oSocket->Events.OnDataArrival = [this](std::int32_t) { OnDataArrival(); };
   oSocket->Events.OnClose = [this] {
-    End(ExchangeResult::kNoConnection, u"the gateway closed the connection before its answer");
+    End(ExchangeResult::kNotReached, u"the gateway closed the connection before its answer");
   };
   oSocket->Events.OnError = [this](std::int16_t, Text& description, auto&&...) {
-    End(ExchangeResult::kNoConnection, description);
+    End(ExchangeResult::kNotReached, description);
   };
   tmrTimeout.SetEnabled(true);
   try {
     oSocket->Connect();
   } catch (const RunTimeError& error) {
-    End(ExchangeResult::kNoConnection, error.Description);
+    End(ExchangeResult::kNotReached, error.Description);
   }
   if (!oResult) platform::RunEventLoop();
   oSocket->Events = {};
@@ -75,13 +76,13 @@ void GatewayExchange::OnDataArrival() {
 }
 
 void GatewayExchange::OnFrame(std::string_view received) {
-  if (FrameReceived) FrameReceived(received);
+  if (Received) Received(received);
   received.remove_suffix(1);
-  if (ErrorNumber(received.substr(0, received.find(kMark))) == kLoadingNotice) {
+  answer = AnswerInFrame(received);
+  if (answer.errorNumber == kLoadingNotice) {
     if (StillLoading) StillLoading();
     return;
   }
-  frame = received;
   End(ExchangeResult::kAnswered, {});
 }
 

@@ -8,28 +8,31 @@
 namespace ostrel {
 
 const TextView kSendUsage =
-    uR"(ostrel-send [--host H] [--port P] [--timeout SECONDS] [--header NAME] [--raw] TEXT | @FILE | -
+    uR"(ostrel-send [--host H] [--port P] [OPTION...] TEXT | @FILE | -
+ostrel-send --folder PROCESS RESPONSE [OPTION...] TEXT | @FILE | -
 
-Sends one request to Ostrel Server and prints the answer.
+Sends one request to Ostrel Server, over TCP or through files, and prints the answer.
 
   TEXT             the request: a gateway command or qbXML
   @FILE            the request stands in this file
   -                the request comes on standard input
   --host H         the gateway's host (127.0.0.1)
   --port P         its port (4999)
+  --folder P R     through files instead: the gateway's process folder and its response folder
   --timeout S      give up after this many seconds (300)
   --header NAME    put a line with the calling routine's name in front of the request
-  --raw            send and print bytes as they are; without it line breaks travel as attribute
-                   marks, and the answer's attribute marks are printed as line breaks
+  --raw            send and print bytes as they are; without it line breaks are sent and printed as
+                   each side needs them: attribute marks over TCP, CR LF in files, lines here
 
 Examples:
   ostrel-send QUICKBOOKSINFO
   ostrel-send --host backoffice "QBFILENAME:C:\Books\My Company.QBW"
   ostrel-send @customers.xml
   ostrel-send --header CUSTOMER.LIST - < customers.xml
+  ostrel-send --folder C:\Ostrel\Process C:\Ostrel\Response @customers.xml
 
-Exit code: 0 an answer, 1 the gateway answered with an error, 2 no connection, 3 no answer in time,
-64 the command line cannot be understood.
+Exit code: 0 an answer, 1 the gateway answered with an error, 2 no connection or no such folder,
+3 no answer in time, 64 the command line cannot be understood.
 )";
 
 namespace {
@@ -44,35 +47,44 @@ int Number(TextView option, TextView text, int smallest, int largest) {
                    u" to " + ToText(std::int64_t{largest}) + u", not \"" + Text(text) + u"\"");
 }
 
-using Setter = std::function<void(SendOptions&, TextView)>;
+using Values = std::span<const Text>;
 
-const std::map<TextView, Setter> kWithValue = {
-    {u"--host", [](SendOptions& options, TextView value) { options.host = value; }},
-    {u"--port", [](SendOptions& options,
-                   TextView value) { options.port = Number(u"--port", value, 1, 65535); }},
-    {u"--timeout",
-     [](SendOptions& options, TextView value) {
-       options.timeout = std::chrono::seconds(Number(u"--timeout", value, 1, 86400));
-     }},
-    {u"--header", [](SendOptions& options, TextView value) { options.header = value; }},
+struct Option {
+  std::size_t values;  // how many follow it
+  std::function<void(SendOptions&, Values)> Take;
 };
 
-const std::map<TextView, bool SendOptions::*> kFlags = {
-    {u"--raw", &SendOptions::raw}, {u"--help", &SendOptions::help}, {u"-h", &SendOptions::help}};
+const std::map<TextView, Option> kOptions = {
+    {u"--host", {1, [](SendOptions& options, Values values) { options.host = values[0]; }}},
+    {u"--port",
+     {1, [](SendOptions& options,
+            Values values) { options.port = Number(u"--port", values[0], 1, 65535); }}},
+    {u"--folder",
+     {2,
+      [](SendOptions& options, Values values) {
+        options.folders = ExchangeFolders{values[0], values[1]};
+      }}},
+    {u"--timeout",
+     {1,
+      [](SendOptions& options, Values values) {
+        options.timeout = std::chrono::seconds(Number(u"--timeout", values[0], 1, 86400));
+      }}},
+    {u"--header", {1, [](SendOptions& options, Values values) { options.header = values[0]; }}},
+    {u"--raw", {0, [](SendOptions& options, Values) { options.raw = true; }}},
+    {u"--help", {0, [](SendOptions& options, Values) { options.help = true; }}},
+    {u"-h", {0, [](SendOptions& options, Values) { options.help = true; }}},
+};
 
 // Takes the option at the front of `rest`; false when there is none.
-bool TakeOption(SendOptions& options, std::span<const Text>& rest) {
-  const Text& name = rest.front();
-  if (const auto flag = kFlags.find(name); flag != kFlags.end()) {
-    options.*flag->second = true;
-    rest = rest.subspan(1);
-    return true;
+bool TakeOption(SendOptions& options, Values& rest) {
+  const auto option = kOptions.find(rest.front());
+  if (option == kOptions.end()) return false;
+  const auto& [values, Take] = option->second;
+  if (rest.size() <= values) {
+    throw UsageError(rest.front() + (values == 1 ? u" needs a value" : u" needs two values"));
   }
-  const auto setter = kWithValue.find(name);
-  if (setter == kWithValue.end()) return false;
-  if (rest.size() < 2) throw UsageError(name + u" needs a value");
-  setter->second(options, rest[1]);
-  rest = rest.subspan(2);
+  Take(options, rest.subspan(1, values));
+  rest = rest.subspan(1 + values);
   return true;
 }
 
@@ -80,7 +92,7 @@ bool TakeOption(SendOptions& options, std::span<const Text>& rest) {
 
 SendOptions ParseSendOptions(const std::vector<Text>& arguments) {
   SendOptions options;
-  std::span<const Text> rest(arguments);
+  Values rest(arguments);
   while (!rest.empty() && TakeOption(options, rest)) {
   }
   if (options.help) return options;
@@ -90,6 +102,9 @@ SendOptions ParseSendOptions(const std::vector<Text>& arguments) {
   }
   if (rest.size() > 1) {
     throw UsageError(u"one request only: put quotes around a text with blanks");
+  }
+  if (options.folders && (options.host || options.port)) {
+    throw UsageError(u"either --folder, or --host and --port");
   }
   options.request = rest.front();
   return options;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -16,12 +17,18 @@ class UsageError : public std::runtime_error {
   explicit UsageError(TextView reason) : std::runtime_error(ToUtf8(reason)) {}
 };
 
+/// The gateway's folders for requests and for answers.
+struct ExchangeFolders {
+  Text process, response;
+};
+
 struct SendOptions {
-  Text host = u"127.0.0.1";
-  int port = 4999;
-  std::chrono::seconds timeout{300};  // for the whole exchange
-  Text header;                        // the line that names the calling routine; empty: none
-  bool raw = false;                   // bytes go and come as they are
+  std::optional<ExchangeFolders> folders;  // through files; otherwise over TCP
+  std::optional<Text> host;                // the gateway's machine; nothing: this one
+  std::optional<int> port;                 // nothing: 4999
+  std::chrono::seconds timeout{300};       // for the whole exchange
+  Text header;                             // the line that names the calling routine; empty: none
+  bool raw = false;                        // bytes go and come as they are
   bool help = false;
   Text request;  // the text itself, "@FILE" or "-"
 };

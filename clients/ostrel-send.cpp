@@ -1,13 +1,13 @@
 // ostrel-send: the tool with which a user tries the gateway from the database's host. It sends one
 // request as a database would and prints the answer.
-#include <algorithm>
 #include <exception>
 #include <new>
 
+#include "clients/FileBytes.h"
+#include "clients/FolderExchange.h"
 #include "clients/GatewayExchange.h"
 #include "clients/SendOptions.h"
 #include "platform/Console.h"
-#include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "util/CodePage.h"
 #include "util/Text.h"
@@ -15,22 +15,13 @@
 namespace ostrel {
 namespace {
 
-enum ExitCode {
-  kAnswer = 0,
-  kErrorAnswer = 1,
-  kNoConnection = 2,
-  kNoAnswerInTime = 3,
-  kUsage = 64
-};
+enum ExitCode { kAnswer = 0, kErrorAnswer = 1, kNotReached = 2, kNoAnswerInTime = 3, kUsage = 64 };
 
 void Tell(TextView text) { platform::WriteStandardError(u"ostrel-send: " + Text(text) + u"\n"); }
 
 std::string ReadRequestFile(TextView path) {
-  platform::File file;
-  int error = file.Open(path, platform::FileAccess::kRead, platform::FileCreation::kOpenExisting);
-  std::string bytes(static_cast<std::size_t>(error == 0 ? file.Size() : 0), '\0');
-  if (error == 0) bytes.resize(file.ReadAt(0, bytes, error).value_or(0));
-  if (error == 0) return bytes;
+  int error = 0;
+  if (auto bytes = ReadFileBytes(path, error)) return std::move(*bytes);
   throw UsageError(u"cannot read " + Text(path) + u": " + platform::SystemErrorText(error));
 }
 
@@ -55,29 +46,37 @@ bool IsFromCommandLine(const SendOptions& options) {
   return options.request != u"-" && !options.request.starts_with(u'@');
 }
 
-// Line breaks, CR LF or LF, as attribute marks; one at the very end belongs to the file, not to the
+// Line breaks, CR LF or LF, become this; one at the very end belongs to the file, not to the
 // request.
-std::string WithMarks(std::string_view bytes) {
+std::string WithLineBreaks(std::string_view bytes, std::string_view lineBreak) {
   if (bytes.ends_with('\n')) bytes.remove_suffix(1);
   if (bytes.ends_with('\r')) bytes.remove_suffix(1);
-  std::string marked;
-  marked.reserve(bytes.size());
+  std::string broken;
+  broken.reserve(bytes.size());
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const bool lineBreak = bytes[i] == '\n' || bytes.substr(i).starts_with("\r\n");
-    if (bytes[i] == '\r' && lineBreak) ++i;
-    marked.push_back(lineBreak ? '\xFE' : bytes[i]);
+    if (bytes.substr(i).starts_with("\r\n")) ++i;
+    if (bytes[i] == '\n') {
+      broken.append(lineBreak);
+    } else {
+      broken.push_back(bytes[i]);
+    }
   }
-  return marked;
+  return broken;
 }
 
 std::string RequestBytes(const SendOptions& options) {
+  const std::string_view lineBreak = options.folders || options.raw ? "\r\n" : "\xFE";
   std::string bytes = GivenRequest(options);
   if (!options.raw) {
-    bytes = WithMarks(IsFromCommandLine(options) ? std::move(bytes) : InCodePage(bytes));
+    if (!IsFromCommandLine(options)) bytes = InCodePage(bytes);
+    bytes = WithLineBreaks(bytes, lineBreak);
   }
-  if (!options.header.empty()) {
-    bytes.insert(0, TextToBytes(options.header) + (options.raw ? "\r\n" : "\xFE"));
-  }
+  if (options.header.empty()) return bytes;
+  return TextToBytes(options.header).append(lineBreak).append(bytes);
+}
+
+std::string RequestFrame(const SendOptions& options) {
+  std::string bytes = RequestBytes(options);
   if (bytes.find('\x1F') != std::string::npos) {
     throw UsageError(u"the request holds character 31, which would end it there");
   }
@@ -85,9 +84,20 @@ std::string RequestBytes(const SendOptions& options) {
   return bytes;
 }
 
+std::string RequestFile(const SendOptions& options) {
+  std::string bytes = RequestBytes(options);
+  if (!options.raw) bytes.append("\r\n");
+  return bytes;
+}
+
+// Attribute marks and line breaks (in response files with one CR or more) as lines.
 Text Printable(std::string_view body) {
-  Text text = BytesToText(body);
-  std::replace(text.begin(), text.end(), kAttributeMark, u'\n');
+  Text text;
+  for (const char16_t character : BytesToText(body)) {
+    const bool endsLine = character == u'\n' || character == kAttributeMark;
+    while (character == u'\n' && text.ends_with(u'\r')) text.pop_back();
+    text.push_back(endsLine ? u'\n' : character);
+  }
   if (!text.ends_with(u'\n')) text.push_back(u'\n');
   return text;
 }
@@ -102,24 +112,40 @@ ExitCode TellAnswer(const Answer& answer, bool raw) {
   return kAnswer;
 }
 
-ExitCode Exchange(const SendOptions& options) {
-  const std::string request = RequestBytes(options);
-  GatewayExchange exchange(options.host, options.port, options.timeout);
+ExitCode RunExchange(const SendOptions& options, TextView peer, Exchange& exchange,
+                     std::string_view request) {
   exchange.StillLoading = [] {
-    Tell(u"QuickBooks is still opening the company file (ERROR: 99); waiting for the answer");
+    Tell(u"QuickBooks is still opening the company file (error 99); waiting for the answer");
   };
-  if (options.raw) exchange.FrameReceived = platform::WriteStandardOutputBytes;
+  if (options.raw) exchange.Received = platform::WriteStandardOutputBytes;
   const ExchangeResult result = exchange.Run(request);
-  if (result == ExchangeResult::kAnswered) return TellAnswer(Answer(exchange.frame), options.raw);
-  Tell(options.host + u" port " + ToText(std::int64_t{options.port}) + u": " + exchange.reason);
-  return result == ExchangeResult::kTimeout ? kNoAnswerInTime : kNoConnection;
+  if (result == ExchangeResult::kAnswered) return TellAnswer(exchange.answer, options.raw);
+  Tell(Text(peer) + u": " + exchange.reason);
+  return result == ExchangeResult::kTimeout ? kNoAnswerInTime : kNotReached;
+}
+
+ExitCode SendOverTcp(const SendOptions& options) {
+  const Text host = options.host.value_or(u"127.0.0.1");
+  const int port = options.port.value_or(4999);
+  const std::string request = RequestFrame(options);
+  GatewayExchange exchange(host, port, options.timeout);
+  return RunExchange(options, host + u" port " + ToText(std::int64_t{port}), exchange, request);
+}
+
+ExitCode SendThroughFolders(const SendOptions& options) {
+  const auto& [process, response] = *options.folders;
+  const std::string request = RequestFile(options);
+  FolderExchange exchange(process, response, UniqueRequestName(), options.timeout);
+  return RunExchange(options, process, exchange, request);
 }
 
 int Run(const std::vector<Text>& arguments) {
   const SendOptions options = ParseSendOptions(arguments);
-  if (!options.help) return Exchange(options);
-  platform::WriteStandardOutput(kSendUsage);
-  return kAnswer;
+  if (options.help) {
+    platform::WriteStandardOutput(kSendUsage);
+    return kAnswer;
+  }
+  return options.folders ? SendThroughFolders(options) : SendOverTcp(options);
 }
 
 }  // namespace
@@ -134,9 +160,9 @@ int main(int argc, char* argv[]) {
     return ostrel::kUsage;
   } catch (const std::bad_alloc&) {
     Tell(u"not enough memory");
-    return ostrel::kNoConnection;
+    return ostrel::kNotReached;
   } catch (const std::exception& error) {
     Tell(ostrel::FromUtf8(error.what()));
-    return ostrel::kNoConnection;
+    return ostrel::kNotReached;
   }
 }

@@ -1,0 +1,40 @@
+// One request to the gateway and its answer, whichever way it goes.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "util/Text.h"
+
+namespace ostrel {
+
+struct Answer {
+  std::optional<int> errorNumber;  // set when the gateway answered with an error
+  std::string body;                // in the code page, line breaks as they came
+};
+
+/// 99: QuickBooks is still opening the company file; the answer follows.
+inline constexpr int kLoadingNotice = 99;
+
+enum class ExchangeResult { kAnswered, kNotReached, kTimeout };
+
+class Exchange {
+ public:
+  virtual ~Exchange() = default;
+
+  /// Called for each answer and notice as it was received, byte for byte.
+  std::function<void(std::string_view bytes)> Received;
+  /// Called when the gateway says that QuickBooks is loading.
+  std::function<void()> StillLoading;
+
+  /// Sends these bytes and waits for the answer, dispatching events meanwhile. To be called once.
+  virtual ExchangeResult Run(std::string_view request) = 0;
+
+  /// What the answer was (kAnswered) or why there is none, in words.
+  Answer answer;
+  Text reason;
+};
+
+}  // namespace ostrel

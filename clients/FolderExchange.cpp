@@ -1,0 +1,141 @@
+#include "clients/FolderExchange.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <random>
+
+#include "clients/FileBytes.h"
+#include "platform/EventLoop.h"
+#include "platform/FileSystem.h"
+#include "platform/SystemError.h"
+
+namespace ostrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// Network folders lose notifications.
+constexpr milliseconds kLookAgain(500);
+constexpr std::string_view kErrorPrefix = "ERROR ";
+
+Text PathIn(TextView folder, TextView name) { return Text(folder) + u"\\" + Text(name); }
+
+}  // namespace
+
+Text UniqueRequestName() {
+  constexpr TextView kDigits = u"0123456789abcdef";
+  std::random_device random;
+  Text name = u"send-";
+  for (int i = 0; i < 16; ++i) name.push_back(kDigits[random() % kDigits.size()]);
+  return name + u".osl";
+}
+
+Answer AnswerInFile(std::string_view bytes) {
+  if (!bytes.starts_with(kErrorPrefix)) return {std::nullopt, std::string(bytes)};
+  int number = 0;
+  std::from_chars(bytes.data() + kErrorPrefix.size(), bytes.data() + bytes.size(), number);
+  const std::size_t lineEnd = std::min(bytes.find('\n'), bytes.size() - 1);
+  return {number, std::string(bytes.substr(lineEnd + 1))};
+}
+
+FolderExchange::FolderExchange(TextView processFolder, TextView responseFolder, TextView name,
+                               milliseconds timeout)
+    : sProcessFolder(processFolder),
+      sResponseFolder(responseFolder),
+      sRequestPath(PathIn(processFolder, name)),
+      sDraftPath(sRequestPath + u".tmp"),
+      sAnswerPath(PathIn(responseFolder, name)),
+      sTakenPath(sAnswerPath + u".taken"),
+      oTimeout(timeout),
+      oNotification(platform::MakeFolderNotification()) {}
+
+ExchangeResult FolderExchange::Run(std::string_view request) {
+  return HandOver(request) ? AwaitAnswer() : ExchangeResult::kNotReached;
+}
+
+bool FolderExchange::HandOver(std::string_view request) {
+  for (const Text& folder : {sProcessFolder, sResponseFolder}) {
+    if (platform::FolderExists(folder)) continue;
+    reason = u"there is no folder " + folder;
+    return false;
+  }
+  const int stale = platform::EraseFile(sAnswerPath);
+  if (stale != 0 && stale != platform::kFileNotFound) {
+    reason =
+        u"cannot remove the old answer " + sAnswerPath + u": " + platform::SystemErrorText(stale);
+    return false;
+  }
+  oNotification->Open(sResponseFolder);  // without it, looking now and then has to do
+  const int error = PutInProcessFolder(request);
+  if (error == 0) return true;
+  reason =
+      u"cannot write into the folder " + sProcessFolder + u": " + platform::SystemErrorText(error);
+  return false;
+}
+
+// Under its own name the gateway would read half of it.
+int FolderExchange::PutInProcessFolder(std::string_view request) {
+  int error = WriteFileBytes(sDraftPath, request);
+  if (error == 0) error = platform::RenamePath(sDraftPath, sRequestPath);
+  if (error != 0) platform::EraseFile(sDraftPath);
+  return error;
+}
+
+ExchangeResult FolderExchange::AwaitAnswer() {
+  const auto end = steady_clock::now() + oTimeout;
+  while (!TakeAnswer()) {
+    const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
+    if (left <= milliseconds::zero()) return GiveUp();
+    WaitForChange(std::min(left, kLookAgain));
+  }
+  return ExchangeResult::kAnswered;
+}
+
+// A notice may be replaced by the answer at any moment: what is read and erased is first given
+// another name.
+bool FolderExchange::TakeAnswer() {
+  if (!bTaken) {
+    iAnswerError = platform::RenamePath(sAnswerPath, sTakenPath);
+    bTaken = iAnswerError == 0;
+  }
+  if (!bTaken) return false;
+  const auto bytes = ReadFileBytes(sTakenPath, iAnswerError);
+  if (!bytes) return false;
+  if (Received) Received(*bytes);
+  platform::EraseFile(sTakenPath);
+  bTaken = false;
+
+  answer = AnswerInFile(*bytes);
+  if (answer.errorNumber != kLoadingNotice) return true;
+  if (StillLoading) StillLoading();
+  return false;
+}
+
+void FolderExchange::WaitForChange(milliseconds time) {
+  if (!oNotification->IsOpen()) return platform::DoEventsFor(time);
+  const auto result = oNotification->WaitWithEvents(time);
+  const bool changed = result == platform::FolderNotification::WaitResult::kChanged;
+  if (changed && oNotification->Rearm() != 0) oNotification->Close();
+}
+
+ExchangeResult FolderExchange::GiveUp() {
+  reason = u"there was no answer in time";
+  if (iAnswerError != platform::kFileNotFound) {
+    reason += u"; " + (bTaken ? sTakenPath : sAnswerPath) + u" cannot be read: " +
+              platform::SystemErrorText(iAnswerError);
+  }
+  const int error = platform::EraseFile(sRequestPath);
+  if (error == 0) {
+    reason += u"; the gateway has not taken the request, which was taken back";
+  } else if (error == platform::kFileNotFound) {
+    reason += u"; the gateway has taken the request, and its answer will be " + sAnswerPath;
+  } else {
+    reason += u"; the request " + sRequestPath + u" could not be taken back: " +
+              platform::SystemErrorText(error);
+  }
+  return ExchangeResult::kTimeout;
+}
+
+}  // namespace ostrel
