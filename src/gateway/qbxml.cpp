@@ -1,7 +1,5 @@
 #include "gateway/qbxml.h"
 
-#include <algorithm>
-#include <iterator>
 #include <new>
 #include <utility>
 
@@ -10,22 +8,6 @@
 
 namespace ostrel {
 namespace {
-
-// HRESULTs with which a call ends when the server behind the object has died or was disconnected.
-constexpr std::uint32_t kServerGone[] = {
-    0x800706BA,  // RPC_S_SERVER_UNAVAILABLE
-    0x800706BE,  // RPC_S_CALL_FAILED
-    0x800706BF,  // RPC_S_CALL_FAILED_DNE
-    0x80010007,  // RPC_E_SERVER_DIED
-    0x80010012,  // RPC_E_SERVER_DIED_DNE
-    0x80010108,  // RPC_E_DISCONNECTED
-    0x800401FD,  // CO_E_OBJNOTCONNECTED
-};
-
-bool MeansServerGone(std::int32_t hresult) {
-  const auto number = static_cast<std::uint32_t>(hresult);
-  return std::find(std::begin(kServerGone), std::end(kServerGone), number) != std::end(kServerGone);
-}
 
 Text Hexadecimal(std::int32_t hresult) {
   Text digits = u"0x";
@@ -49,6 +31,23 @@ void Raise(const Event& event, const Arguments&... arguments) {
   } catch (...) {  // NOLINT(bugprone-empty-catch): what listens must not break the session
   }
 }
+
+// Notes an operation for as long as it lives.
+class Outstanding {
+ public:
+  using Processors = std::vector<platform::RequestProcessor*>;
+
+  Outstanding(Processors& processors, platform::RequestProcessor& processor)
+      : oProcessors(processors) {
+    oProcessors.push_back(&processor);
+  }
+  ~Outstanding() { oProcessors.pop_back(); }
+  Outstanding(const Outstanding&) = delete;
+  Outstanding& operator=(const Outstanding&) = delete;
+
+ private:
+  Processors& oProcessors;
+};
 
 }  // namespace
 
@@ -147,6 +146,10 @@ Text qbxml::ErrorDescription(std::int32_t number) const {
          sLastError;
 }
 
+void qbxml::GiveUp() {
+  for (platform::RequestProcessor* processor : oOutstanding) processor->GiveUp();
+}
+
 bool qbxml::XMLValidate(TextView request, Text& report) const {
   return ValidateRequest(request, report);
 }
@@ -172,6 +175,7 @@ qbxml::Failure qbxml::Call(const Operation& operation) {
       constexpr auto kNotOpen = static_cast<std::int32_t>(0x8004040F);
       throw platform::RequestProcessorError(kNotOpen, Text(*FindErrorText(kNotOpen)));
     }
+    const Outstanding outstanding(oOutstanding, *processor);
     operation(*processor);
     return {};
   } catch (const platform::RequestProcessorError& error) {
@@ -184,7 +188,8 @@ qbxml::Failure qbxml::Call(const Operation& operation) {
 }
 
 qbxml::Failure qbxml::CallFailed(const platform::RequestProcessorError& error) {
-  if (MeansServerGone(error.Number)) ForgetProcessor();
+  if (platform::MeansServerGone(error.Number)) ForgetProcessor(u"Quickbooks is gone.");
+  if (error.Number == platform::kGivenUp) ForgetProcessor(u"Quickbooks was given up.");
   const auto reduced =
       static_cast<std::int32_t>(static_cast<std::uint32_t>(error.Number) - kReducedNumberBase);
   if (reduced > 0) return {reduced, error.Description};
@@ -192,13 +197,14 @@ qbxml::Failure qbxml::CallFailed(const platform::RequestProcessorError& error) {
   return {kCannotUseCompanyFile, error.Description + u" (" + Hexadecimal(error.Number) + u")"};
 }
 
-// A dead server has neither a session nor a connection; a new one needs a new object.
-void qbxml::ForgetProcessor() {
+// A dead server has neither a session nor a connection; a new one needs a new object. So does one
+// whose call was given up.
+void qbxml::ForgetProcessor(TextView status) {
   oProcessor = nullptr;
   bProcessorCreated = false;
   bConnectionOpen = false;
   bSessionBegun = false;
-  TellStatus(u"Quickbooks is gone.");
+  TellStatus(status);
 }
 
 std::int32_t qbxml::Keep(Failure failure) {

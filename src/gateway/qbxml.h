@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/RequestProcessor.h"
 #include "util/Text.h"
@@ -47,6 +48,9 @@ class qbxml {
   void CloseConnection();
   /// On failure the response is empty.
   std::int32_t ProcessRequest(TextView request, Text& response);
+  /// For an event that comes while QuickBooks is at work: that operation fails at once, and nothing
+  /// is open any more. Harmless otherwise.
+  void GiveUp();
   /// The sentence for a raw (HRESULT) or reduced number.
   Text ErrorDescription(std::int32_t number) const;
   /// True and an empty report for a valid request; else a report of the first fault.
@@ -74,13 +78,14 @@ class qbxml {
   bool CreateProcessor(TextView failureText);
   Failure Call(const Operation& operation);
   Failure CallFailed(const platform::RequestProcessorError& error);
-  void ForgetProcessor();
+  void ForgetProcessor(TextView status);
   std::int32_t Keep(Failure failure);
   void ClearLastError();
   void TellStatus(TextView text) const;
 
   ProcessorFactory oFactory;
   std::shared_ptr<platform::RequestProcessor> oProcessor;
+  std::vector<platform::RequestProcessor*> oOutstanding;  // operations; the innermost is the last
 };
 
 }  // namespace ostrel

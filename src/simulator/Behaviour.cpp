@@ -38,6 +38,11 @@ bool ReadError(std::string_view text, std::uint32_t& hresult) {
   return whole && (hresult & kFailureBit) != 0;
 }
 
+bool ReadFlag(std::string_view text, bool& flag) {
+  flag = text == "1";
+  return flag || text.empty() || text == "0";
+}
+
 std::string_view Value(const Element& element, std::string_view operation, std::string_view what) {
   const std::string* value = element.Find(std::string(operation).append(what));
   return value ? Trimmed(*value) : std::string_view();
@@ -51,6 +56,9 @@ std::optional<Behaviour> ReadBehaviour(const Element& element) {
     Conduct& conduct = behaviour.*member;
     if (!ReadSeconds(Value(element, name, "Seconds"), conduct.delay)) return std::nullopt;
     if (!ReadError(Value(element, name, "Error"), conduct.error)) return std::nullopt;
+  }
+  if (!ReadFlag(Value(element, "processRequest", "Dies"), behaviour.processRequestDies)) {
+    return std::nullopt;
   }
   return behaviour;
 }

@@ -20,6 +20,8 @@ struct Behaviour {
   Conduct beginSession;
   Conduct processRequest;
   Conduct companyFileName;
+  /// processRequestDies="1": QuickBooks ends in the middle of a request, after its delay.
+  bool processRequestDies = false;
 };
 
 /// From attributes such as processRequestSeconds="2.5" (at most 3600) and

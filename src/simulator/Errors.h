@@ -8,6 +8,7 @@
 namespace ostrel::simulator {
 
 enum class Hresult : std::uint32_t {
+  kCallFailed = 0x800706BE,  // not its own: what a client is told when it has ended
   kParseError = 0x80040400,
   kCannotOpenCompany = 0x80040403,
   kUnusableCompany = 0x80040409,

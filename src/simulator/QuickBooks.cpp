@@ -53,9 +53,17 @@ Conduct QuickBooks::OpenConnectionConduct() {
   }
 }
 
-void QuickBooks::Perform(const Conduct& conduct) const {
-  if (conduct.delay.count() > 0) oSurroundings.delay(conduct.delay);
+void QuickBooks::Perform(const Conduct& conduct, const bool& givenUp) const {
+  if (conduct.delay.count() > 0) oSurroundings.delay(conduct.delay, givenUp);
+  if (givenUp) {
+    throw platform::RequestProcessorError(platform::kGivenUp, Text(platform::kGivenUpText));
+  }
   if (conduct.error != 0) Fail(conduct.error);
+}
+
+void QuickBooks::Die() const {
+  oSurroundings.die();
+  Fail(Hresult::kCallFailed);
 }
 
 Text QuickBooks::NewTicket() {

@@ -18,8 +18,10 @@ namespace ostrel::simulator {
 struct Surroundings {
   CompanyStorage& storage;
   const platform::Clock& clock;
-  /// Lets time pass while events are dispatched.
-  std::function<void(std::chrono::milliseconds)> delay;
+  /// Lets time pass while events are dispatched; ends early when one of them makes `over` true.
+  std::function<void(std::chrono::milliseconds, const bool& over)> delay;
+  /// Ends the process as a crash does, if it can.
+  std::function<void()> die;
   /// The company that the user has open: what an empty file name opens.
   Text usersCompany;
 };
@@ -34,8 +36,10 @@ class QuickBooks {
 
   /// What is asked of OpenConnection, which names no company: by the open company, else the user's.
   Conduct OpenConnectionConduct();
-  /// Waits, and fails, as asked for.
-  void Perform(const Conduct& conduct) const;
+  /// Waits, and fails, as asked for; fails as soon as it is given up.
+  void Perform(const Conduct& conduct, const bool& givenUp) const;
+  /// Fails as an operation does in whose middle QuickBooks has ended.
+  [[noreturn]] void Die() const;
   Stamp Now() const { return MakeStamp(oSurroundings.clock); }
   /// "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}", never the same twice.
   Text NewTicket();

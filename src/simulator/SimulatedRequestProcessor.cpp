@@ -16,7 +16,7 @@ using simulator::Hresult;
 void SimulatedRequestProcessor::OpenConnection(TextView, TextView applicationName) {
   RequireNoConnection();
   if (applicationName.empty()) Fail(Hresult::kNoApplicationName);
-  oQuickBooks.Perform(oQuickBooks.OpenConnectionConduct());
+  Perform(oQuickBooks.OpenConnectionConduct());
   RequireNoConnection();
   bConnected = true;
 }
@@ -27,7 +27,7 @@ Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::Fil
     Fail(Hresult::kInvalidParameter);
   }
   auto company = oQuickBooks.Open(companyFile, mode);
-  oQuickBooks.Perform(company->Data().Conducts().beginSession);
+  Perform(company->Data().Conducts().beginSession);
   RequireNoSession();
   oCompany = std::move(company);
   sTicket = oQuickBooks.NewTicket();
@@ -37,8 +37,9 @@ Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::Fil
 Text SimulatedRequestProcessor::ProcessRequest(TextView ticket, TextView request) {
   const auto company = RequireSession(ticket);
   const Text sessionTicket = sTicket;  // the caller's may change while events are dispatched
-  oQuickBooks.Perform(company->Data().Conducts().processRequest);
+  Perform(company->Data().Conducts().processRequest);
   RequireSession(sessionTicket);
+  if (company->Data().Conducts().processRequestDies) oQuickBooks.Die();
   try {
     return simulator::ProcessQbxml(request, *company, oQuickBooks.Now());
   } catch (const std::bad_alloc&) {
@@ -48,7 +49,7 @@ Text SimulatedRequestProcessor::ProcessRequest(TextView ticket, TextView request
 
 Text SimulatedRequestProcessor::GetCurrentCompanyFileName(TextView ticket) {
   const auto company = RequireSession(ticket);
-  oQuickBooks.Perform(company->Data().Conducts().companyFileName);
+  Perform(company->Data().Conducts().companyFileName);
   return company->Path();
 }
 
@@ -63,6 +64,17 @@ void SimulatedRequestProcessor::CloseConnection() {
   oCompany.reset();
   sTicket.clear();
   bConnected = false;
+}
+
+void SimulatedRequestProcessor::GiveUp() { bGivenUp = iOutstanding > 0; }
+
+void SimulatedRequestProcessor::Perform(const simulator::Conduct& conduct) {
+  struct Counted {
+    int& count;
+    ~Counted() { --count; }
+  };
+  const Counted counted{++iOutstanding};
+  oQuickBooks.Perform(conduct, bGivenUp);
 }
 
 void SimulatedRequestProcessor::RequireNoConnection() const {

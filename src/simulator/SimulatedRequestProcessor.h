@@ -2,6 +2,7 @@
 // file that is XML. What fails, fails with the request processor's own number and sentence.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "platform/RequestProcessor.h"
@@ -24,12 +25,18 @@ class SimulatedRequestProcessor : public platform::RequestProcessor {
   /// Ends an open session too.
   void CloseConnection() override;
 
+  /// Ends the delays that company files ask for.
+  void GiveUp() override;
+
  private:
+  void Perform(const simulator::Conduct& conduct);
   void RequireNoConnection() const;
   void RequireNoSession() const;
   std::shared_ptr<simulator::OpenCompany> RequireSession(TextView ticket) const;
 
   simulator::QuickBooks& oQuickBooks;
+  int iOutstanding = 0;  // operations that wait
+  bool bGivenUp = false;
   bool bConnected = false;
   Text sTicket;
   std::shared_ptr<simulator::OpenCompany> oCompany;  // null: no session
@@ -38,5 +45,9 @@ class SimulatedRequestProcessor : public platform::RequestProcessor {
 /// A processor on the system's files, clock and event loop. All of a process share one QuickBooks;
 /// "sample.qbw" beside the program is the company that its user has open.
 std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor();
+
+/// What ends this process where a company file asks for it (processRequestDies). Without it the
+/// request fails as a client of an ended process sees it.
+void SetSimulatedDeath(std::function<void()> die);
 
 }  // namespace ostrel

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
 #include "platform/Clock.h"
 #include "platform/EventLoop.h"
 #include "platform/FileSystem.h"
@@ -5,13 +9,40 @@
 #include "simulator/SimulatedRequestProcessor.h"
 
 namespace ostrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+std::function<void()>& Death() {
+  static std::function<void()> die = [] {};
+  return die;
+}
+
+// In steps, for the loop does not look at what ends the delay. A step that ends early means that
+// the loop was told to quit.
+void Delay(milliseconds time, const bool& over) {
+  constexpr milliseconds longest(50);
+  const auto end = steady_clock::now() + time;
+  for (auto now = steady_clock::now(); now < end && !over;) {
+    const auto step = std::min(std::chrono::ceil<milliseconds>(end - now), longest);
+    platform::DoEventsFor(step);
+    const auto begun = std::exchange(now, steady_clock::now());
+    if (now - begun < step) return;
+  }
+}
+
+}  // namespace
+
+void SetSimulatedDeath(std::function<void()> die) { Death() = std::move(die); }
 
 std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor() {
   static simulator::CompanyFiles files;
   static simulator::QuickBooks quickBooks(
       {.storage = files,
        .clock = platform::SystemClock(),
-       .delay = platform::DoEventsFor,
+       .delay = Delay,
+       .die = [] { Death()(); },
        .usersCompany = platform::ProgramFolder() + u"\\sample.qbw"});
   return std::make_unique<SimulatedRequestProcessor>(quickBooks);
 }

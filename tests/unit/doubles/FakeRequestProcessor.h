@@ -76,6 +76,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
 
   void EndSession(TextView ticket) override { Note(u"EndSession", Text(ticket)); }
   void CloseConnection() override { Note(u"CloseConnection", {}); }
+  void GiveUp() override { bGivenUp = iOutstanding > 0; }
 
  private:
   void Note(const Text& operation, const Text& arguments) {
@@ -84,12 +85,19 @@ class FakeRequestProcessor : public platform::RequestProcessor {
   }
 
   void Happen(const Text& operation) {
+    ++iOutstanding;
     if (oQuickBooks.DuringCall) oQuickBooks.DuringCall(operation);
+    --iOutstanding;
+    if (bGivenUp) {
+      throw platform::RequestProcessorError(platform::kGivenUp, Text(platform::kGivenUpText));
+    }
     const auto failure = oQuickBooks.Failures.find(operation);
     if (failure != oQuickBooks.Failures.end()) throw failure->second;
   }
 
   FakeQuickBooks& oQuickBooks;
+  int iOutstanding = 0;
+  bool bGivenUp = false;
 };
 
 inline std::function<std::unique_ptr<platform::RequestProcessor>()> FakeQuickBooks::Factory() {

@@ -449,5 +449,47 @@ TEST_F(qbxmlTest, ReportsTheFaultOfARequestThatIsNoXml) {
   EXPECT_THAT(ToUtf8(report), ::testing::HasSubstr("\r\nscrText: "));
 }
 
+TEST_F(qbxmlTest, GivesUpTheOperationThatIsOutstanding) {
+  BeOpen();
+  quickBooks.DuringCall = [&](TextView) { session->GiveUp(); };
+
+  EXPECT_EQ(session->ProcessRequest(u"<q/>", response), qbxml::kCannotUseCompanyFile);
+
+  EXPECT_EQ(session->sLastError,
+            u"The call to QuickBooks was given up. (0x80010002) (ProcessRequest:2)");
+  EXPECT_THAT(events, ElementsAre(u"Processing Request", u"Quickbooks was given up."));
+}
+
+TEST_F(qbxmlTest, ForgetsTheProcessorThatWasGivenUpAndOpensAfresh) {
+  BeOpen();
+  quickBooks.DuringCall = [&](TextView) { session->GiveUp(); };
+  session->ProcessRequest(u"<q/>", response);
+  quickBooks.DuringCall = nullptr;
+
+  EXPECT_FALSE(session->IsConnected());
+  EXPECT_EQ(quickBooks.iProcessorsAlive, 0);
+  EXPECT_EQ(Open(), 0);
+  EXPECT_EQ(session->ProcessRequest(u"<q/>", response), 0);
+}
+
+TEST_F(qbxmlTest, GivesUpTheBeginningOfASession) {
+  quickBooks.DuringCall = [&](TextView operation) {
+    if (operation == u"BeginSession") session->GiveUp();
+  };
+
+  EXPECT_EQ(Open(), qbxml::kCannotUseCompanyFile);
+
+  EXPECT_FALSE(session->IsConnected());
+  EXPECT_EQ(session->sLastError, u"The call to QuickBooks was given up. (0x80010002)");
+}
+
+TEST_F(qbxmlTest, TakesNoNoticeOfGivingUpNothing) {
+  session->GiveUp();
+  BeOpen();
+  session->GiveUp();
+
+  EXPECT_EQ(session->ProcessRequest(u"<q/>", response), 0);
+}
+
 }  // namespace
 }  // namespace ostrel

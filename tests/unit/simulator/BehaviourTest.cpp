@@ -45,6 +45,13 @@ TEST(Behaviour, TakesEmptyValuesForNone) {
   EXPECT_EQ(behaviour->openConnection.error, 0u);
 }
 
+TEST(Behaviour, ReadsWhetherQuickBooksDies) {
+  EXPECT_TRUE(Read({{"processRequestDies", "1"}})->processRequestDies);
+  EXPECT_FALSE(Read({{"processRequestDies", "0"}})->processRequestDies);
+  EXPECT_FALSE(Read({{"processRequestDies", ""}})->processRequestDies);
+  EXPECT_FALSE(Read({{"processRequestDies", "yes"}}));
+}
+
 // A slip would otherwise look like a stand-in that ignores what it is told.
 TEST(Behaviour, RefusesWhatItCannotRead) {
   for (const char* seconds : {"x", "-1", "3601", "1e3", "nan", "inf", "1 2"}) {

@@ -72,8 +72,11 @@ class Conversation {
 
   doubles::FakeCompanyStorage oStorage;
   doubles::FakeClock oClock;
-  simulator::QuickBooks oQuickBooks{
-      {.storage = oStorage, .clock = oClock, .delay = [](auto) {}, .usersCompany = u""}};
+  simulator::QuickBooks oQuickBooks{{.storage = oStorage,
+                                     .clock = oClock,
+                                     .delay = [](auto, auto&) {},
+                                     .die = [] {},
+                                     .usersCompany = u""}};
   SimulatedRequestProcessor oProcessor{oQuickBooks};
   Text sTicket;
 };

@@ -38,14 +38,16 @@ class SimulatedRequestProcessorTest : public testing::Test {
   doubles::FakeCompanyStorage oStorage;
   doubles::FakeClock oClock;
   std::vector<std::int64_t> Delays;  // milliseconds
+  int Deaths = 0;
   std::function<void()> DuringDelay = [] {};
   simulator::QuickBooks oQuickBooks{{.storage = oStorage,
                                      .clock = oClock,
                                      .delay =
-                                         [this](std::chrono::milliseconds time) {
+                                         [this](std::chrono::milliseconds time, const bool&) {
                                            Delays.push_back(time.count());
                                            DuringDelay();
                                          },
+                                     .die = [this] { ++Deaths; },
                                      .usersCompany = kUsers}};
   SimulatedRequestProcessor oProcessor{oQuickBooks};
   SimulatedRequestProcessor oSecond{oQuickBooks};
@@ -270,6 +272,34 @@ TEST_F(SimulatedRequestProcessorTest, SeesThatTheSessionWasEndedWhileItWaited) {
   DuringDelay = [&] { oProcessor.EndSession(ticket); };
 
   EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, kHostQuery); }), 0x8004040C);
+}
+
+TEST_F(SimulatedRequestProcessorTest, FailsWhatIsGivenUpWhileItWaits) {
+  Behave(kBooks, "processRequestSeconds='60'");
+  Connect();
+  const Text ticket = Begin();
+  DuringDelay = [&] { oProcessor.GiveUp(); };
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, kHostQuery); }), 0x80010002);
+}
+
+TEST_F(SimulatedRequestProcessorTest, TakesNoNoticeOfGivingUpNothing) {
+  oProcessor.GiveUp();
+  Connect();
+  const Text ticket = Begin();
+  oProcessor.GiveUp();
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, kHostQuery); }), 0u);
+}
+
+TEST_F(SimulatedRequestProcessorTest, DiesInTheMiddleOfARequestAsTheCompanyAsks) {
+  Behave(kBooks, "processRequestSeconds='1' processRequestDies='1'");
+  Connect();
+  const Text ticket = Begin();
+  DuringDelay = [&] { EXPECT_EQ(Deaths, 0); };
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, kHostQuery); }), 0x800706BE);
+  EXPECT_EQ(Deaths, 1);
 }
 
 }  // namespace
