@@ -8,8 +8,7 @@ import subprocess
 import threading
 import time
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-PROGRAMS = pathlib.Path(os.environ.get("OSTREL_PROGRAMS", ROOT / "build" / "asan"))
+from system import PROGRAMS, as_known, command, program_file
 
 ATTRIBUTE_MARK = b"\xfe"
 END_OF_DATA = b"\x1f"
@@ -96,7 +95,8 @@ class Gateway:
 
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
-        self.program = self.folder / "ostrel-server"
+        source = program_file("ostrel-server")
+        self.program = self.folder / source.name
         self.settings_file = self.folder / "osl.ini"
         self.company_file = self.folder / "harbor.qbw"
         self.history = self.folder / "history"
@@ -105,7 +105,6 @@ class Gateway:
         self.lines = []
         self.errors = []
         self.clients = []
-        source = PROGRAMS / "ostrel-server"
         os.link(source, self.program) if self._same_device(source) else self._copy(source)
         self.write_company()
         self.write_settings()
@@ -126,7 +125,8 @@ class Gateway:
         )
 
     def write_settings(self, **changes):
-        """Keys are SECTION_KEY: Communication_BlockSize=5."""
+        """Keys are SECTION_KEY: Communication_BlockSize=5. Paths are written as the program knows
+        them."""
         keys = {
             "General_ProcessPath": self.folder / "process",
             "General_ResponsePath": self.folder / "response",
@@ -149,15 +149,16 @@ class Gateway:
             for name, value in keys.items():
                 of, key = name.split("_", 1)
                 if of == section and value is not None:
-                    text += f"{key}={value}\r\n"
+                    text += f"{key}={as_known(value)}\r\n"
         self.settings_file.write_bytes(text.encode("cp1252"))
 
     # -- its life ---------------------------------------------------------------------------------
 
     def spawn(self, *arguments, preexec=None):
+        """Starts it without waiting for anything. Paths among the arguments are given as paths."""
         environment = dict(os.environ, XDG_RUNTIME_DIR=str(self.folder), LC_ALL="C.UTF-8")
         self.process = subprocess.Popen(
-            [self.program, *arguments],
+            command(self.program, *arguments),
             stdin=subprocess.DEVNULL,
             stdout=subprocess.PIPE,
             stderr=subprocess.PIPE,
@@ -174,7 +175,7 @@ class Gateway:
             lines.append(line.decode("utf-8").rstrip("\r\n"))
 
     def start(self, *arguments, preexec=None):
-        self.spawn("-ini", str(self.settings_file), *arguments, preexec=preexec)
+        self.spawn("-ini", self.settings_file, *arguments, preexec=preexec)
         self.wait_for_status(f"Listenning on Socket {self.port}")
         return self
 
@@ -192,7 +193,7 @@ class Gateway:
         return self.process.wait(LIMIT)
 
     def stop(self, with_signal=signal.SIGINT):
-        """Ends it as a user does and returns its exit code."""
+        """Ends it as a user does, with Ctrl-C on either system, and returns its exit code."""
         if self.process is None:
             return 0
         if self.process.poll() is None:

@@ -122,6 +122,7 @@ def test_the_request_of_a_client_that_left_is_not_answered_to_the_next(running):
     assert answer_of(1) in body
 
 
+@pytest.mark.posix_only("Wine's five waiting connections: each one too many costs seconds")
 def test_five_thousand_connections_opened_and_dropped(running):
     soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
     resource.setrlimit(resource.RLIMIT_NOFILE, (hard, hard))
@@ -134,6 +135,7 @@ def test_five_thousand_connections_opened_and_dropped(running):
     assert answer_of(9) in running.ask(request_of(9))[1]
 
 
+@pytest.mark.posix_only("Wine's five waiting connections: each one too many costs seconds")
 def test_a_thousand_idle_connections_leave_the_gateway_idle(running):
     soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
     resource.setrlimit(resource.RLIMIT_NOFILE, (hard, hard))

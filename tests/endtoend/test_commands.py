@@ -5,6 +5,7 @@ import xml.etree.ElementTree as ElementTree
 import pytest
 
 from gateway import ATTRIBUTE_MARK, CUSTOMER_QUERY, qbxml
+from system import as_known
 
 
 def test_quickbooksinfo_names_file_classification_and_product_in_this_order(running):
@@ -12,7 +13,7 @@ def test_quickbooksinfo_names_file_classification_and_product_in_this_order(runn
 
     text = body.decode("cp1252")
     assert int(header) == len(body) + 2
-    file_at = text.index(f"<QBFileName>{running.company_file}</QBFileName>")
+    file_at = text.index(f"<QBFileName>{as_known(running.company_file)}</QBFileName>")
     block = "<OstrelServer><ProductCode>2</ProductCode><ProductYear>2008</ProductYear></OstrelServer>"
     assert file_at < text.index(block) < text.index("<ProductName>QuickBooks Premier Edition 2008")
     reply = ElementTree.fromstring(text).find("QBXMLMsgsRs/HostQueryRs")
@@ -60,11 +61,11 @@ def test_qbfilename_selects_another_company(running):
     other = running.folder / "Other Books.QBW"
     other.write_text(running.company_file.read_text().replace("2008", "Enterprise"))
 
-    _, body = running.ask(f"QBFILENAME: {other}".encode() + ATTRIBUTE_MARK + b"ignored")
+    _, body = running.ask(f"QBFILENAME: {as_known(other)}".encode() + ATTRIBUTE_MARK + b"ignored")
 
-    assert f"<QBFileName>{other}</QBFileName>".encode() in body
+    assert f"<QBFileName>{as_known(other)}</QBFileName>".encode() in body
     _, info = running.ask("QUICKBOOKSINFO")
-    assert f"<QBFileName>{other}</QBFileName>".encode() in info
+    assert f"<QBFileName>{as_known(other)}</QBFileName>".encode() in info
     assert b"<ProductCode>2</ProductCode><ProductYear>0</ProductYear>" in info
 
 
@@ -73,7 +74,7 @@ def test_qbfilename_default_in_any_case_takes_the_name_of_the_settings_file(runn
 
     _, body = running.ask("QBFILENAME:dEfAuLt")
 
-    assert f"<QBFileName>{running.company_file}</QBFileName>".encode() in body
+    assert f"<QBFileName>{as_known(running.company_file)}</QBFileName>".encode() in body
 
 
 def test_a_keyword_counts_wherever_it_stands(running):

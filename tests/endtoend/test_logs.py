@@ -3,6 +3,8 @@
 import os
 import re
 
+import pytest
+
 from gateway import CUSTOMER_QUERY, customer_add, qbxml, wait_until
 
 DATE = r"\d{1,2}/\d{1,2}/\d{4} \d{1,2}:\d\d:\d\d [AP]M"
@@ -56,6 +58,7 @@ def test_commands_that_do_not_reach_quickbooks_leave_no_history(gateway):
     assert gateway.stop() == 0
 
 
+@pytest.mark.posix_only("SIGUSR1 switches the communication log")
 def test_the_communication_log_follows_a_request(running):
     os.makedirs(running.history, exist_ok=True)
     running.toggle_comm_log()
@@ -76,6 +79,7 @@ def test_the_communication_log_follows_a_request(running):
     assert all(re.match(DATE + "\t", line) for line in running.comm_log().splitlines())
 
 
+@pytest.mark.posix_only("SIGUSR1 switches the communication log")
 def test_status_lines_reach_the_communication_log_with_their_socket(running):
     os.makedirs(running.history, exist_ok=True)
     running.toggle_comm_log()
@@ -86,6 +90,7 @@ def test_status_lines_reach_the_communication_log_with_their_socket(running):
     assert "\tSocket 1\tQBXML Status: Openning Connection\r\n" in running.comm_log()
 
 
+@pytest.mark.posix_only("SIGUSR1 switches the communication log")
 def test_the_communication_log_switched_off_stays_silent(running):
     os.makedirs(running.history, exist_ok=True)
     running.toggle_comm_log()
@@ -110,10 +115,11 @@ def test_the_status_file_tells_the_last_failure(gateway):
     assert gateway.stop() == 0
 
 
+@pytest.mark.posix_only("SIGUSR1 switches the communication log")
 def test_logs_that_cannot_be_written_hold_up_no_request(gateway):
     gateway.history.write_text("a file where the folder should be")
     gateway.write_settings(General_History="1")
-    gateway.spawn("-ini", str(gateway.settings_file))
+    gateway.spawn("-ini", gateway.settings_file)
     gateway.wait_for_status(f"Listenning on Socket {gateway.port}")
     gateway.toggle_comm_log()
 
@@ -121,6 +127,7 @@ def test_logs_that_cannot_be_written_hold_up_no_request(gateway):
     assert gateway.stop() == 0
 
 
+@pytest.mark.posix_only("a limit on file sizes is set")
 def test_a_full_disk_under_the_logs_is_told_and_holds_up_no_request(gateway):
     # A limit on file sizes stands for the full disk: every write behind it fails.
     import resource

@@ -12,7 +12,7 @@ NOT_FOUND = "Unable to find the osl.ini file needed."
 
 def test_a_missing_settings_file_is_told_and_ends_the_program(gateway):
     gateway.settings_file.unlink()
-    gateway.spawn("-ini", str(gateway.settings_file))
+    gateway.spawn("-ini", gateway.settings_file)
 
     assert gateway.wait_for_exit() == 1
     wait_until(lambda: gateway.errors, "the message")
@@ -24,7 +24,7 @@ def test_a_missing_settings_file_is_told_and_ends_the_program(gateway):
 def test_a_settings_file_that_is_a_folder_is_told(gateway):
     gateway.settings_file.unlink()
     gateway.settings_file.mkdir()
-    gateway.spawn("-ini", str(gateway.settings_file))
+    gateway.spawn("-ini", gateway.settings_file)
 
     assert gateway.wait_for_exit() == 1
     wait_until(lambda: gateway.errors, "the message")
@@ -41,14 +41,14 @@ def test_the_settings_file_beside_the_program_is_the_default(gateway):
 def test_a_settings_path_with_blanks(gateway):
     moved = gateway.folder / "my own settings.ini"
     gateway.settings_file.rename(moved)
-    gateway.spawn("-ini", str(moved))
+    gateway.spawn("-ini", moved)
 
     gateway.wait_for_status(f"Listenning on Socket {gateway.port}")
     assert gateway.stop() == 0
 
 
 def test_switches_in_capitals_and_with_a_slash(gateway):
-    gateway.spawn("/INI", str(gateway.settings_file), "/DEBUG", "-CommMenu", "False")
+    gateway.spawn("/INI", gateway.settings_file, "/DEBUG", "-CommMenu", "False")
 
     gateway.wait_for_status(f"Listenning on Socket {gateway.port}")
     assert gateway.stop() == 0
@@ -66,7 +66,7 @@ def test_switches_in_capitals_and_with_a_slash(gateway):
 )
 def test_a_number_that_is_none_stops_the_start_and_is_told(gateway, key, value):
     gateway.write_settings(**{key: value})
-    gateway.spawn("-ini", str(gateway.settings_file))
+    gateway.spawn("-ini", gateway.settings_file)
 
     gateway.wait_for_status(value)
 
@@ -79,7 +79,7 @@ def test_a_number_that_is_none_stops_the_start_and_is_told(gateway, key, value):
 @pytest.mark.parametrize("port", ["70000", "-1"])
 def test_a_port_out_of_range_is_told(gateway, port):
     gateway.write_settings(Communication_SocketPort=port)
-    gateway.spawn("-ini", str(gateway.settings_file))
+    gateway.spawn("-ini", gateway.settings_file)
 
     wait_until(lambda: gateway.errors, "the message")
     assert gateway.errors == [f"Unable to start the Socket Server on Port {port}"]
@@ -90,7 +90,7 @@ def test_a_port_that_is_taken_is_told_and_the_program_goes_on(gateway):
     with socket.socket() as other:
         other.bind(("", gateway.port))
         other.listen()
-        gateway.spawn("-ini", str(gateway.settings_file))
+        gateway.spawn("-ini", gateway.settings_file)
 
         wait_until(lambda: gateway.errors, "the message")
         assert gateway.errors == [f"Unable to start the Socket Server on Port {gateway.port}"]
@@ -100,12 +100,12 @@ def test_a_port_that_is_taken_is_told_and_the_program_goes_on(gateway):
 
 def test_socket_switched_off_listens_to_nobody(gateway):
     gateway.write_settings(Communication_Socket="0")
-    gateway.spawn("-ini", str(gateway.settings_file))
+    gateway.spawn("-ini", gateway.settings_file)
     gateway.wait_for_status("Ostrel Server")  # the opening line
 
     with pytest.raises(ConnectionRefusedError):
         gateway.connect()
-    assert gateway.stop(signal.SIGTERM) == 0
+    assert gateway.stop() == 0
 
 
 @pytest.mark.parametrize("flavour", ["1", "2", "3"])
@@ -120,7 +120,7 @@ def test_a_socket_flavour_overrules_the_socket_key(gateway, flavour):
 def test_a_second_instance_refuses_to_run(running):
     second = Gateway.__new__(Gateway)
     second.__dict__.update(running.__dict__, lines=[], errors=[], clients=[], process=None)
-    second.spawn("-ini", str(running.settings_file))
+    second.spawn("-ini", running.settings_file)
 
     assert second.wait_for_exit() == 1
     wait_until(lambda: second.errors, "the message")
@@ -131,7 +131,10 @@ def test_a_second_instance_refuses_to_run(running):
     assert b"<CloseQBRs" in running.ask("CLOSEQB:")[1]
 
 
-@pytest.mark.parametrize("ending", [signal.SIGINT, signal.SIGTERM])
+@pytest.mark.parametrize(
+    "ending",
+    [signal.SIGINT, pytest.param(signal.SIGTERM, marks=pytest.mark.posix_only("a signal"))],
+)
 def test_both_signals_end_the_session_and_close_the_sockets(gateway, ending):
     gateway.start()
     gateway.ask(qbxml(CUSTOMER_QUERY))
