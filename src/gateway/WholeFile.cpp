@@ -21,28 +21,46 @@ WholeFile::~WholeFile() {
 }
 
 bool WholeFile::Open() {
+  iPlaceError = 0;
   Text partialPath = sPath + u".part";
-  if (!oFile.OpenFile(partialPath, u"W")) return false;
+  if (!oFile.IsOpen() && !oFile.OpenFile(partialPath, u"W")) return false;
   sPartialPath = std::move(partialPath);
+  oFile.SetCursorPos(0);
+  return true;
+}
+
+bool WholeFile::Reserve(std::size_t bytes) {
+  if (!Write(Text(bytes, u' '))) return false;
+  oFile.SetCursorPos(0);
   return true;
 }
 
 bool WholeFile::Write(Text text) {
   oFile.WriteData(text);
-  return !Failed();
+  return Error() == 0;
+}
+
+bool WholeFile::Close() {
+  oFile.CloseFile();
+  return Error() == 0;
 }
 
 bool WholeFile::PutInPlace() {
-  oFile.CloseFile();
-  if (Failed() || platform::RenameOver(sPartialPath, sPath) != 0) return false;
+  iPlaceError = 0;
+  if (!Close()) return false;
+  iPlaceError = platform::RenameOver(sPartialPath, sPath);
+  if (iPlaceError != 0) return false;
   sPartialPath.clear();
   return true;
 }
 
-bool WholeFile::Failed() const {
+int WholeFile::Error() const {
   Text message;
   std::int32_t number = 0;
-  return oFile.ReadErrorHandler(message, number);
+  oFile.ReadErrorHandler(message, number);
+  return iPlaceError != 0 ? iPlaceError : number;
 }
+
+void WholeFile::Keep() { sPartialPath.clear(); }
 
 }  // namespace ostrel

@@ -148,10 +148,18 @@ void FormatXmlText(Text& text) {
   text = std::move(lines).ToString();
 }
 
+bool WriteResponseFile(TextView response, WholeFile& file) {
+  try {
+    return LayOutIntoFile(response, file);
+  } catch (...) {
+    return false;  // out of memory: the file is not whole, as with any other failure
+  }
+}
+
 bool WriteResponseFile(TextView response, TextView path) {
   try {
     WholeFile file(path);
-    return file.Open() && LayOutIntoFile(response, file) && file.PutInPlace();
+    return file.Open() && WriteResponseFile(response, file) && file.PutInPlace();
   } catch (...) {
     return false;  // out of memory: the file is not there, as with any other failure
   }

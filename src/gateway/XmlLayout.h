@@ -7,6 +7,8 @@
 
 namespace ostrel {
 
+class WholeFile;
+
 /// The history formatter: the laid-out text replaces the argument.
 void FormatXmlText(Text& text);
 
@@ -14,5 +16,7 @@ void FormatXmlText(Text& text);
 /// all. Events are dispatched between pieces. False when the file could not be written whole;
 /// nothing is raised.
 bool WriteResponseFile(TextView response, TextView path);
+/// As above, into the open file; nothing is put in its place.
+bool WriteResponseFile(TextView response, WholeFile& file);
 
 }  // namespace ostrel

@@ -4,7 +4,11 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/SystemError.h"
 #include "shell/Menus.h"
+#include "util/Flag.h"
+#include "util/RunTimeError.h"
+#include "util/cFileIO.h"
 
 namespace ostrel {
 namespace {
@@ -32,17 +36,21 @@ void MarkFlavour(platform::MainWindow& window, std::int32_t commType) {
   }
 }
 
-// Sets a flag for as long as it lives.
-class Flag {
- public:
-  explicit Flag(bool& flag) : bFlag(flag) { bFlag = true; }
-  ~Flag() { bFlag = false; }
-  Flag(const Flag&) = delete;
-  Flag& operator=(const Flag&) = delete;
+// What two folder names have in common that mean the same folder.
+Text FolderKey(TextView folder) {
+  Text key = ReplaceAll(LowerCase(folder), u"/", u"\\");
+  while (key.ends_with(u'\\')) key.pop_back();
+  return key;
+}
 
- private:
-  bool& bFlag;
-};
+void CreateFolder(const Text& folder) {
+  constexpr int kPathFileAccessError = 75;
+  const int error = cFileIO().ValidateDirectory(folder);
+  if (error == 0) return;
+  throw RunTimeError(
+      kPathFileAccessError, u"cFileIO.ValidateDirectory",
+      u"Unable to create the folder " + folder + u": " + platform::SystemErrorText(error));
+}
 
 }  // namespace
 
@@ -50,7 +58,9 @@ CommunicationModes::CommunicationModes(AppSettings& settings, RunState& state,
                                        SettingsFile& settingsFile, platform::MainWindow& window,
                                        Trace& trace, SocketTransport& socketTransport,
                                        platform::Timer& socketTimer,
-                                       SocketServiceFactory createServer)
+                                       SocketServiceFactory createServer,
+                                       FolderTransport& folderTransport,
+                                       platform::Timer& processTimer)
     : oSettings(settings),
       oState(state),
       oSettingsFile(settingsFile),
@@ -58,7 +68,9 @@ CommunicationModes::CommunicationModes(AppSettings& settings, RunState& state,
       oTrace(trace),
       oSocketTransport(socketTransport),
       tmrSocketProcess(socketTimer),
-      CreateServer(std::move(createServer)) {}
+      CreateServer(std::move(createServer)),
+      oFolderTransport(folderTransport),
+      tmrProcess(processTimer) {}
 
 CommunicationModes::~CommunicationModes() { ReleaseSocketServer(); }
 
@@ -86,16 +98,18 @@ void CommunicationModes::mnuCommunicationsSocket_Click() {
   ChooseFlavour(0);
 }
 
-void CommunicationModes::StopSocketServer() {
+void CommunicationModes::StopTransports() {
   tmrSocketProcess.SetEnabled(false);
   if (oSocketServer != nullptr) oSocketServer->StopServer();
   oState.bSocketRunning = false;
   ReleaseSocketServer();
+  StopFolderWatch();
 }
 
 void CommunicationModes::Apply() {
   SetFlavour();
   ApplySocketServer();
+  ApplyFolderWatch();
   MarkTransports();
 }
 
@@ -160,6 +174,43 @@ void CommunicationModes::StartSocketServer() {
 void CommunicationModes::ReleaseSocketServer() {
   oSocketTransport.Detach();
   oSocketServer.reset();
+}
+
+void CommunicationModes::ApplyFolderWatch() {
+  if (!oSettings.bFolderWatch) {
+    const bool wasRunning = oState.bFolderRunning;
+    StopFolderWatch();
+    if (wasRunning) {
+      oTrace.AddStatus(u"Stop Watching Folder: " + oFolderTransport.ProcessList.Folder());
+    }
+  } else if (oState.bWatchActive) {
+    oState.bFolderRunning = true;
+  } else {
+    StartFolderWatch();
+  }
+}
+
+void CommunicationModes::StartFolderWatch() {
+  if (RefuseOneFolderForBoth()) return;
+  CreateFolder(oSettings.sProcessPath);
+  CreateFolder(oSettings.sResponsePath);
+  oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, u"*.osl");
+  tmrProcess.SetEnabled(true);
+}
+
+void CommunicationModes::StopFolderWatch() {
+  tmrProcess.SetEnabled(false);
+  oState.bWatchActive = oState.bFolderRunning = false;
+  oFolderTransport.Stop();
+}
+
+bool CommunicationModes::RefuseOneFolderForBoth() {
+  if (FolderKey(oSettings.sProcessPath) != FolderKey(oSettings.sResponsePath)) return false;
+  oSettings.bFolderWatch = false;
+  oWindow.ShowMessage(u"Unable to watch the folder " + oSettings.sProcessPath +
+                      u": it is the folder of the responses as well, and each response would be "
+                      u"taken as a request again");
+  return true;
 }
 
 void CommunicationModes::MarkTransports() {

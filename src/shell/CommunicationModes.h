@@ -12,6 +12,7 @@
 #include "shell/RunState.h"
 #include "shell/SettingsFile.h"
 #include "shell/SocketService.h"
+#include "transports/FolderTransport.h"
 #include "transports/SocketTransport.h"
 
 namespace ostrel {
@@ -20,12 +21,14 @@ class CommunicationModes {
  public:
   CommunicationModes(AppSettings& settings, RunState& state, SettingsFile& settingsFile,
                      platform::MainWindow& window, Trace& trace, SocketTransport& socketTransport,
-                     platform::Timer& tmrSocketProcess, SocketServiceFactory createServer);
+                     platform::Timer& tmrSocketProcess, SocketServiceFactory createServer,
+                     FolderTransport& folderTransport, platform::Timer& tmrProcess);
   ~CommunicationModes();
   CommunicationModes(const CommunicationModes&) = delete;
   CommunicationModes& operator=(const CommunicationModes&) = delete;
 
-  /// Called again from an event that comes meanwhile, it runs once more when it has ended.
+  /// Called again from an event that comes meanwhile, it runs once more when it has ended. Raises
+  /// RunTimeError 75 when a folder to be watched or written to cannot be created.
   void ApplyCommunications();
   /// While this is so, the socket server must not be taken down.
   bool IsApplying() const { return bApplying; }
@@ -35,8 +38,8 @@ class CommunicationModes {
   void mnuCommunicationsFolder_Click();
   void mnuCommunicationsSocket_Click();
 
-  /// The shut-down: stops the socket server without a word.
-  void StopSocketServer();
+  /// The shut-down: stops the transports without a word.
+  void StopTransports();
 
  private:
   void Apply();
@@ -45,6 +48,10 @@ class CommunicationModes {
   void ApplySocketServer();
   void StartSocketServer();
   void ReleaseSocketServer();
+  void ApplyFolderWatch();
+  void StartFolderWatch();
+  void StopFolderWatch();
+  bool RefuseOneFolderForBoth();
   void MarkTransports();
   void WriteFlavour();
 
@@ -57,6 +64,8 @@ class CommunicationModes {
   platform::Timer& tmrSocketProcess;
   SocketServiceFactory CreateServer;
   std::unique_ptr<SocketService> oSocketServer;
+  FolderTransport& oFolderTransport;
+  platform::Timer& tmrProcess;
   bool bApplying = false;
   bool bApplyAgain = false;
 };

@@ -22,8 +22,9 @@ constexpr int kUsageError = 64;
 constexpr TextView kHelp =
     u"Usage: ostrel-server [-ini FILE] [-debug] [-commmenu false]\n"
     u"\n"
-    u"The MultiValue QuickBooks gateway without a window. It answers requests over TCP as its\n"
-    u"settings file says, with QuickBooks played by the built-in stand-in.\n"
+    u"The MultiValue QuickBooks gateway without a window. It answers requests over TCP and in "
+    u"files\n"
+    u"as its settings file says, with QuickBooks played by the built-in stand-in.\n"
     u"\n"
     u"  -ini FILE        settings file; without it, osl.ini beside the program\n"
     u"  -debug           as the product's debug mode\n"
@@ -57,6 +58,7 @@ int Run(const HeadlessOptions& options) {
                        .clock = platform::SystemClock(),
                        .createProcessor = MakeSimulatedRequestProcessor,
                        .createSocketServer = CreateSocketServer,
+                       .createFolderNotification = platform::MakeFolderNotification,
                        .programFolder = platform::ProgramFolder(),
                        .commandLine = options.sCommandLine,
                        .unloaded = {}},

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <exception>
-#include <utility>
 
+#include "gateway/ErrorFile.h"
 #include "gateway/HistoryFileName.h"
 #include "gateway/WholeFile.h"
 #include "shell/Menus.h"
@@ -103,9 +103,7 @@ void Logs::WriteStatusFile(TextView text) {
 
 void Logs::WriteErrorFile(TextView path, TextView errorNumber, TextView message) {
   WholeFile file(path);
-  Text content = u"ERROR ";
-  content.append(errorNumber).append(kCrLf).append(message).append(kCrLf);
-  if (file.Open() && file.Write(std::move(content))) file.PutInPlace();
+  if (file.Open() && ostrel::WriteErrorFile(file, errorNumber, message)) file.PutInPlace();
 }
 
 void Logs::mnuToolsCommLog_Click() {

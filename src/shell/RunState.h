@@ -3,9 +3,11 @@
 
 #include <cstdint>
 
+#include "transports/WatchState.h"
+
 namespace ostrel {
 
-struct RunState {
+struct RunState : WatchState {
   bool bSocketRunning = false;     // the socket server has been started
   std::int16_t iActiveSocket = 0;  // connection whose request is being answered; below 1: none
   bool bDebug = false;             // the debug switch was given

@@ -57,11 +57,16 @@ frmMain::frmMain(Surroundings surroundings)
       oQBXML(oSurroundings.createProcessor),
       oHostQuery(oQBXML, oIdleClose, oLogs, oSurroundings.clock),
       oRequestHandler(oSettings, oQBXML, oHostQuery, oIdleClose, oLogs, oSurroundings.clock),
-      oSocketTransport(oSettings, oLogs, oGate, oState.iActiveSocket,
-                       [this](Text& request, Text& response) {
-                         return oRequestHandler.ProcessRequest(request, response);
-                       }),
+      oSocketTransport(
+          oSettings, oLogs, oGate, oState.iActiveSocket,
+          [this](Text& request, Text& response) { return ProcessRequest(request, response); }),
+      oFolderTransport(
+          oSettings, oState, oLogs, oGate,
+          [this](Text& request, Text& response) { return ProcessRequest(request, response); },
+          [this] { return CreateWatcher(); }),
       tmrSocketProcess(milliseconds(100), [this] { tmrSocketProcess_Timer(); }),
+      tmrProcess(milliseconds(100), [this] { tmrProcess_Timer(); }),
+      tmrLook(milliseconds(2000), [this] { tmrLook_Timer(); }),
       tmrClose(milliseconds(1000), [this] { tmrClose_Timer(); }),
       tmrLoadingFlag(milliseconds(5000), [this] { tmrLoadingFlag_Timer(); }),
       tmrUnload(milliseconds(1),
@@ -69,10 +74,11 @@ frmMain::frmMain(Surroundings surroundings)
                   tmrUnload.SetEnabled(false);
                   Unload();
                 }),
-      oCommunications(oSettings, oState, oSettingsFile, oSurroundings.window, oLogs,
-                      oSocketTransport, tmrSocketProcess, [this] {
-                        return oSurroundings.createSocketServer(oSocketTransport, oLogs);
-                      }) {
+      oCommunications(
+          oSettings, oState, oSettingsFile, oSurroundings.window, oLogs, oSocketTransport,
+          tmrSocketProcess,
+          [this] { return oSurroundings.createSocketServer(oSocketTransport, oLogs); },
+          oFolderTransport, tmrProcess) {
   oQBXML.UpdateStatus = [this](TextView text) { oQBXML_UpdateStatus(text); };
   oQBXML.Loading = [this] { oQBXML_Loading(); };
   oQBXML.Loaded = [this] { oQBXML_Loaded(); };
@@ -140,6 +146,20 @@ void frmMain::tmrSocketProcess_Timer() {
   Guarded(oLogs, u"tmrSocketProcess", [this] { oSocketTransport.tmrSocketProcess_Timer(); });
 }
 
+void frmMain::tmrProcess_Timer() {
+  // The watch would hold up the handler below for as long as it lasts: tried at the next tick.
+  if (bUnloadWanted || platform::IsNestedHandler()) return;
+  tmrProcess.SetEnabled(false);
+  tmrLook.SetEnabled(true);
+  Guarded(oLogs, u"tmrProcess", [this] { oFolderTransport.tmrProcess_Timer(); });
+}
+
+void frmMain::tmrLook_Timer() {
+  if (bUnloadWanted) return;
+  tmrLook.SetEnabled(oState.bWatchActive);
+  Guarded(oLogs, u"tmrLook", [this] { oFolderTransport.LookAgain(); });
+}
+
 void frmMain::tmrClose_Timer() {
   if (oGate.IsBusy() || !oQBXML.IsConnected()) return;
   if (!oIdleClose.IsDue(oSurroundings.clock.Now(), oSettings.iDisconnectTimeout)) return;
@@ -148,7 +168,23 @@ void frmMain::tmrClose_Timer() {
 
 void frmMain::tmrLoadingFlag_Timer() {
   tmrLoadingFlag.SetEnabled(false);
-  Guarded(oLogs, u"tmrLoadingFlag", [this] { oSocketTransport.SendLoadingNotice(); });
+  Guarded(oLogs, u"tmrLoadingFlag", [this] {
+    if (!oSocketTransport.SendLoadingNotice()) oFolderTransport.SendLoadingNotice();
+  });
+}
+
+float frmMain::ProcessRequest(Text& request, Text& response) {
+  return oRequestHandler.ProcessRequest(request, response);
+}
+
+std::shared_ptr<clsWatchFolder> frmMain::CreateWatcher() {
+  auto watcher = std::make_shared<clsWatchFolder>(oSurroundings.createFolderNotification());
+  watcher->FolderChanged = [this](TextView folder) {
+    Guarded(oLogs, u"oWatchFolder_FolderChanged",
+            [&] { oFolderTransport.ScanProcessFolder(folder); });
+  };
+  watcher->ShowMessage = [this](TextView text) { oSurroundings.window.ShowMessage(text); };
+  return watcher;
 }
 
 void frmMain::mnuFile_Click() {
@@ -164,6 +200,7 @@ void frmMain::mnuFileCloseConnection_Click() {
 void frmMain::Unload() {
   if (bUnloaded) return;
   bUnloadWanted = true;
+  oFolderTransport.TakeNoMore();
   if (oGate.IsBusy() || oCommunications.IsApplying()) return;
   bUnloaded = true;
   Guarded(oLogs, u"QueryUnload", [this] { QueryUnload(); });
@@ -173,7 +210,7 @@ void frmMain::Unload() {
 void frmMain::QueryUnload() {
   const auto pass = oGate.TryEnter();
   oQBXML.EndSessionAndCloseConnection();
-  oCommunications.StopSocketServer();
+  oCommunications.StopTransports();
   tmrClose.SetEnabled(false);
   tmrLoadingFlag.SetEnabled(false);
 }

@@ -19,6 +19,7 @@
 #include "shell/RunState.h"
 #include "shell/SettingsFile.h"
 #include "shell/SocketService.h"
+#include "transports/FolderTransport.h"
 #include "transports/SocketTransport.h"
 #include "util/Text.h"
 
@@ -35,6 +36,7 @@ class frmMain {
     qbxml::ProcessorFactory createProcessor;
     /// Creates the socket server, its events wired to this transport.
     std::function<std::unique_ptr<SocketService>(SocketTransport&, Trace&)> createSocketServer;
+    std::function<std::unique_ptr<platform::FolderNotification>()> createFolderNotification;
     Text programFolder;
     Text commandLine;  // without the program's name
     /// The form has unloaded: the program can end. The form must not be destroyed in the call.
@@ -58,6 +60,9 @@ class frmMain {
 
   /// The timers' handlers.
   void tmrSocketProcess_Timer();
+  /// Blocks while the folder is watched; put off while another handler waits below.
+  void tmrProcess_Timer();
+  void tmrLook_Timer();
   void tmrClose_Timer();
   void tmrLoadingFlag_Timer();
 
@@ -71,6 +76,8 @@ class frmMain {
   void RunLoadSteps(TextView& failure);
   void QueryUnload();
   void CarryOutUnload();
+  float ProcessRequest(Text& request, Text& response);
+  std::shared_ptr<clsWatchFolder> CreateWatcher();
 
   void mnuFile_Click();
   void mnuFileCloseConnection_Click();
@@ -90,7 +97,10 @@ class frmMain {
   HostQuery oHostQuery;
   RequestHandler oRequestHandler;
   SocketTransport oSocketTransport;
+  FolderTransport oFolderTransport;
   platform::Timer tmrSocketProcess;
+  platform::Timer tmrProcess;
+  platform::Timer tmrLook;  // looks at the process folder again while it is watched
   platform::Timer tmrClose;
   platform::Timer tmrLoadingFlag;
   platform::Timer tmrUnload;  // carries out an unload that was put off

@@ -11,6 +11,7 @@
 #include "gateway/Trace.h"
 #include "platform/EventLoop.h"
 #include "transports/ClientConnections.h"
+#include "transports/RequestProcessing.h"
 #include "transports/SocketSlots.h"
 #include "transports/TransportSettings.h"
 #include "util/Text.h"
@@ -19,9 +20,6 @@ namespace ostrel {
 
 class SocketTransport {
  public:
-  /// The gateway's ProcessRequest: the result is above 0 for an error.
-  using RequestProcessing = std::function<float(Text& request, Text& response)>;
-
   /// activeSocket: index of the connection whose request is being answered, 0 for none; the logs
   /// read it as well.
   SocketTransport(const TransportSettings& settings, Trace& trace, RequestGate& gate,
@@ -48,7 +46,7 @@ class SocketTransport {
   /// Lets the user interface process pending events between the blocks of a response.
   std::function<void()> DoEvents = platform::DoEvents;
   /// Characters; a longer request ends its connection.
-  std::size_t lLongestRequest = std::size_t{256} * 1024 * 1024;
+  std::size_t lLongestRequest = kLongestRequest;
 
  private:
   class InWork;

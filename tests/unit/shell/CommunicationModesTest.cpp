@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <deque>
+#include <utility>
 
+#include "../doubles/FakeFolderNotification.h"
 #include "../doubles/FakeSocketService.h"
 #include "../doubles/FakeTrace.h"
 #include "../doubles/FakeWindow.h"
@@ -27,6 +30,8 @@ class CommunicationModesTest : public testing::Test {
     Settings.sIniFile = Folder.Path(u"osl.ini");
     Settings.lSocketPort = 5000;
     Settings.lBlockSize = 10000;
+    Settings.sProcessPath = Folder.Path(u"process");
+    Settings.sResponsePath = Folder.Path(u"response");
     Folder.Write(u"osl.ini", "[Communication]\r\nType=0\r\nFolder=0\r\nSocket=0\r\n");
   }
 
@@ -52,11 +57,31 @@ class CommunicationModesTest : public testing::Test {
   SettingsFile File{Settings, Window, Trace, Folder.Path(), [] {}};
   SocketTransport Transport{Settings, Trace, Gate, State.iActiveSocket,
                             [](Text&, Text&) { return 0.0F; }};
+  FolderTransport Watch{Settings,
+                        State,
+                        Trace,
+                        Gate,
+                        [](Text&, Text&) { return 0.0F; },
+                        [this] {
+                          auto notification = std::make_unique<doubles::FakeFolderNotification>();
+                          notification->Steps = std::exchange(FolderSteps, {});
+                          auto watcher = std::make_shared<clsWatchFolder>(std::move(notification));
+                          watcher->FolderChanged = [](TextView) {};
+                          return watcher;
+                        }};
+  std::deque<doubles::FakeFolderNotification::Step> FolderSteps;  // of the next watcher
   platform::Timer tmrSocketProcess{std::chrono::milliseconds(100), [] {}};
-  CommunicationModes Modes{
-      Settings, State, File, Window, Trace, Transport, tmrSocketProcess, [this] {
-        return std::make_unique<doubles::FakeSocketService>(Network);
-      }};
+  platform::Timer tmrProcess{std::chrono::milliseconds(100), [] {}};
+  CommunicationModes Modes{Settings,
+                           State,
+                           File,
+                           Window,
+                           Trace,
+                           Transport,
+                           tmrSocketProcess,
+                           [this] { return std::make_unique<doubles::FakeSocketService>(Network); },
+                           Watch,
+                           tmrProcess};
 };
 
 TEST_F(CommunicationModesTest, RunsNothingWithBothTransportsOff) {
@@ -276,7 +301,7 @@ TEST_F(CommunicationModesTest, StopsTheServerAtTheShutDownWithoutAWord) {
   Modes.ApplyCommunications();
   Trace.Status.clear();
 
-  Modes.StopSocketServer();
+  Modes.StopTransports();
 
   EXPECT_THAT(Trace.Status, IsEmpty());
   EXPECT_EQ(Network.iServersAlive, 0);

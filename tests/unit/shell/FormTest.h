@@ -4,9 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <memory>
+#include <utility>
 
 #include "../doubles/FakeClock.h"
+#include "../doubles/FakeFolderNotification.h"
 #include "../doubles/FakeRequestProcessor.h"
 #include "../doubles/FakeSocketService.h"
 #include "../doubles/FakeWindow.h"
@@ -33,6 +36,12 @@ class FormTest : public testing::Test {
                   Transport = &transport;
                   return std::make_unique<doubles::FakeSocketService>(Network);
                 },
+            .createFolderNotification =
+                [this] {
+                  auto notification = std::make_unique<doubles::FakeFolderNotification>();
+                  notification->Steps = std::exchange(FolderSteps, {});
+                  return notification;
+                },
             .programFolder = Folder.Path(),
             .commandLine = std::move(commandLine),
             .unloaded = [this] { ++iUnloads; }};
@@ -47,6 +56,8 @@ class FormTest : public testing::Test {
   doubles::FakeClock Clock;
   doubles::FakeQuickBooks QuickBooks;
   doubles::FakeNetwork Network;
+  /// What the folder's next watcher sees.
+  std::deque<doubles::FakeFolderNotification::Step> FolderSteps;
   SocketTransport* Transport = nullptr;  // once a server has been created
   int iUnloads = 0;
 };

@@ -1,0 +1,210 @@
+#include "transports/FolderTransport.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "platform/FileSystem.h"
+#include "platform/SystemError.h"
+#include "transports/RequestFile.h"
+#include "util/Flag.h"
+
+namespace ostrel {
+namespace {
+
+constexpr TextView kNotInPlace = u"its last response could not be put in place yet";
+
+}  // namespace
+
+FolderTransport::FolderTransport(const TransportSettings& settings, WatchState& state, Trace& trace,
+                                 RequestGate& gate, RequestProcessing processRequest,
+                                 WatcherFactory createWatcher)
+    : oSettings(settings),
+      oState(state),
+      oTrace(trace),
+      oGate(gate),
+      ProcessRequest(std::move(processRequest)),
+      CreateWatcher(std::move(createWatcher)) {}
+
+void FolderTransport::tmrProcess_Timer() {
+  if (oWatchFolder == nullptr) oWatchFolder = CreateWatcher();
+  // Held here: it must outlive its wait, whoever stops the transport meanwhile.
+  const auto watcher = oWatchFolder;
+  oState.bWatchActive = oState.bFolderRunning = true;
+  bTakeNoMore = bFolderGone = false;
+  const Text folder = ProcessList.Folder();
+  oTrace.AddStatus(u"Watching Folder: " + folder);
+  ScanUntilNothingWaits(*watcher, folder);
+  if (!bTakeNoMore) watcher->WatchFolder(folder);
+}
+
+// The deletions of these scans raise no event: nothing watches yet.
+void FolderTransport::ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder) {
+  std::size_t before = 0;
+  do {
+    before = lTaken;
+    watcher.FolderChanged(folder);
+  } while (lTaken != before && !bTakeNoMore && !ProcessList.Names().empty());
+}
+
+void FolderTransport::ScanProcessFolder(TextView folder) {
+  if (bScanning || bTakeNoMore) return;
+  Log(u"Changed ", folder);
+  ProcessList.Refresh();
+  oRefused.KeepOnly(ProcessList.Names());
+  if (ProcessList.Names().empty()) return Log(u"No *.osl files found");
+  TakeListed();
+}
+
+// Kept: the list shrinks with each file taken, count and index stay. Every other file is left to
+// the next scan, which the deletions bring about.
+void FolderTransport::TakeListed() {
+  const Flag scanning(bScanning);
+  const std::size_t count = ProcessList.Names().size();
+  for (std::size_t i = 0; i < count && i < ProcessList.Names().size() && !bTakeNoMore; ++i) {
+    {
+      const auto pass = oGate.TryEnter();
+      if (!pass) return;
+      Serve(Text(ProcessList.Names()[i]));
+    }
+    DoEvents();
+  }
+}
+
+void FolderTransport::Serve(const Text& name) {
+  const bool isRetry = oRefused.Contains(name);
+  const Text path = ProcessList.Folder() + u"\\" + name;
+  if (!isRetry) Log(u"Read ", path);
+
+  auto answer = std::make_unique<AnswerFile>(oSettings.sResponsePath + u"\\" + name);
+  Text request;
+  Problem problem;
+  if (!Take(name, *answer, request, problem)) return;
+  answer->Owe();
+  ++lTaken;
+  oRefused.Remove(name);
+  if (isRetry) Log(u"Read ", path);
+  Answer(std::move(request), problem, *answer);
+  Place(std::move(answer));
+}
+
+bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request, Problem& problem) {
+  RequestFile file(ProcessList.Folder() + u"\\" + name);
+  if (const int error = file.Open()) return Refuse(name, u"it cannot be read", error);
+  if (HasUnplaced(answer.Path())) return Refuse(name, kNotInPlace, 0);
+  if (const int error = answer.Reserve()) {
+    return Refuse(name, u"its response cannot be written", error);
+  }
+  try {
+    const int error = file.Read(request, lLongestRequest);
+    if (error != 0) return Refuse(name, u"it cannot be read", error);
+  } catch (const std::bad_alloc&) {
+    problem = {kErrorOutOfMemory, u"Out of memory: the request could not be read"};
+  } catch (const std::length_error&) {
+    problem = {kErrorRequestTooLong, u"The request is too long"};
+  }
+  // Not processed unless it has gone: it would be processed again and again.
+  const int error = file.Delete();
+  return error == 0 || Refuse(name, u"it cannot be deleted", error);
+}
+
+bool FolderTransport::Refuse(const Text& name, TextView reason, int error) {
+  const bool isGone = error == platform::kFileNotFound;
+  if (isGone || !oRefused.Add(name, reason)) return false;
+  Text line = u"Request file " + name + u" waits: ";
+  line.append(reason);
+  if (error != 0) line.append(u": ").append(platform::SystemErrorText(error));
+  oTrace.AddStatus(line);
+  return false;
+}
+
+void FolderTransport::Answer(Text request, const Problem& problem, AnswerFile& answer) {
+  try {
+    ProcessList.Refresh();
+    if (problem.sErrorNumber.empty()) return ProcessInto(answer, std::move(request));
+    request = Text();
+    Log(u"Write ", answer.Path());
+    answer.WriteError(problem.sErrorNumber, problem.sMessage);
+  } catch (const std::bad_alloc&) {
+    answer.WriteError(kErrorOutOfMemory, u"Out of memory");
+  } catch (const std::exception&) {
+    answer.WriteError(kErrorInternal, u"Internal error");
+  }
+}
+
+void FolderTransport::ProcessInto(AnswerFile& answer, Text request) {
+  Text response;
+  const float result = ProcessRequest(request, response);
+  request = Text();  // gives its memory to the response's layout
+  Log(u"Write ", answer.Path());
+  if (result > 0) {
+    answer.WriteError(ToText(result), response);
+  } else {
+    answer.WriteResponse(response);
+  }
+}
+
+void FolderTransport::Place(std::unique_ptr<AnswerFile> answer) {
+  const int error = answer->PutInPlace();
+  if (error == 0) return;
+  Unplaced.push_back(std::move(answer));
+  oTrace.AddStatus(u"Response file " + Unplaced.back()->Path() +
+                   u" waits: it cannot be put in place: " + platform::SystemErrorText(error));
+}
+
+bool FolderTransport::HasUnplaced(TextView path) const {
+  const Text key = LowerCase(path);
+  return std::any_of(Unplaced.begin(), Unplaced.end(),
+                     [&](const auto& answer) { return LowerCase(answer->Path()) == key; });
+}
+
+void FolderTransport::PlaceUnplaced() {
+  std::erase_if(Unplaced, [](const auto& answer) { return answer->PutInPlace() == 0; });
+}
+
+void FolderTransport::LookAgain() {
+  if (oWatchFolder == nullptr || bScanning || bTakeNoMore || oGate.IsBusy()) return;
+  PlaceUnplaced();
+  if (!IsFolderThere()) return;
+  ProcessList.Refresh();
+  oRefused.KeepOnly(ProcessList.Names());
+  const auto& names = ProcessList.Names();
+  const bool isNews = std::any_of(names.begin(), names.end(),
+                                  [this](const Text& name) { return !oRefused.Contains(name); });
+  if (isNews) {
+    ScanProcessFolder(ProcessList.Folder());
+  } else {
+    TakeListed();  // without a trace of the scan
+  }
+}
+
+bool FolderTransport::IsFolderThere() {
+  const bool isThere = platform::FolderExists(ProcessList.Folder());
+  if (isThere == bFolderGone) {
+    bFolderGone = !isThere;
+    oTrace.AddStatus((isThere ? u"The process folder is back: " : u"The process folder is gone: ") +
+                     ProcessList.Folder());
+  }
+  return isThere;
+}
+
+void FolderTransport::SendLoadingNotice() {
+  if (ProcessList.Names().empty()) return;
+  oTrace.WriteErrorFile(oSettings.sResponsePath + u"\\" + ProcessList.Names().front(), u"99",
+                        u"Loading Quickbooks");
+}
+
+void FolderTransport::Stop() {
+  bTakeNoMore = true;
+  oRefused.Clear();
+  const auto watcher = std::exchange(oWatchFolder, nullptr);
+  if (watcher != nullptr) watcher->WatchStop();
+}
+
+void FolderTransport::Log(TextView what, TextView path) {
+  if (!oTrace.CommLogEnabled()) return;
+  oTrace.WriteCommLog(Text(u"Folder Watched\t").append(what).append(path));
+}
+
+}  // namespace ostrel

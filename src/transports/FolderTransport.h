@@ -1,0 +1,93 @@
+// Requests in files: takes the request files of the process folder one by one and leaves an answer
+// of the same name in the response folder. A request file that has been deleted always has an
+// answer file; one that cannot be taken stays where it is, is told of once and tried again.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "gateway/RequestGate.h"
+#include "gateway/Trace.h"
+#include "platform/EventLoop.h"
+#include "transports/AnswerFile.h"
+#include "transports/FileList.h"
+#include "transports/RefusedFiles.h"
+#include "transports/RequestProcessing.h"
+#include "transports/TransportSettings.h"
+#include "transports/WatchState.h"
+#include "transports/clsWatchFolder.h"
+#include "util/Text.h"
+
+namespace ostrel {
+
+class FolderTransport {
+ public:
+  /// Its FolderChanged must call ScanProcessFolder and raise nothing.
+  using WatcherFactory = std::function<std::shared_ptr<clsWatchFolder>()>;
+
+  FolderTransport(const TransportSettings& settings, WatchState& state, Trace& trace,
+                  RequestGate& gate, RequestProcessing processRequest,
+                  WatcherFactory createWatcher);
+
+  /// The process folder's request files; set it before tmrProcess_Timer.
+  FileList ProcessList;
+
+  /// Answers what waits in the process folder, then watches it until Stop. Blocks as
+  /// clsWatchFolder does.
+  void tmrProcess_Timer();
+  /// Answers the request files of one listing, events dispatched between them; ends early while
+  /// another request is in work. Does nothing while a scan is on the stack.
+  void ScanProcessFolder(TextView folder);
+  /// For every two seconds while the folder is watched: takes what no notification told of, and
+  /// tries again what could not be done before.
+  void LookAgain();
+
+  /// Tells the next waiting client that QuickBooks is still loading (kept: not the one whose
+  /// request is in work).
+  void SendLoadingNotice();
+
+  /// The scan on the stack ends after the file in work, until tmrProcess_Timer begins anew.
+  void TakeNoMore() { bTakeNoMore = true; }
+  /// Ends watch and scan on the stack as soon as the handlers above them return.
+  void Stop();
+
+  std::function<void()> DoEvents = platform::DoEvents;
+  /// Characters; a longer request is deleted and answered by an error.
+  std::size_t lLongestRequest = kLongestRequest;
+
+ private:
+  struct Problem {
+    TextView sErrorNumber, sMessage;
+  };
+
+  void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);
+  void TakeListed();
+  void Serve(const Text& name);
+  bool Take(const Text& name, AnswerFile& answer, Text& request, Problem& problem);
+  bool Refuse(const Text& name, TextView reason, int error);
+  void Answer(Text request, const Problem& problem, AnswerFile& answer);
+  void ProcessInto(AnswerFile& answer, Text request);
+  void Place(std::unique_ptr<AnswerFile> answer);
+  bool HasUnplaced(TextView path) const;
+  void PlaceUnplaced();
+  bool IsFolderThere();
+  void Log(TextView what, TextView path = {});
+
+  const TransportSettings& oSettings;
+  WatchState& oState;
+  Trace& oTrace;
+  RequestGate& oGate;
+  RequestProcessing ProcessRequest;
+  WatcherFactory CreateWatcher;
+
+  std::shared_ptr<clsWatchFolder> oWatchFolder;
+  RefusedFiles oRefused;
+  std::vector<std::unique_ptr<AnswerFile>> Unplaced;  // complete, but their places are in use
+  std::size_t lTaken = 0;                             // request files taken, ever
+  bool bScanning = false;
+  bool bTakeNoMore = false;
+  bool bFolderGone = false;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,17 @@
+// Sets a flag for as long as it lives: "this is on the stack".
+#pragma once
+
+namespace ostrel {
+
+class Flag {
+ public:
+  explicit Flag(bool& flag) : bFlag(flag) { bFlag = true; }
+  ~Flag() { bFlag = false; }
+  Flag(const Flag&) = delete;
+  Flag& operator=(const Flag&) = delete;
+
+ private:
+  bool& bFlag;
+};
+
+}  // namespace ostrel
