@@ -1,20 +1,30 @@
 """The tool with which a user tries the gateway."""
 
+import os
+import pathlib
 import socket
 import subprocess
 import threading
+import time
 
 import pytest
 
-from gateway import PROGRAMS, CUSTOMER_QUERY, Client, free_port, qbxml
+from gateway import LIMIT, CUSTOMER_QUERY, free_port, qbxml, wait_until
+from system import as_known, command, program_file
 
-SEND = PROGRAMS / "ostrel-send"
+SEND = program_file("ostrel-send")
 
 
-def send(*arguments, stdin=b"", cwd=None):
+def send(*arguments, stdin=b""):
+    """Paths among the arguments are given as paths."""
     return subprocess.run(
-        [SEND, *map(str, arguments)], input=stdin, capture_output=True, timeout=60, cwd=cwd
+        command(SEND, *arguments), input=stdin, capture_output=True, timeout=2 * LIMIT
     )
+
+
+def lines(output):
+    """What was printed, whatever the system's line break is."""
+    return output.replace(b"\r\n", b"\n")
 
 
 class Listener:
@@ -51,6 +61,47 @@ class Listener:
         self.socket.close()
 
 
+class FolderPlayer:
+    """A gateway's place is taken by a thread that takes one request file and then does what the test
+    wants with its name: each answer is put there, and the next once it has been fetched."""
+
+    def __init__(self, folder, *answers):
+        self.process = folder / "process"
+        self.response = folder / "response"
+        self.process.mkdir()
+        self.response.mkdir()
+        self.answers = answers
+        self.request = None
+        self.seen = set()
+        self.thread = threading.Thread(target=self._serve, daemon=True)
+
+    def send(self, *arguments, stdin=b""):
+        """Sends through these folders and returns once both sides have ended."""
+        self.thread.start()
+        result = send("--folder", self.process, self.response, *arguments, stdin=stdin)
+        self.thread.join(LIMIT)
+        return result
+
+    def left_behind(self):
+        return [path.name for folder in (self.process, self.response) for path in folder.iterdir()]
+
+    def _request_file(self):
+        names = os.listdir(self.process)
+        self.seen.update(names)
+        return next((self.process / name for name in names if name.endswith(".osl")), None)
+
+    def _serve(self):
+        path = wait_until(self._request_file, "a request file")
+        self.request = path.read_bytes()
+        path.unlink()
+        answer = self.response / path.name
+        for content in self.answers:
+            wait_until(lambda: not answer.exists(), "the answer is fetched")
+            part = answer.with_suffix(".part")
+            part.write_bytes(content)
+            part.rename(answer)
+
+
 def test_an_answer_is_printed_with_exit_code_0(running):
     result = send("--port", running.port, "CLOSEQB:")
 
@@ -63,7 +114,7 @@ def test_a_request_from_a_file(running, tmp_path):
     request = tmp_path / "request.xml"
     request.write_text(qbxml(CUSTOMER_QUERY))
 
-    result = send("--port", running.port, f"@{request}")
+    result = send("--port", running.port, f"@{as_known(request)}")
 
     assert result.returncode == 0 and b"<CustomerQueryRs" in result.stdout
 
@@ -117,7 +168,7 @@ def test_wrong_usage_is_exit_code_64(arguments):
 
 
 def test_a_request_file_that_is_missing_is_told(tmp_path):
-    result = send(f"@{tmp_path / 'nothing.xml'}")
+    result = send(f"@{as_known(tmp_path / 'nothing.xml')}")
 
     assert result.returncode == 64 and b"nothing.xml" in result.stderr
 
@@ -133,7 +184,7 @@ def test_line_breaks_travel_as_attribute_marks():
         result = send("--port", listener.port, "--header", "MY.ROUTINE", "-", stdin=b"<a>\r\n<b/>\n</a>")
 
     assert listener.request == b"MY.ROUTINE\xfe<a>\xfe<b/>\xfe</a>\x1f"
-    assert result.stdout.replace(b"\r\n", b"\n") == b"<a>\n</a>\n"
+    assert lines(result.stdout) == b"<a>\n</a>\n"
 
 
 def test_raw_prints_every_byte_as_it_came():
@@ -165,3 +216,164 @@ def test_an_answer_outside_seven_bits():
 
     assert listener.request == "Caf\u00e9\x1f".encode("cp1252")
     assert "Caf\u00e9" in result.stdout.decode("utf-8")
+
+
+# -- through files ---------------------------------------------------------------------------------
+
+
+def test_folder_answer_is_printed_and_its_file_removed(tmp_path):
+    player = FolderPlayer(tmp_path, b"<QBXML>\r\n   <A>1</A>\r\n</QBXML>\r\n")
+
+    result = player.send("CLOSEQB:")
+
+    assert result.returncode == 0, result.stderr
+    assert lines(result.stdout) == b"<QBXML>\n   <A>1</A>\n</QBXML>\n"
+    assert player.request == b"CLOSEQB:\r\n"
+    assert player.left_behind() == []
+
+
+def test_folder_answer_is_fetched_at_once(tmp_path):
+    player = FolderPlayer(tmp_path, *[b"ERROR 99\r\nLoading Quickbooks\r\n"] * 50, b"<A/>\r\n")
+    start = time.monotonic()
+
+    result = player.send("CLOSEQB:")
+
+    assert result.returncode == 0
+    assert time.monotonic() - start < 10, "told by the system, not found when looking now and then"
+
+
+def test_folder_request_has_cr_lf_line_breaks_and_its_header(tmp_path):
+    player = FolderPlayer(tmp_path, b"<A/>\r\n")
+
+    player.send("--header", "MY.ROUTINE", "-", stdin=b"<a>\r\n<b/>\n</a>\n")
+
+    assert player.request == b"MY.ROUTINE\r\n<a>\r\n<b/>\r\n</a>\r\n"
+
+
+def test_folder_request_and_answer_are_in_the_code_page(tmp_path):
+    player = FolderPlayer(tmp_path, "<A>Caf\u00e9</A>\r\n".encode("cp1252"))
+
+    result = player.send("Caf\u00e9")
+
+    assert player.request == "Caf\u00e9\r\n".encode("cp1252")
+    assert lines(result.stdout).decode("utf-8") == "<A>Caf\u00e9</A>\n"
+
+
+def test_folder_raw_sends_and_prints_every_byte_as_it_is(tmp_path):
+    utf16 = b"\xff\xfe" + "Q\r\n".encode("utf-16-le")
+    player = FolderPlayer(tmp_path, b"<A>\r\r\n\xfe")
+
+    result = player.send("--raw", "-", stdin=utf16)
+
+    assert player.request == utf16
+    assert result.stdout == b"<A>\r\r\n\xfe"
+
+
+def test_folder_response_that_came_in_lines_is_printed_in_lines(tmp_path):
+    player = FolderPlayer(tmp_path, b"<A>\r\r\n   <B>\r\n")
+
+    result = player.send("X")
+
+    assert lines(result.stdout) == b"<A>\n   <B>\n"
+
+
+def test_folder_error_file_is_exit_code_1(tmp_path):
+    player = FolderPlayer(tmp_path, b"ERROR 1046\r\nWhat to do\r\n")
+
+    result = player.send("X")
+
+    assert result.returncode == 1
+    assert b"1046" in result.stderr and b"What to do\n" in lines(result.stderr)
+    assert result.stdout == b"" and player.left_behind() == []
+
+
+def test_folder_loading_notice_is_told_and_the_answer_awaited(tmp_path):
+    player = FolderPlayer(tmp_path, b"ERROR 99\r\nLoading Quickbooks\r\n", b"<A/>\r\n")
+
+    result = player.send("X")
+
+    assert result.returncode == 0 and lines(result.stdout) == b"<A/>\n"
+    assert b"99" in result.stderr and player.left_behind() == []
+
+
+def test_folder_request_is_never_seen_in_parts(tmp_path):
+    request = "<a>" + "x" * 30_000_000
+    player = FolderPlayer(tmp_path, b"<A/>\r\n")
+
+    player.send("-", stdin=request.encode())
+
+    assert player.request == request.encode() + b"\r\n"
+    assert len([name for name in player.seen if name.endswith(".osl")]) == 1
+
+
+@pytest.mark.parametrize("missing", ["process", "response"])
+def test_folder_that_is_missing_is_exit_code_2(tmp_path, missing):
+    player = FolderPlayer(tmp_path)
+    (tmp_path / missing).rmdir()
+
+    result = send("--folder", player.process, player.response, "X")
+
+    assert result.returncode == 2 and missing.encode() in result.stderr
+    assert [path for path in tmp_path.rglob("*") if path.is_file()] == []
+
+
+@pytest.mark.posix_only("a folder that no one can write into")
+def test_folder_that_cannot_be_written_is_exit_code_2(tmp_path):
+    result = send("--folder", pathlib.Path("/proc"), tmp_path, "X")
+
+    assert result.returncode == 2 and b"/proc" in result.stderr
+
+
+def test_folder_without_an_answer_is_exit_code_3_and_the_request_taken_back(tmp_path):
+    player = FolderPlayer(tmp_path)
+
+    result = send("--folder", player.process, player.response, "--timeout", "1", "X")
+
+    assert result.returncode == 3 and b"taken back" in result.stderr
+    assert player.left_behind() == []
+
+
+def test_folder_request_that_was_taken_is_told_with_the_answers_place(tmp_path):
+    player = FolderPlayer(tmp_path)
+
+    result = player.send("--timeout", "1", "X")
+
+    assert result.returncode == 3
+    assert b"has taken the request" in result.stderr and b"response" in result.stderr
+
+
+@pytest.mark.parametrize(
+    "arguments",
+    [["--folder"], ["--folder", "a", "b"], ["--folder", "a", "b", "--port", "4999", "X"]],
+)
+def test_folder_wrong_usage_is_exit_code_64(arguments):
+    result = send(*arguments)
+
+    assert result.returncode == 64 and b"ostrel-send" in result.stderr
+
+
+@pytest.fixture
+def watching(gateway):
+    """A gateway that takes request files, and its two folders."""
+    gateway.write_settings(Communication_Folder="1")
+    gateway.start()
+    gateway.wait_for_status("Watching Folder: ")
+    yield gateway.folder / "process", gateway.folder / "response"
+    assert gateway.stop() == 0, gateway.errors
+
+
+def test_folder_request_is_answered_by_the_gateway(watching, tmp_path):
+    request = tmp_path / "request.xml"
+    request.write_text(qbxml(CUSTOMER_QUERY))
+
+    result = send("--folder", *watching, f"@{as_known(request)}")
+
+    assert result.returncode == 0 and b"<CustomerQueryRs" in result.stdout, result.stderr
+    assert [path for folder in watching for path in folder.iterdir()] == []
+
+
+def test_folder_request_that_the_gateway_refuses_is_exit_code_1(watching):
+    result = send("--folder", *watching, "no xml at all")
+
+    assert result.returncode == 1 and b"1024" in result.stderr
+    assert [path for folder in watching for path in folder.iterdir()] == []
