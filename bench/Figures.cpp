@@ -30,4 +30,9 @@ Seconds Median(std::vector<Seconds> values) {
   return *middle;
 }
 
+Seconds Percentile(std::vector<Seconds> values, std::size_t percent) {
+  std::sort(values.begin(), values.end());
+  return values[(values.size() - 1) * percent / 100];
+}
+
 }  // namespace ostrel::bench

@@ -29,6 +29,9 @@ class Figures {
 /// The upper one of an even number of values, of which there must be one.
 Seconds Median(std::vector<Seconds> values);
 
+/// The value that `percent` of 100 do not exceed.
+Seconds Percentile(std::vector<Seconds> values, std::size_t percent);
+
 /// How long the step takes.
 template <typename Step>
 Seconds TimeOf(Step step) {

@@ -13,10 +13,11 @@
 #include <vector>
 
 #include "bench/Figures.h"
+#include "bench/FolderLoad.h"
+#include "bench/GatewayProgram.h"
 #include "bench/LoadServer.h"
 #include "bench/SampleText.h"
 #include "bench/System.h"
-#include "tests/support/ScratchFolder.h"
 #include "transports/TransportSettings.h"
 #include "util/CodePage.h"
 
@@ -242,28 +243,16 @@ void MeasureSmallRequests(Figures& figures) {
                  taken.count() * 1e3 / kRequests, 20, "ms");
 }
 
-std::string SettingsFor(std::uint16_t port, const std::string& folder) {
-  return "[General]\r\nProcessPath=" + folder + "\r\nResponsePath=" + folder +
-         "\r\nHistPath=" + folder + "\r\nHistory=0\r\nValidateXML=0\r\nStatusPath=" + folder +
-         "\r\n[Quickbooks]\r\nFileName=\r\nDisconnectTimeout=300\r\n[Communication]\r\nType=0\r\n" +
-         "Folder=0\r\nSocket=1\r\nSocketPort=" + std::to_string(port) + "\r\nBlockSize=10000\r\n";
-}
-
 // The real program, and nobody says anything.
 void MeasureIdleProgram(Figures& figures) {
   constexpr std::size_t kConnections = 1000;
   constexpr Seconds kTime(10);
-  const ScratchFolder folder;
-  const std::string path = ToUtf8(folder.Path());
-  const std::uint16_t port = Listener().Port();
-  folder.Write(u"osl.ini", SettingsFor(port, path));
-  const ChildProcess program(
-      {"env", "XDG_RUNTIME_DIR=" + path, OSTREL_SERVER, "-ini", path + "/osl.ini"});
-  while (program.ReadLine().find("Listenning on Socket") == std::string::npos) {
-  }
+  GatewayProgram gateway;
+  gateway.Start("Watching Folder: ");
+  const ChildProcess& program = gateway.Process();
 
   std::vector<Client> clients;
-  while (clients.size() < kConnections) clients.emplace_back(port);
+  while (clients.size() < kConnections) clients.emplace_back(gateway.Port());
   clients.back().Ask("CLOSEQB:");  // answered: all before it were accepted
   const Seconds before = program.CpuTime();
   std::this_thread::sleep_for(kTime);
@@ -281,6 +270,7 @@ int Measure() {
   MeasureRequests(figures);
   MeasureSlowReader(figures);
   MeasureSmallRequests(figures);
+  MeasureFolders(figures);
   MeasureIdleProgram(figures);
   return figures.ExitCode();
 }
