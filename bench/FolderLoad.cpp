@@ -49,6 +49,7 @@ void MeasureRequestFiles(Figures& figures) {
   gateway.Start("Watching Folder: ");
   TimeOfRequest(gateway, u"opens the company.osl");
   std::vector<Seconds> times;
+  times.reserve(kRequests);
   for (int i = 0; i < kRequests; ++i) times.push_back(TimeOfRequest(gateway, NameOf(i)));
   figures.AtMost("request file, until its response file is there, median",
                  Median(times).count() * 1e3, 20, "ms");
