@@ -24,7 +24,8 @@ class FolderNotification {
 
   enum class WaitResult { kChanged, kTimePassed, kClosed, kLoopQuits };
   /// Dispatches events as they come until the folder has changed or this time has passed; a closed
-  /// notification or a loop that was told to quit ends it at once.
+  /// notification or a loop that was told to quit ends it at once. That the folder has been moved
+  /// is told at the end of the time at the latest.
   virtual WaitResult WaitWithEvents(std::chrono::milliseconds time) = 0;
   /// To be called after kChanged and before the next wait. Changes between kChanged and this call
   /// are told by the next wait. 0, or the error number when the folder can no longer be watched (it

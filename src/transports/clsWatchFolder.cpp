@@ -87,7 +87,7 @@ bool clsWatchFolder::Begin(const Text& folder) {
 void clsWatchFolder::Run(const Text& folder, const std::function<void()>& changed) {
   bool armed = true;
   while (armed ? WaitForChange() : WaitForReturn(folder)) {
-    armed = !armed || oNotification->Rearm() == 0;
+    armed = !armed || oNotification->Rearm() == 0;  // opened afresh, it is armed already
     changed();
     DoEvents();
   }

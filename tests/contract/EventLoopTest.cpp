@@ -229,5 +229,61 @@ TEST(QuitEventLoop, HoldsForOneRunOnly) {
   EXPECT_EQ(RunEventLoop(), 1);
 }
 
+TEST(IsNestedHandler, IsFalseWithoutAHandler) { EXPECT_FALSE(IsNestedHandler()); }
+
+TEST(IsNestedHandler, IsFalseInEveryHandlerOfTheOutermostLoop) {
+  int ticks = 0, nested = 0;
+  const auto count = [&] {
+    ++ticks;
+    nested += IsNestedHandler() ? 1 : 0;
+  };
+  Timer first(milliseconds(1), count), second(milliseconds(1), count);
+  first.SetEnabled(true);
+  second.SetEnabled(true);
+
+  EXPECT_TRUE(Await([&] { return ticks > 100; }));
+
+  EXPECT_EQ(nested, 0);
+}
+
+TEST(IsNestedHandler, IsTrueInAHandlerThatRunsWhileAnotherOneWaits) {
+  std::optional<bool> inner, outerBefore, outerAfter;
+  Timer innerTimer(milliseconds(1), [&] { inner = IsNestedHandler(); });
+  Timer outer(milliseconds(1), [&] {
+    outerBefore = IsNestedHandler();
+    innerTimer.SetEnabled(true);
+    Await([&] { return inner.has_value(); });
+    innerTimer.SetEnabled(false);
+    outerAfter = IsNestedHandler();
+  });
+
+  outer.SetEnabled(true);
+  ASSERT_TRUE(Await([&] { return outerAfter.has_value(); }));
+
+  EXPECT_EQ(inner, true);
+  EXPECT_EQ(outerBefore, false);
+  EXPECT_EQ(outerAfter, false);
+}
+
+TEST(IsNestedHandler, IsFalseAgainWhenTheOtherOneHasReturned) {
+  int outerTicks = 0, ticksAfter = 0, nestedAfter = 0;
+  Timer outer(milliseconds(1), [&] {
+    ++outerTicks;
+    DoEvents();
+    outer.SetEnabled(false);
+  });
+  outer.SetEnabled(true);
+  ASSERT_TRUE(Await([&] { return outerTicks == 1; }));
+  Timer later(milliseconds(1), [&] {
+    ++ticksAfter;
+    nestedAfter += IsNestedHandler() ? 1 : 0;
+  });
+
+  later.SetEnabled(true);
+
+  EXPECT_TRUE(Await([&] { return ticksAfter > 10; }));
+  EXPECT_EQ(nestedAfter, 0);
+}
+
 }  // namespace
 }  // namespace ostrel::platform

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+#include "platform/win32/MessageLoop.h"
+
 namespace ostrel::platform {
 namespace {
 
@@ -56,7 +58,7 @@ LRESULT CALLBACK Signals::OnMessage(HWND window, UINT message, WPARAM wParam, LP
   if (message != kExitMessage) return DefWindowProcW(window, message, wParam, lParam);
   // A copy: the handler may put another one in its place.
   const auto handler = exitHandler;
-  if (handler) handler();
+  if (handler) RunHandlers(window, message, handler);
   return 0;
 }
 

@@ -40,18 +40,26 @@ class Loop {
   void Tick() noexcept;
   void TimersChanged();
   void DispatchWaiting();
-  bool DispatchUntil(HANDLE object, LoopClock::time_point deadline);
+  bool DispatchUntil(HANDLE object, LoopClock::time_point deadline,
+                     const std::function<bool()>& cancelled = {});
+  void RunHandlers(HWND window, UINT message, const std::function<void()>& run) noexcept;
   void Quit(int exitCode);
 
   TimerList oTimers;
   std::optional<int> quitCode;
+  int handlers = 0;  // on the stack
 
  private:
   static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void OnTickTimer();
   bool DispatchOne();
+  void Dispatch(const MSG& message);
 
   HWND oWindow = nullptr;
   LoopClock::time_point armedFor = kForEver;
+  /// What this loop has dispatched, until its handlers begin: nested loops' messages differ.
+  HWND oDispatchedTo = nullptr;
+  UINT dispatched = 0;
 };
 
 Loop& TheLoop() {
@@ -68,20 +76,39 @@ Loop::Loop() {
 Loop::~Loop() { DestroyWindow(oWindow); }
 
 LRESULT CALLBACK Loop::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_TIMER && wParam == kTickTimer) {
-    TheLoop().armedFor = kForEver;
-    TickDueTimers();
-    TheLoop().TimersChanged();
-    return 0;
+  if (message != WM_TIMER || wParam != kTickTimer) {
+    return DefWindowProcW(window, message, wParam, lParam);
   }
-  return DefWindowProcW(window, message, wParam, lParam);
+  TheLoop().RunHandlers(window, message, [] { TheLoop().OnTickTimer(); });
+  return 0;
+}
+
+void Loop::OnTickTimer() {
+  armedFor = kForEver;
+  TimersChanged();
 }
 
 /// A handler that raises ends the program here: the callers above the seam catch everything.
 void Loop::Tick() noexcept {
-  if (oTimers.TickDue()) {
+  ++handlers;
+  const bool ticked = oTimers.TickDue();
+  --handlers;
+  if (ticked) {
     TimersChanged();
   }
+}
+
+/// After a message of this loop's own the loop looks at the timers by itself.
+void Loop::RunHandlers(HWND window, UINT message, const std::function<void()>& run) noexcept {
+  const bool own = window == oDispatchedTo && message == dispatched;
+  oDispatchedTo = nullptr;
+  if (own) {
+    return run();
+  }
+  ++handlers;
+  run();
+  Tick();
+  --handlers;
 }
 
 /// Sets the system timer for the next tick.
@@ -108,10 +135,19 @@ bool Loop::DispatchOne() {
     quitCode = static_cast<int>(message.wParam);
     return true;
   }
-  TranslateMessage(&message);
-  DispatchMessageW(&message);
+  Dispatch(message);
   Tick();
   return true;
+}
+
+void Loop::Dispatch(const MSG& message) {
+  TranslateMessage(&message);
+  oDispatchedTo = message.hwnd;
+  dispatched = message.message;
+  ++handlers;
+  DispatchMessageW(&message);
+  --handlers;
+  oDispatchedTo = nullptr;
 }
 
 /// Messages may bring forth messages without end, so this stops once the clock of the messages has
@@ -123,10 +159,14 @@ void Loop::DispatchWaiting() {
   }
 }
 
-bool Loop::DispatchUntil(HANDLE object, LoopClock::time_point deadline) {
+bool Loop::DispatchUntil(HANDLE object, LoopClock::time_point deadline,
+                         const std::function<bool()>& cancelled) {
   const DWORD count = object == nullptr ? 0 : 1;
   for (;;) {
     Tick();
+    if (cancelled && cancelled()) {
+      return false;
+    }
     if (count != 0 && WaitForSingleObject(object, 0) == WAIT_OBJECT_0) {
       return true;
     }
@@ -151,11 +191,18 @@ void DoEvents() { TheLoop().DispatchWaiting(); }
 
 void DoEventsFor(milliseconds time) { TheLoop().DispatchUntil(nullptr, LoopClock::now() + time); }
 
-bool DoEventsUntilSignalled(HANDLE object, LoopClock::time_point deadline) {
-  return TheLoop().DispatchUntil(object, deadline);
+bool DoEventsUntilSignalled(HANDLE object, LoopClock::time_point deadline,
+                            const std::function<bool()>& cancelled) {
+  return TheLoop().DispatchUntil(object, deadline, cancelled);
 }
 
-void TickDueTimers() noexcept { TheLoop().Tick(); }
+bool LoopIsToQuit() { return TheLoop().quitCode.has_value(); }
+
+void RunHandlers(HWND window, UINT message, const std::function<void()>& handlers) noexcept {
+  TheLoop().RunHandlers(window, message, handlers);
+}
+
+bool IsNestedHandler() { return TheLoop().handlers > 1; }
 
 int RunEventLoop() {
   Loop& loop = TheLoop();

@@ -1,19 +1,26 @@
 // What the Windows files need of the event loop: a wait for a kernel object while events are
-// dispatched, and the timers' turn from inside a window procedure. Not for code above the seam.
+// dispatched, and a frame for the handlers of a window procedure. Not for code above the seam.
 #pragma once
 
 #include <windows.h>
 
 #include <chrono>
+#include <functional>
 
 namespace ostrel::platform {
 
 /// Dispatches events as they come until the object is signalled (true), or this time has passed or
-/// the loop was told to quit (false). A null handle is never signalled.
-bool DoEventsUntilSignalled(HANDLE object, std::chrono::steady_clock::time_point deadline);
+/// the loop was told to quit or the wait is cancelled (false). A null handle is never signalled.
+/// `cancelled` is asked before the object is looked at, each time that a handler may have run.
+bool DoEventsUntilSignalled(HANDLE object, std::chrono::steady_clock::time_point deadline,
+                            const std::function<bool()>& cancelled = {});
 
-/// Gives every timer that is due its tick. A window procedure with many messages calls it after
-/// each: in the loops of message boxes and menus, timer messages come last.
-void TickDueTimers() noexcept;
+/// Whether the loop was told to quit and has not returned yet.
+bool LoopIsToQuit();
+
+/// For window procedures, around the handlers of a message. Where it came through a loop of the
+/// system's own (a message box's, a menu's) the handlers count as nested, and every timer that is
+/// due gets its turn after them: timer messages come last in those loops.
+void RunHandlers(HWND window, UINT message, const std::function<void()>& handlers) noexcept;
 
 }  // namespace ostrel::platform

@@ -165,16 +165,20 @@ void SocketWindow::Announce(SocketHandle handle, SocketEvent event, int error) {
 
 LRESULT CALLBACK SocketWindow::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   SocketWindow& own = TheSocketWindow();
-  if (message == own.socketMessage) {
-    const auto handle = static_cast<SocketHandle>(wParam);
-    own.OnSocketMessage(handle, WSAGETSELECTEVENT(lParam), WSAGETSELECTERROR(lParam));
-  } else if (message == own.resolveMessage) {
-    own.OnLookUpMessage(static_cast<LookUpHandle>(wParam), WSAGETASYNCERROR(lParam));
-  } else {
+  if (message != own.socketMessage && message != own.resolveMessage) {
     return CallWindowProcA(own.oPreviousProcedure, window, message, wParam, lParam);
   }
-  TickDueTimers();
+  RunHandlers(window, message, [&] { own.OnNotification(message, wParam, lParam); });
   return 0;
+}
+
+void SocketWindow::OnNotification(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == socketMessage) {
+    const auto handle = static_cast<SocketHandle>(wParam);
+    OnSocketMessage(handle, WSAGETSELECTEVENT(lParam), WSAGETSELECTERROR(lParam));
+  } else {
+    OnLookUpMessage(static_cast<LookUpHandle>(wParam), WSAGETASYNCERROR(lParam));
+  }
 }
 
 void SocketWindow::OnSocketMessage(SocketHandle handle, int event, int error) {

@@ -55,6 +55,7 @@ class SocketWindow {
   };
 
   static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void OnNotification(UINT message, WPARAM wParam, LPARAM lParam);
   void OnSocketMessage(SocketHandle handle, int event, int error);
   void OnConnect(SocketHandle handle, Socket& socket, int error);
   void OnClose(SocketHandle handle, Socket& socket, int error);
