@@ -2,6 +2,9 @@
 // they are chosen.
 #pragma once
 
+#include <vector>
+
+#include "platform/ApplicationWindow.h"
 #include "platform/MainWindow.h"
 
 namespace ostrel {
@@ -32,5 +35,8 @@ enum MenuItem : platform::MenuId {
   mnuHelp,
   mnuHelpAbout,
 };
+
+/// The menu bar with its captions, each menu before its items.
+const std::vector<platform::MenuDescription>& MainMenus();
 
 }  // namespace ostrel

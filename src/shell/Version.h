@@ -8,6 +8,9 @@ namespace ostrel {
 inline constexpr TextView kProgramName = u"Ostrel Server";
 inline constexpr TextView kProgramTitle = u"Ostrel Server - MultiValue QuickBooks Gateway";
 
+/// Where people send a problem report.
+inline constexpr TextView kSupportAddress = u"support@pellmor.example";
+
 /// Major, minor and revision joined by ".".
 Text ProgramVersion();
 

@@ -1,0 +1,93 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "SessionCommandTest.h"
+#include "shell/DefaultCompanyFile.h"
+
+namespace ostrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class DefaultCompanyFileTest : public SessionCommandTest {};
+
+TEST_F(DefaultCompanyFileTest, OffersCompanyFiles) {
+  CompanyFile.mnuToolsQBFile_Click();
+
+  // Kept: the "!".
+  ASSERT_THAT(Dialogs.FileQuestions, SizeIs(1));
+  EXPECT_EQ(Dialogs.FileQuestions[0].sFilter, u"Quickbooks Database (*.QBW)|*.QBW|All Files!*.*");
+}
+
+TEST_F(DefaultCompanyFileTest, BeginsWithTheFileOfTheSettings) {
+  CompanyFile.mnuToolsQBFile_Click();
+
+  EXPECT_EQ(Dialogs.FileQuestions.at(0).sFileName, u"C:\\a.qbw");
+  EXPECT_EQ(Dialogs.FileQuestions.at(0).sFolder, u"");
+}
+
+TEST_F(DefaultCompanyFileTest, BeginsInTheUsualFolderWithoutOne) {
+  Settings.sQBFileName.clear();
+
+  CompanyFile.mnuToolsQBFile_Click();
+
+  EXPECT_EQ(Dialogs.FileQuestions.at(0).sFileName, u"");
+  EXPECT_EQ(Dialogs.FileQuestions.at(0).sFolder, u"C:\\Program Files\\Intuit\\QuickBooks\\");
+}
+
+TEST_F(DefaultCompanyFileTest, TakesTheFileChosenAndWritesItBack) {
+  Dialogs.FileAnswer = u"C:\\Books\\My Company.QBW";
+
+  CompanyFile.mnuToolsQBFile_Click();
+
+  EXPECT_EQ(Settings.sQBFileName, u"C:\\Books\\My Company.QBW");
+  EXPECT_NE(Ini().find("FileName=C:\\Books\\My Company.QBW"), std::string::npos);
+}
+
+TEST_F(DefaultCompanyFileTest, ChangesNothingWhenCancelled) {
+  CompanyFile.mnuToolsQBFile_Click();
+
+  EXPECT_EQ(Settings.sQBFileName, u"C:\\a.qbw");
+  EXPECT_EQ(Ini(), "");
+}
+
+TEST_F(DefaultCompanyFileTest, TakesTheFileThoughItCannotBeWrittenBack) {
+  Settings.sIniFile.clear();
+  Dialogs.FileAnswer = u"C:\\b.qbw";
+
+  EXPECT_NO_THROW(CompanyFile.mnuToolsQBFile_Click());
+
+  EXPECT_EQ(Settings.sQBFileName, u"C:\\b.qbw");
+}
+
+TEST_F(DefaultCompanyFileTest, StartsQuickBooks) {
+  CompanyFile.mnuToolsStartQB_Click();
+
+  ASSERT_THAT(Processes.Documents, SizeIs(1));
+  EXPECT_EQ(Processes.Documents[0].sFile, u"C:\\a.qbw");
+  EXPECT_EQ(Processes.Documents[0].sVerb, u"");
+  EXPECT_EQ(Processes.Documents[0].iShowCommand, 0);
+  EXPECT_THAT(Window.Messages, IsEmpty());
+}
+
+TEST_F(DefaultCompanyFileTest, StartsNothingWithoutACompanyFile) {
+  Settings.sQBFileName.clear();
+
+  CompanyFile.mnuToolsStartQB_Click();
+
+  EXPECT_THAT(Window.Messages, ElementsAre(u"You must assign a default Quickbooks Database."));
+  EXPECT_THAT(Processes.Documents, IsEmpty());
+}
+
+TEST_F(DefaultCompanyFileTest, TellsThatQuickBooksCouldNotBeStarted) {
+  Processes.bCanStart = false;
+
+  CompanyFile.mnuToolsStartQB_Click();
+
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Unable to start Quickbooks with C:\\a.qbw"));
+}
+
+}  // namespace
+}  // namespace ostrel

@@ -1,0 +1,88 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "SessionCommandTest.h"
+#include "shell/TestRequest.h"
+
+namespace ostrel {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TestRequestTest : public SessionCommandTest {
+ protected:
+  TestRequest Test{Gate, Handler, Session, Dialogs, Report, Trace};
+};
+
+TEST_F(TestRequestTest, OffersTheQuestionForTheProduct) {
+  Test.mnuToolsTest_Click();
+
+  EXPECT_THAT(Dialogs.Questions, ElementsAre(u"Request"));
+  EXPECT_THAT(Dialogs.TextsOffered, ElementsAre(u"QUICKBOOKSINFO"));
+}
+
+TEST_F(TestRequestTest, ShowsTheAnswer) {
+  Dialogs.TextAnswer = u"<?xml version=\"1.0\"?><QBXML/>";
+  QuickBooks.sResponse = u"<QBXML>\nanswer</QBXML>";
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_EQ(Forms.Only().sCaption, u"Test Request");
+  EXPECT_EQ(Forms.Only().sText, u"<QBXML>\r\nanswer</QBXML>");
+  EXPECT_TRUE(Forms.Only().bOpen);
+}
+
+TEST_F(TestRequestTest, TakesTheGatewaysCommands) {
+  Dialogs.TextAnswer = u"QUICKBOOKSINFO";
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_TRUE(ostrel::Contains(Forms.Only().sText, u"<QBFileName>C:\\a.qbw</QBFileName>"));
+}
+
+TEST_F(TestRequestTest, TellsWhyThereIsNoAnswer) {
+  Dialogs.TextAnswer = u"<QBXML/>";
+  Settings.bValidateXML = false;
+  QuickBooks.Answer = [](TextView request) -> Text {
+    if (ostrel::Contains(request, u"HostQueryRq")) return u"<ProductName>Pro</ProductName>";
+    throw platform::RequestProcessorError(static_cast<std::int32_t>(0x80040400), u"no");
+  };
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_EQ(Forms.Only().sText, Session.ErrorDescription(0x400));
+}
+
+TEST_F(TestRequestTest, AsksNothingWhenCancelledOrEmpty) {
+  Test.mnuToolsTest_Click();
+  Dialogs.TextAnswer = u"";
+  Test.mnuToolsTest_Click();
+
+  EXPECT_THAT(QuickBooks.Calls, IsEmpty());
+  EXPECT_FALSE(HasShown());
+}
+
+TEST_F(TestRequestTest, IsRefusedWhileARequestIsInWork) {
+  Dialogs.TextAnswer = u"QUICKBOOKSINFO";
+  const auto pass = Gate.TryEnter();
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_THAT(Trace.Status, ElementsAre(u"A request is in work: try again when it has ended"));
+  EXPECT_THAT(QuickBooks.Calls, IsEmpty());
+}
+
+TEST_F(TestRequestTest, HoldsThePassWhileTheRequestIsInWork) {
+  Dialogs.TextAnswer = u"QUICKBOOKSINFO";
+  bool busy = false;
+  QuickBooks.DuringCall = [&](TextView) { busy = Gate.IsBusy(); };
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_TRUE(busy);
+  EXPECT_FALSE(Gate.IsBusy());
+}
+
+}  // namespace
+}  // namespace ostrel
