@@ -22,7 +22,9 @@ struct FileTimes {
 };
 
 /// Opened without sharing: while it is open, every other open of the same file through this class
-/// fails with kSharingViolation, in this process or another.
+/// fails with kSharingViolation, in this process or another. Opening for reading fails so as well
+/// while another program has the file open for writing in any way (on POSIX where the system can
+/// tell: a local file of this user).
 class File {
  public:
   File() = default;

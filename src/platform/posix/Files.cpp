@@ -47,6 +47,19 @@ int LockWhole(int descriptor) {
   return errno == EWOULDBLOCK ? kSharingViolation : 0;
 }
 
+// Whether anybody has the file open for writing, whom a lock does not show who takes none: the
+// system then refuses a lease (fcntl(2), F_SETLEASE). Where leases cannot be had (another user's
+// file, a network file system), nobody is assumed.
+bool IsBeingWritten(int descriptor) {
+  // Sent to the holder of a lease when somebody opens the file just then; by itself it would end
+  // the program.
+  static const bool ignored = std::signal(SIGIO, SIG_IGN) != SIG_ERR;
+  if (!ignored) return false;
+  if (fcntl(descriptor, F_SETLEASE, F_RDLCK) != 0) return errno == EAGAIN;
+  fcntl(descriptor, F_SETLEASE, F_UNLCK);
+  return false;
+}
+
 // One attempt. `replaced` tells that the path named another file by the time this one was locked.
 int OpenLocked(const std::string& path, int flags, int& descriptor, bool& replaced) {
   replaced = false;
@@ -57,6 +70,8 @@ int OpenLocked(const std::string& path, int flags, int& descriptor, bool& replac
   int error = fstat(descriptor, &status) == 0 ? 0 : LastErrorNumber();
   if (error == 0 && !S_ISREG(status.st_mode)) error = kAccessDenied;
   if (error == 0) error = LockWhole(descriptor);
+  const bool reads = (flags & O_ACCMODE) == O_RDONLY;
+  if (error == 0 && reads && IsBeingWritten(descriptor)) error = kSharingViolation;
   if (error == 0) replaced = fstat(descriptor, &status) == 0 && status.st_nlink == 0;
   if (error != 0 || replaced) close(descriptor);
   return error;

@@ -68,6 +68,52 @@ TEST(FilesPosix, WhereThereIsNoMoreRoomTheDiskIsFull) {
   EXPECT_EQ(file.Size(), 10000);  // a part was written before
 }
 
+// Another program's write to a file, without a lock: a shell's redirection, say.
+class PlainWriter {
+ public:
+  explicit PlainWriter(const std::string& file)
+      : descriptor(open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666)) {}
+  ~PlainWriter() { close(descriptor); }
+  PlainWriter(const PlainWriter&) = delete;
+  PlainWriter& operator=(const PlainWriter&) = delete;
+
+ private:
+  int descriptor;
+};
+
+bool HasLeases(const ScratchFolder& folder) {
+  folder.Write(u"probe", "");
+  const int descriptor = open(SystemName(folder, "probe").c_str(), O_RDONLY | O_CLOEXEC);
+  const bool leased = fcntl(descriptor, F_SETLEASE, F_RDLCK) == 0;
+  close(descriptor);
+  return leased;
+}
+
+TEST(FilesPosix, AFileThatIsBeingWrittenWithoutALockIsNotOpenedForReading) {
+  ScratchFolder folder;
+  if (!HasLeases(folder)) GTEST_SKIP() << "this file system does not tell who writes";
+  int whileWritten = 0;
+  {
+    const PlainWriter writer(SystemName(folder, "a.osl"));
+    whileWritten = OpenToRead(folder, u"a.osl");
+  }
+
+  EXPECT_EQ(whileWritten, kSharingViolation);
+  EXPECT_EQ(OpenToRead(folder, u"a.osl"), 0);
+}
+
+TEST(FilesPosix, AFileThatIsOpenForReadingHoldsNoWriterUp) {
+  ScratchFolder folder;
+  folder.Write(u"a.osl", "abc");
+  File file;
+  ASSERT_EQ(file.Open(folder.Path(u"a.osl"), FileAccess::kRead, FileCreation::kOpenExisting), 0);
+
+  const int writer = open(SystemName(folder, "a.osl").c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+
+  EXPECT_GE(writer, 0);  // a lease that is still held would make it wait
+  close(writer);
+}
+
 TEST(FilesPosix, AProfileSurvivesADiskThatIsFull) {
   ScratchFolder folder;
   const std::string before = "[G]\r\na=" + std::string(200, 'x') + "\r\n";
