@@ -1,7 +1,6 @@
 #include "transports/AnswerFile.h"
 
 #include "gateway/ErrorFile.h"
-#include "gateway/XmlLayout.h"
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 
@@ -41,8 +40,8 @@ bool AnswerFile::Open() {
          oFile.Open();
 }
 
-void AnswerFile::WriteResponse(TextView response) {
-  bComplete = Open() && WriteResponseFile(response, oFile) && oFile.Close();
+void AnswerFile::WriteResponse(TextView response, const ResponseWriter& write) {
+  bComplete = Open() && write(response, oFile) && oFile.Close();
   if (bComplete) return;
   const int error = oFile.Error() != 0 ? oFile.Error() : platform::kOutOfMemory;
   WriteError(kErrorResponseNotWritten,

@@ -2,6 +2,8 @@
 // deleted, so that there is an answer whatever happens then.
 #pragma once
 
+#include <functional>
+
 #include "gateway/WholeFile.h"
 #include "util/Text.h"
 
@@ -12,6 +14,9 @@ inline constexpr TextView kErrorOutOfMemory = u"7";
 inline constexpr TextView kErrorRequestTooLong = u"14";
 inline constexpr TextView kErrorInternal = u"51";
 inline constexpr TextView kErrorResponseNotWritten = u"57";
+
+/// Writes the response into the open file; false when it is not whole.
+using ResponseWriter = std::function<bool(TextView response, WholeFile& file)>;
 
 class AnswerFile {
  public:
@@ -28,8 +33,8 @@ class AnswerFile {
   /// The request has been deleted.
   void Owe() { bOwed = true; }
 
-  /// Lays the response out (gateway/XmlLayout.h); one that cannot be written becomes an error.
-  void WriteResponse(TextView response);
+  /// A response that cannot be written whole becomes an error.
+  void WriteResponse(TextView response, const ResponseWriter& write);
   /// A message for which there is no room on the disk is cut.
   void WriteError(TextView errorNumber, TextView message);
   /// 0, or the error number; may be tried again. Without a complete answer it is an error.

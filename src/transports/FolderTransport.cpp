@@ -7,7 +7,6 @@
 
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
-#include "transports/RequestFile.h"
 #include "util/Flag.h"
 
 namespace ostrel {
@@ -105,7 +104,7 @@ bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request, 
     problem = {kErrorRequestTooLong, u"The request is too long"};
   }
   // Not processed unless it has gone: it would be processed again and again.
-  const int error = file.Delete();
+  const int error = DeleteRequest(file);
   return error == 0 || Refuse(name, u"it cannot be deleted", error);
 }
 
@@ -141,7 +140,7 @@ void FolderTransport::ProcessInto(AnswerFile& answer, Text request) {
   if (result > 0) {
     answer.WriteError(ToText(result), response);
   } else {
-    answer.WriteResponse(response);
+    answer.WriteResponse(response, WriteResponse);
   }
 }
 

@@ -9,10 +9,12 @@
 
 #include "gateway/RequestGate.h"
 #include "gateway/Trace.h"
+#include "gateway/XmlLayout.h"
 #include "platform/EventLoop.h"
 #include "transports/AnswerFile.h"
 #include "transports/FileList.h"
 #include "transports/RefusedFiles.h"
+#include "transports/RequestFile.h"
 #include "transports/RequestProcessing.h"
 #include "transports/TransportSettings.h"
 #include "transports/WatchState.h"
@@ -53,6 +55,10 @@ class FolderTransport {
   void Stop();
 
   std::function<void()> DoEvents = platform::DoEvents;
+  std::function<int(RequestFile& file)> DeleteRequest = &RequestFile::Delete;
+  ResponseWriter WriteResponse = [](TextView response, WholeFile& file) {
+    return WriteResponseFile(response, file);
+  };
   /// Characters; a longer request is deleted and answered by an error.
   std::size_t lLongestRequest = kLongestRequest;
 

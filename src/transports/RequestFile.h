@@ -18,7 +18,7 @@ class RequestFile {
   /// Every line ends with CR LF then, the last one too. Raises std::bad_alloc without memory for
   /// the text, std::length_error when it has more characters than `longest`.
   int Read(Text& request, std::size_t longest);
-  int Delete();
+  int Delete();  // closes it
 
  private:
   int Error() const;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "gateway/WholeFile.h"
 #include "gateway/XmlLayout.h"
 #include "platform/EventLoop.h"
 #include "tests/support/ScratchFolder.h"
@@ -194,6 +195,56 @@ TEST(ResponseFile, LeavesNothingBehindWhenItsPlaceIsTaken) {
   EXPECT_FALSE(WriteResponseFile(u"<A/>", folder.Path(u"a.osl")));
 
   EXPECT_EQ(folder.EntryCount(), 1u);
+}
+
+TEST(ResponseFile, GoesIntoAnOpenFileFromItsStart) {
+  const ScratchFolder folder;
+  WholeFile file(folder.Path(u"a.osl"));
+  ASSERT_TRUE(file.Open() && file.Reserve(4096));
+
+  EXPECT_TRUE(WriteResponseFile(u"<A/>", file));
+
+  EXPECT_FALSE(folder.Has(u"a.osl"));
+  EXPECT_TRUE(file.PutInPlace());
+  EXPECT_EQ(folder.Read(u"a.osl"), "<A/>\r\n");
+  EXPECT_EQ(folder.EntryCount(), 1u);
+}
+
+TEST(WholeFile, StartsAnewWithWhatHasBeenWritten) {
+  const ScratchFolder folder;
+  WholeFile file(folder.Path(u"a.osl"));
+  ASSERT_TRUE(file.Open() && file.Write(u"given up") && file.Close());
+
+  EXPECT_TRUE(file.Open() && file.Write(u"new") && file.PutInPlace());
+
+  EXPECT_EQ(folder.Read(u"a.osl"), "new");
+}
+
+TEST(WholeFile, IsPutInPlaceOnceThatIsFree) {
+  const ScratchFolder folder;
+  folder.MakeFolder(u"a.osl");
+  WholeFile file(folder.Path(u"a.osl"));
+  ASSERT_TRUE(file.Open() && file.Write(u"text"));
+  const bool atOnce = file.PutInPlace();
+  const int error = file.Error();
+
+  std::filesystem::remove(std::filesystem::path(folder.Path()) / "a.osl");
+
+  EXPECT_FALSE(atOnce);
+  EXPECT_NE(error, 0);
+  EXPECT_TRUE(file.PutInPlace());
+  EXPECT_EQ(folder.Read(u"a.osl"), "text");
+}
+
+TEST(WholeFile, StaysBesideItsPlaceWhenItIsKept) {
+  const ScratchFolder folder;
+  {
+    WholeFile file(folder.Path(u"a.osl"));
+    ASSERT_TRUE(file.Open() && file.Write(u"text"));
+    file.Keep();
+  }
+
+  EXPECT_EQ(folder.Read(u"a.osl.part"), "text");
 }
 
 // Long enough for several pieces; events run between them and see no half file.
