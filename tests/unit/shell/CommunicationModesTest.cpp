@@ -12,6 +12,7 @@
 #include "shell/CommunicationModes.h"
 #include "shell/Menus.h"
 #include "tests/support/ScratchFolder.h"
+#include "util/RunTimeError.h"
 
 namespace ostrel {
 namespace {
@@ -23,6 +24,8 @@ constexpr MenuItem kItems[] = {
     mnuCommunicationsFolder, mnuCommunicationsSocket,   mnuCommunicationsD3Linux,
     mnuCommunicationsD3NT,   mnuCommunicationsUniverse, mnuCommunicationsOI,
 };
+
+MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
 
 class CommunicationModesTest : public testing::Test {
  protected:
@@ -296,9 +299,148 @@ TEST_F(CommunicationModesTest, AppliesAToggleThatComesWhileItStartsTheServerAfte
   EXPECT_FALSE(Modes.IsApplying());
 }
 
-TEST_F(CommunicationModesTest, StopsTheServerAtTheShutDownWithoutAWord) {
-  Settings.bSocketServer = true;
+TEST_F(CommunicationModesTest, PreparesTheFolderWatch) {
+  Settings.bFolderWatch = true;
+
   Modes.ApplyCommunications();
+
+  EXPECT_TRUE(Folder.Has(u"process") && Folder.Has(u"response"));
+  EXPECT_EQ(Watch.ProcessList.Folder(), Settings.sProcessPath);
+  EXPECT_TRUE(tmrProcess.Enabled());
+  EXPECT_FALSE(State.bFolderRunning || State.bWatchActive);
+  EXPECT_THAT(MarkedItems(), ElementsAre(mnuCommunicationsFolder));
+}
+
+TEST_F(CommunicationModesTest, ListsRequestFilesOnly) {
+  Settings.bFolderWatch = true;
+  Modes.ApplyCommunications();
+  for (const TextView name : {u"process/a.osl", u"process/a.txt"}) Folder.Write(name, "");
+
+  Watch.ProcessList.Refresh();
+
+  EXPECT_THAT(Watch.ProcessList.Names(), ElementsAre(u"a.osl"));
+}
+
+TEST_F(CommunicationModesTest, LeavesARunningFolderWatchAlone) {
+  Settings.bFolderWatch = true;
+  Modes.ApplyCommunications();
+  tmrProcess.SetEnabled(false);
+  Watch.tmrProcess_Timer();
+  State.bFolderRunning = false;
+  Settings.sProcessPath = Folder.Path(u"other");
+
+  Modes.ApplyCommunications();
+
+  EXPECT_TRUE(State.bFolderRunning);
+  EXPECT_FALSE(tmrProcess.Enabled());
+  EXPECT_FALSE(Folder.Has(u"other"));
+}
+
+TEST_F(CommunicationModesTest, StopsTheFolderWatch) {
+  Settings.bFolderWatch = true;
+  Modes.ApplyCommunications();
+  Watch.tmrProcess_Timer();
+  Settings.sProcessPath = Folder.Path(u"other");
+
+  Modes.mnuCommunicationsFolder_Click();
+
+  EXPECT_EQ(Trace.Status.back(), u"Stop Watching Folder: " + Folder.Path(u"process"));
+  EXPECT_FALSE(State.bFolderRunning || State.bWatchActive);
+  EXPECT_THAT(MarkedItems(), IsEmpty());
+}
+
+TEST_F(CommunicationModesTest, StopsAFolderWatchThatHasNotBegun) {
+  Settings.bFolderWatch = true;
+  Modes.ApplyCommunications();
+
+  Modes.mnuCommunicationsFolder_Click();
+
+  EXPECT_FALSE(tmrProcess.Enabled());
+  EXPECT_THAT(Trace.Status, IsEmpty());
+}
+
+TEST_F(CommunicationModesTest, StartsTheFolderWatchAnewFromInsideIt) {
+  Settings.bFolderWatch = true;
+  Modes.ApplyCommunications();
+  tmrProcess.SetEnabled(false);
+  bool ended = true;
+  FolderSteps.push_back({.during = [&] {
+    Modes.mnuCommunicationsFolder_Click();
+    Modes.mnuCommunicationsFolder_Click();
+  }});
+  FolderSteps.push_back({.during = [&] { ended = false; }});
+
+  Watch.tmrProcess_Timer();
+
+  EXPECT_TRUE(ended);
+  EXPECT_TRUE(tmrProcess.Enabled());
+  EXPECT_FALSE(State.bWatchActive);
+}
+
+TEST_F(CommunicationModesTest, WatchesTheFolderAlthoughThePortIsTaken) {
+  Settings.bSocketServer = Settings.bFolderWatch = true;
+  Network.bPortTaken = true;
+
+  Modes.ApplyCommunications();
+
+  EXPECT_TRUE(tmrProcess.Enabled());
+  EXPECT_FALSE(State.bSocketRunning);
+}
+
+TEST_F(CommunicationModesTest, ChangesFromSocketToFolderWithTheFlavour) {
+  Modes.ChooseFlavour(1);
+
+  Modes.ChooseFlavour(4);
+
+  EXPECT_TRUE(tmrProcess.Enabled());
+  EXPECT_FALSE(State.bSocketRunning);
+}
+
+TEST_F(CommunicationModesTest, ChangesFromFolderToSocketWithTheFlavour) {
+  Modes.ChooseFlavour(4);
+  Watch.tmrProcess_Timer();
+
+  Modes.ChooseFlavour(3);
+
+  EXPECT_TRUE(Trace.HasStatus(u"Stop Watching Folder: " + Settings.sProcessPath));
+  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_FALSE(State.bFolderRunning);
+}
+
+TEST_F(CommunicationModesTest, RaisesWhenAFolderCannotBeCreated) {
+  Folder.Write(u"process", "a file");
+  Settings.bSocketServer = Settings.bFolderWatch = true;
+
+  try {
+    Modes.ApplyCommunications();
+    ADD_FAILURE() << "nothing was raised";
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.Number, 75);
+    EXPECT_TRUE(
+        error.Description.starts_with(u"Unable to create the folder " + Settings.sProcessPath));
+  }
+  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_FALSE(tmrProcess.Enabled());
+  EXPECT_FALSE(Modes.IsApplying());
+}
+
+TEST_F(CommunicationModesTest, DoesNotWatchTheFolderOfTheResponses) {
+  Settings.bFolderWatch = true;
+  Settings.sResponsePath = UpperCase(Settings.sProcessPath) + u"/";
+
+  Modes.ApplyCommunications();
+
+  EXPECT_THAT(Window.Messages, ElementsAre(BeginsWith(u"Unable to watch the folder " +
+                                                      Settings.sProcessPath + u": it is")));
+  EXPECT_FALSE(Settings.bFolderWatch);
+  EXPECT_FALSE(tmrProcess.Enabled());
+  EXPECT_THAT(MarkedItems(), IsEmpty());
+}
+
+TEST_F(CommunicationModesTest, StopsTheTransportsAtTheShutDownWithoutAWord) {
+  Settings.bSocketServer = Settings.bFolderWatch = true;
+  Modes.ApplyCommunications();
+  Watch.tmrProcess_Timer();
   Trace.Status.clear();
 
   Modes.StopTransports();
@@ -306,6 +448,8 @@ TEST_F(CommunicationModesTest, StopsTheServerAtTheShutDownWithoutAWord) {
   EXPECT_THAT(Trace.Status, IsEmpty());
   EXPECT_EQ(Network.iServersAlive, 0);
   EXPECT_FALSE(tmrSocketProcess.Enabled());
+  EXPECT_FALSE(tmrProcess.Enabled());
+  EXPECT_FALSE(State.bWatchActive);
 }
 
 }  // namespace

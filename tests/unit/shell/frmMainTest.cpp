@@ -21,6 +21,8 @@ using testing::Not;
 constexpr TextView kAnyRequest = u"<?xml version=\"1.0\"?><QBXML/>\x1F";
 constexpr TextView kEndOfSession = u"EndSession(ticket)";
 
+MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
+
 class frmMainTest : public FormTest {
  protected:
   void Load(Text commandLine = {}) {
@@ -30,6 +32,20 @@ class frmMainTest : public FormTest {
   void Ask(std::int16_t socket = 1) {
     Transport->oSocketServer_DataArrival(socket, kAnyRequest);
     Form->tmrSocketProcess_Timer();
+  }
+  void LoadWithFolder() {
+    const std::string folder = ToUtf8(Folder.Path());
+    Ini("[General]\r\nProcessPath=" + folder + "\\process\r\nResponsePath=" + folder +
+        "\\response\r\nHistPath=" + folder +
+        "\\history\r\n[Communication]\r\nFolder=1\r\nSocket=1\r\n");
+    Folder.MakeFolder(u"history");
+    Load();
+  }
+  void AskInFile(TextView name) const {
+    Folder.Write(Text(u"process/").append(name), "<?xml version=\"1.0\"?><QBXML/>\r\n");
+  }
+  std::string FileAnswer(TextView name) const {
+    return Folder.Read(Text(u"response/").append(name));
   }
   bool SessionEnded() const {
     return std::find(QuickBooks.Calls.begin(), QuickBooks.Calls.end(), kEndOfSession) !=
@@ -329,6 +345,179 @@ TEST_F(frmMainTest, StopsAnAnswerWhenItsTransportIsSwitchedOff) {
   EXPECT_EQ(Network.SentTo(1), u"");
   EXPECT_EQ(Network.iServersAlive, 0);
   EXPECT_TRUE(HasStatus(u"Stop Listenning on Socket 4999"));
+}
+
+TEST_F(frmMainTest, AnswersRequestFiles) {
+  LoadWithFolder();
+  AskInFile(u"a.osl");
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_EQ(FileAnswer(u"a.osl"), "<QBXML></QBXML>\r\n");
+  EXPECT_TRUE(HasStatus(u"Watching Folder: " + Folder.Path(u"process")));
+  EXPECT_THAT(QuickBooks.Calls, Contains(BeginsWith(u"ProcessRequest(ticket, ")));
+}
+
+TEST_F(frmMainTest, ServesAFolderRequestUnderNoSocket) {
+  LoadWithFolder();
+  Form->MenuClick(mnuToolsCommLog);
+  AskInFile(u"a.osl");
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_TRUE(Folder.Read(u"history/Comm.log").find("Watch Folder\tQBXML Status: Proces") !=
+              std::string::npos);
+}
+
+TEST_F(frmMainTest, DoesNotWatchInsideAnotherHandlersWait) {
+  LoadWithFolder();
+  const Text watching = u"Watching Folder: " + Folder.Path(u"process");
+  bool tried = false;
+  bool begun = false;
+  const auto wait = [&] {
+    for (int i = 0; i < 1000 && !tried; ++i) platform::DoEventsFor(std::chrono::milliseconds(1));
+  };
+  platform::Timer inner(std::chrono::milliseconds(1), [&] {
+    const bool before = HasStatus(watching);
+    Form->tmrProcess_Timer();
+    begun = begun || HasStatus(watching) != before;
+    tried = true;
+  });
+  platform::Timer outer(std::chrono::milliseconds(1), [&] {
+    inner.SetEnabled(true);
+    wait();
+  });
+  outer.SetEnabled(true);
+
+  wait();
+  Form->tmrProcess_Timer();
+
+  EXPECT_TRUE(tried);
+  EXPECT_FALSE(begun);
+  EXPECT_TRUE(HasStatus(watching));
+}
+
+TEST_F(frmMainTest, GivesTheLoadingNoticeToTheNextRequestFile) {
+  LoadWithFolder();
+  AskInFile(u"a.osl");
+  AskInFile(u"b.osl");
+  std::string notice;
+  QuickBooks.DuringCall = [&](TextView operation) {
+    if (operation != u"BeginSession") return;
+    Form->tmrLoadingFlag_Timer();
+    notice = FileAnswer(u"b.osl");
+  };
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_EQ(notice, "ERROR 99\r\nLoading Quickbooks\r\n");
+  EXPECT_EQ(FileAnswer(u"b.osl"), "<QBXML></QBXML>\r\n");
+}
+
+TEST_F(frmMainTest, GivesTheLoadingNoticeToTheSocketFirst) {
+  LoadWithFolder();
+  AskInFile(u"a.osl");
+  AskInFile(u"b.osl");
+  Form->tmrProcess_Timer();
+  QuickBooks.Calls.clear();
+  Form->MenuClick(mnuFileCloseConnection);
+  QuickBooks.DuringCall = [this](TextView operation) {
+    if (operation == u"BeginSession") Form->tmrLoadingFlag_Timer();
+  };
+  AskInFile(u"c.osl");
+
+  Ask();
+
+  EXPECT_THAT(Network.SentTo(1), BeginsWith(u"ERROR: 99\x1F"));
+  EXPECT_FALSE(Folder.Has(u"response/c.osl"));
+}
+
+TEST_F(frmMainTest, LeavesSocketRequestsWaitingWhileAFolderRequestIsInWork) {
+  LoadWithFolder();
+  AskInFile(u"a.osl");
+  During([this] { Ask(1); });
+
+  Form->tmrProcess_Timer();
+  const Text early = Network.SentTo(1);
+  Form->tmrSocketProcess_Timer();
+
+  EXPECT_EQ(early, u"");
+  EXPECT_TRUE(Network.SentTo(1).ends_with(u"\x1F"));
+}
+
+TEST_F(frmMainTest, LooksAtTheFolderAgainWhileItIsWatched) {
+  LoadWithFolder();
+  FolderSteps.push_back({.during = [this] {
+    AskInFile(u"a.osl");
+    Form->tmrLook_Timer();
+  }});
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_TRUE(Folder.Has(u"response/a.osl"));
+}
+
+TEST_F(frmMainTest, EndsTheWatchWhenFolderIsSwitchedOff) {
+  LoadWithFolder();
+  bool ended = true;
+  FolderSteps.push_back({.during = [this] { Form->MenuClick(mnuCommunicationsFolder); }});
+  FolderSteps.push_back({.during = [&] { ended = false; }});
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(Window.Status.front(), u"Stop Watching Folder: " + Folder.Path(u"process"));
+}
+
+TEST_F(frmMainTest, EndsFromInsideTheWatch) {
+  LoadWithFolder();
+  bool ended = true;
+  FolderSteps.push_back({.during = [this] { Form->MenuClick(mnuFileExit); }});
+  FolderSteps.push_back({.during = [&] { ended = false; }});
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_EQ(iUnloads, 1);
+  EXPECT_TRUE(ended);
+}
+
+TEST_F(frmMainTest, AnswersTheFolderRequestInWorkBeforeItEnds) {
+  LoadWithFolder();
+  for (const TextView name : {u"a.osl", u"b.osl", u"c.osl"}) AskInFile(name);
+  During([this] { Form->MenuClick(mnuFileExit); });
+
+  Form->tmrProcess_Timer();
+  LetTheLoopRun();
+
+  EXPECT_EQ(iUnloads, 1);
+  EXPECT_TRUE(Folder.Has(u"response/a.osl"));
+  EXPECT_TRUE(Folder.Has(u"process/b.osl") && Folder.Has(u"process/c.osl"));
+}
+
+TEST_F(frmMainTest, TellsThatTheFolderCannotBeCreatedAndServesTheSocket) {
+  Folder.Write(u"process", "a file");
+
+  LoadWithFolder();
+  Ask();
+
+  EXPECT_THAT(Window.Status,
+              Contains(BeginsWith(u"Start-up stopped at Start Communications: Unable to "
+                                  u"create the folder " +
+                                  Folder.Path(u"process"))));
+  EXPECT_TRUE(Network.SentTo(1).ends_with(u"\x1F"));
+}
+
+TEST_F(frmMainTest, WatchesOnAfterAScanForWhichThereIsNoMemory) {
+  LoadWithFolder();
+  QuickBooks.DuringCall = [](TextView) { throw std::bad_alloc(); };
+  AskInFile(u"a.osl");
+  bool watched = false;
+  FolderSteps.push_back({.during = [&] { watched = true; }});
+
+  Form->tmrProcess_Timer();
+
+  EXPECT_TRUE(watched);
+  EXPECT_THAT(FileAnswer(u"a.osl"), BeginsWith("ERROR "));
 }
 
 TEST_F(frmMainTest, IgnoresAMenuItemItDoesNotKnow) {
