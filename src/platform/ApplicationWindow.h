@@ -23,6 +23,7 @@ struct MenuDescription {
 };
 
 struct ApplicationWindowDescription {
+  Text title;  // the application's, over message boxes and questions
   Text caption;
   Text notice;  // stands below the status list, wrapped
   std::vector<MenuDescription> menus;

@@ -20,6 +20,7 @@ using std::chrono::milliseconds;
 
 constexpr auto kForEver = LoopClock::time_point::max();
 constexpr UINT_PTR kTickTimer = 1;
+constexpr DWORD kDialogClass = 0x8002;  // the atom of the system's dialogs
 
 DWORD MillisecondsUntil(LoopClock::time_point time) {
   if (time == kForEver) {
@@ -28,6 +29,16 @@ DWORD MillisecondsUntil(LoopClock::time_point time) {
   const auto wait = std::chrono::ceil<milliseconds>(time - LoopClock::now()).count();
   constexpr milliseconds::rep longest = 1'000'000;
   return static_cast<DWORD>(std::clamp<milliseconds::rep>(wait, 0, longest));
+}
+
+/// Tab, Enter, Escape and access keys in a form.
+bool IsDialogKey(MSG& message) {
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) {
+    return false;
+  }
+  const HWND form = GetAncestor(message.hwnd, GA_ROOT);
+  const bool isDialog = form != nullptr && GetClassLongW(form, GCW_ATOM) == kDialogClass;
+  return isDialog && IsDialogMessageW(form, &message);
 }
 
 class Loop {
@@ -43,6 +54,7 @@ class Loop {
   bool DispatchUntil(HANDLE object, LoopClock::time_point deadline,
                      const std::function<bool()>& cancelled = {});
   void RunHandlers(HWND window, UINT message, const std::function<void()>& run) noexcept;
+  int Run();
   void Quit(int exitCode);
 
   TimerList oTimers;
@@ -53,7 +65,7 @@ class Loop {
   static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void OnTickTimer();
   bool DispatchOne();
-  void Dispatch(const MSG& message);
+  void Dispatch(MSG& message);
 
   HWND oWindow = nullptr;
   LoopClock::time_point armedFor = kForEver;
@@ -132,7 +144,7 @@ bool Loop::DispatchOne() {
     return false;
   }
   if (message.message == WM_QUIT) {
-    quitCode = static_cast<int>(message.wParam);
+    Quit(static_cast<int>(message.wParam));
     return true;
   }
   Dispatch(message);
@@ -140,12 +152,14 @@ bool Loop::DispatchOne() {
   return true;
 }
 
-void Loop::Dispatch(const MSG& message) {
-  TranslateMessage(&message);
+void Loop::Dispatch(MSG& message) {
   oDispatchedTo = message.hwnd;
   dispatched = message.message;
   ++handlers;
-  DispatchMessageW(&message);
+  if (!IsDialogKey(message)) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
   --handlers;
   oDispatchedTo = nullptr;
 }
@@ -180,9 +194,22 @@ bool Loop::DispatchUntil(HANDLE object, LoopClock::time_point deadline,
   }
 }
 
+/// The system's own loops on the stack (a message box's, a menu's) end as well. Each of them, and
+/// each of ours that is nested, takes the message that ends it and posts it again.
 void Loop::Quit(int exitCode) {
   quitCode = exitCode;
-  PostMessageW(oWindow, WM_NULL, 0, 0);  // ends the wait
+  PostQuitMessage(exitCode);
+  if (const HWND captured = GetCapture()) {
+    SendMessageW(captured, WM_CANCELMODE, 0, 0);  // menus and dragging heed nothing else
+  }
+}
+
+int Loop::Run() {
+  DispatchUntil(nullptr, kForEver);
+  MSG message;
+  while (PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) {
+  }
+  return std::exchange(quitCode, std::nullopt).value_or(0);
 }
 
 }  // namespace
@@ -204,11 +231,7 @@ void RunHandlers(HWND window, UINT message, const std::function<void()>& handler
 
 bool IsNestedHandler() { return TheLoop().handlers > 1; }
 
-int RunEventLoop() {
-  Loop& loop = TheLoop();
-  loop.DispatchUntil(nullptr, kForEver);
-  return std::exchange(loop.quitCode, std::nullopt).value_or(0);
-}
+int RunEventLoop() { return TheLoop().Run(); }
 
 void QuitEventLoop(int exitCode) { TheLoop().Quit(exitCode); }
 

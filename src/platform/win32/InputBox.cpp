@@ -1,0 +1,54 @@
+#include "platform/win32/InputBox.h"
+
+#include <utility>
+
+namespace ostrel::platform {
+namespace {
+
+constexpr WORD kPrompt = 100, kText = 101;
+constexpr UnitRect kPlace{0, 0, 260, 66};
+constexpr DWORD kStyle =
+    WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_CENTER | DS_SETFOREGROUND;
+constexpr WPARAM kMostCharacters = 0x7FFFFFFE;
+
+using Kind = DialogControl::Kind;
+
+}  // namespace
+
+InputBox::InputBox(std::wstring titleGiven, std::wstring promptGiven, std::wstring offered)
+    : title(std::move(titleGiven)), prompt(std::move(promptGiven)), text(std::move(offered)) {}
+
+std::optional<std::wstring> InputBox::Ask(HWND owner) {
+  DialogTemplate dialog(kStyle, kPlace, title);
+  dialog.Add({Kind::kStatic, kPrompt, SS_NOPREFIX, 0, prompt, {7, 7, 246, 10}});
+  dialog.Add(
+      {Kind::kEdit, kText, WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, {}, {7, 19, 246, 14}});
+  dialog.Add({Kind::kButton, IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, 0, L"OK", {149, 45, 50, 14}});
+  dialog.Add({Kind::kButton, IDCANCEL, WS_TABSTOP, 0, L"Cancel", {203, 45, 50, 14}});
+  if (RunModal(dialog, owner) != IDOK) return std::nullopt;
+  return std::move(text);
+}
+
+bool InputBox::OnMessage(UINT message, WPARAM wParam, LPARAM) {
+  if (message == WM_INITDIALOG) return OnInitDialog();
+  return message == WM_COMMAND && OnCommand(LOWORD(wParam));
+}
+
+/// The focus goes to the text, all of it selected, as to the first control.
+bool InputBox::OnInitDialog() {
+  SendMessageW(Control(kText), EM_SETLIMITTEXT, kMostCharacters, 0);
+  SetWindowTextW(Control(kText), text.c_str());
+  return true;
+}
+
+bool InputBox::OnCommand(int id) {
+  if (id != IDOK && id != IDCANCEL) return false;
+  const int length = GetWindowTextLengthW(Control(kText));
+  text.resize(static_cast<std::size_t>(length) + 1);
+  const int read = GetWindowTextW(Control(kText), text.data(), length + 1);
+  text.resize(static_cast<std::size_t>(read));
+  EndDialog(Handle(), id);
+  return true;
+}
+
+}  // namespace ostrel::platform

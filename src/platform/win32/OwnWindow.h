@@ -1,0 +1,73 @@
+// A window whose messages a class of ours answers: the base of the main window and of the one that
+// belongs to the icon in the notification area. A derived class has a table from message to member
+// function.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <span>
+
+namespace ostrel::platform {
+
+/// What a message comes to; nothing: what the system makes of it.
+using MessageResult = std::optional<LRESULT>;
+
+template <typename Window>
+struct MessageEntry {
+  UINT message;
+  MessageResult (Window::*handler)(WPARAM wParam, LPARAM lParam);
+};
+
+template <typename Window>
+MessageResult AnswerFromTable(Window& window, std::span<const MessageEntry<Window>> table,
+                              UINT message, WPARAM wParam, LPARAM lParam) {
+  for (const auto& entry : table) {
+    if (entry.message == message) return (window.*entry.handler)(wParam, lParam);
+  }
+  return std::nullopt;
+}
+
+class OwnWindow {
+ public:
+  OwnWindow(const OwnWindow&) = delete;
+  OwnWindow& operator=(const OwnWindow&) = delete;
+
+  HWND Handle() const { return hWindow; }
+
+ protected:
+  struct Frame {
+    const wchar_t* className;
+    const wchar_t* caption = L"";
+    DWORD style = WS_POPUP;
+    DWORD extendedStyle = 0;
+  };
+
+  OwnWindow() = default;
+  virtual ~OwnWindow() { Destroy(); }
+
+  /// Hidden, where and as large as the system likes. Raises std::runtime_error
+  /// when the system has no window left.
+  void Create(const Frame& frame);
+  /// From here on no message comes. Harmless when repeated.
+  void Destroy();
+
+  /// May raise: then the system answers.
+  virtual MessageResult OnMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
+
+  /// Runs what the program does at a message that the system or its user has caused, as
+  /// MessageLoop.h says. Nothing leaves it.
+  void Raise(UINT message, const std::function<void()>& handlers) const noexcept;
+
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  HWND hWindow = nullptr;
+};
+
+/// Lets the message come from programs of lower rights as well, as the shell is to one that was
+/// started by an administrator.
+void AllowFromEverybody(HWND window, UINT message);
+
+}  // namespace ostrel::platform
