@@ -757,11 +757,13 @@ TEST_F(FolderTransportTest, DoesNotLookUnlessItWatches) {
 TEST_F(FolderTransportTest, DoesNotLookWhileARequestIsInWork) {
   Watch({During([this] {
     Ask(u"a.osl");
+    Trace.CommLog.clear();
     const auto pass = Gate.TryEnter();
     Transport.LookAgain();
   })});
 
   EXPECT_EQ(Waiting(), 1u);
+  EXPECT_THAT(Trace.CommLog, IsEmpty());
 }
 
 TEST_F(FolderTransportTest, TellsOnceThatTheFolderIsGoneAndThatItIsBack) {
