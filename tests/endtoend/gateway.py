@@ -100,6 +100,8 @@ class Gateway:
         self.settings_file = self.folder / "osl.ini"
         self.company_file = self.folder / "harbor.qbw"
         self.history = self.folder / "history"
+        self.process_folder = self.folder / "process"
+        self.response_folder = self.folder / "response"
         self.port = free_port()
         self.process = None
         self.lines = []
@@ -128,8 +130,8 @@ class Gateway:
         """Keys are SECTION_KEY: Communication_BlockSize=5. Paths are written as the program knows
         them."""
         keys = {
-            "General_ProcessPath": self.folder / "process",
-            "General_ResponsePath": self.folder / "response",
+            "General_ProcessPath": self.process_folder,
+            "General_ResponsePath": self.response_folder,
             "General_HistPath": self.history,
             "General_History": "0",
             "General_ValidateXML": "1",
@@ -177,6 +179,13 @@ class Gateway:
     def start(self, *arguments, preexec=None):
         self.spawn("-ini", self.settings_file, *arguments, preexec=preexec)
         self.wait_for_status(f"Listenning on Socket {self.port}")
+        return self
+
+    def start_watching(self, preexec=None, **changes):
+        """Starts it with the folder transport on, beside TCP unless the changes say otherwise."""
+        self.write_settings(**{"Communication_Folder": "1", **changes})
+        self.spawn("-ini", self.settings_file, preexec=preexec)
+        self.wait_for_status(f"Watching Folder: {as_known(self.process_folder)}")
         return self
 
     def has_status(self, text, count=1):
@@ -231,6 +240,14 @@ class Gateway:
     def cpu_seconds(self):
         fields = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text().rsplit(")", 1)[1].split()
         return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+    def open_files(self):
+        return len(os.listdir(f"/proc/{self.process.pid}/fd"))
+
+    def memory(self):
+        """Bytes in use, shared ones included."""
+        pages = int(pathlib.Path(f"/proc/{self.process.pid}/statm").read_text().split()[1])
+        return pages * os.sysconf("SC_PAGE_SIZE")
 
 
 def qbxml(messages, on_error="continueOnError", version="3.0"):
