@@ -17,6 +17,9 @@ class MainWindow {
   virtual void InsertStatusLine(int index, TextView line) = 0;
   virtual void RemoveStatusLine(int index) = 0;
 
+  /// Fits the status list, above the notice, to the window's inner size.
+  virtual void FitStatusList() = 0;
+
   virtual void SetCaption(TextView caption) = 0;
   virtual void SetMenuChecked(MenuId item, bool checked) = 0;
   virtual void SetMenuEnabled(MenuId item, bool enabled) = 0;

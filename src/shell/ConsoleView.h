@@ -10,6 +10,7 @@ class ConsoleView : public platform::MainWindow {
  public:
   void InsertStatusLine(int index, TextView line) override;
   void RemoveStatusLine(int) override {}
+  void FitStatusList() override {}
   void SetCaption(TextView) override {}
   void SetMenuChecked(platform::MenuId, bool) override {}
   void SetMenuEnabled(platform::MenuId, bool) override {}

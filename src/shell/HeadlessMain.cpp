@@ -6,7 +6,7 @@
 #include "platform/Console.h"
 #include "platform/ConsoleSignals.h"
 #include "platform/FileSystem.h"
-#include "shell/ConsoleView.h"
+#include "shell/ConsoleSurroundings.h"
 #include "shell/GatewaySocketServer.h"
 #include "shell/HeadlessOptions.h"
 #include "shell/Menus.h"
@@ -48,13 +48,19 @@ std::unique_ptr<SocketService> CreateSocketServer(SocketTransport& transport, Tr
 }
 
 int Run(const HeadlessOptions& options) {
-  ConsoleView view;
+  ConsoleSurroundings console;
   const auto formCreated = [&](frmMain& form) {
-    view.InsertStatusLine(0, NameAndVersion() + u", settings file " + options.sSettingsFile);
+    console.oView.InsertStatusLine(0,
+                                   NameAndVersion() + u", settings file " + options.sSettingsFile);
     WireSignals(form);
   };
   return modMain::Main({
-      .surroundings = {.window = view,
+      .surroundings = {.window = console.oView,
+                       .frame = console.oFrame,
+                       .dialogs = console.oDialogs,
+                       .processes = console.oProcesses,
+                       .createTextForm = MakeConsoleForm,
+                       .createNotifyIcon = MakeNoIcon,
                        .clock = platform::SystemClock(),
                        .createProcessor = MakeSimulatedRequestProcessor,
                        .createSocketServer = CreateSocketServer,

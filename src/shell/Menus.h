@@ -34,6 +34,7 @@ enum MenuItem : platform::MenuId {
   mnuCommunicationsOI,
   mnuHelp,
   mnuHelpAbout,
+  mnuLast = mnuHelpAbout,
 };
 
 /// The menu bar with its captions, each menu before its items.

@@ -5,8 +5,10 @@
 #include <iterator>
 #include <utility>
 
+#include "shell/Flag.h"
 #include "shell/Guarded.h"
-#include "shell/Menus.h"
+#include "shell/RequestInWork.h"
+#include "shell/SupportReport.h"
 #include "shell/Version.h"
 #include "shell/cCommandLine.h"
 
@@ -24,17 +26,28 @@ struct frmMain::MenuCommand {
   MenuItem iItem;
   TextView sName;
   void (*Run)(frmMain& form);
-  bool bUsesSession = false;  // refused while a request is in work
+  bool bHoldsUp = false;  // uses the session, or asks the user: refused while a request is in work
 };
 
 const frmMain::MenuCommand frmMain::kMenuCommands[] = {
     {mnuFile, u"mnuFile", [](frmMain& form) { form.mnuFile_Click(); }},
+    {mnuFileTest, u"mnuFileTest", [](frmMain& form) { form.oConnectionTest.mnuFileTest_Click(); },
+     true},
     {mnuFileCloseConnection, u"mnuFileCloseConnection",
      [](frmMain& form) { form.mnuFileCloseConnection_Click(); }, true},
-    {mnuFileExit, u"mnuFileExit", [](frmMain& form) { form.Unload(); }},
+    {mnuFileHide, u"mnuFileHide", [](frmMain& form) { form.mnuFileHide_Click(); }},
+    {mnuFileExit, u"mnuFileExit", [](frmMain& form) { form.mnuFileExit_Click(); }},
+    {mnuToolsSettings, u"mnuToolsSettings",
+     [](frmMain& form) { form.oSettingsEditor.mnuToolsSettings_Click(); }, true},
+    {mnuToolsQBFile, u"mnuToolsQBFile",
+     [](frmMain& form) { form.oCompanyFile.mnuToolsQBFile_Click(); }, true},
+    {mnuToolsStartQB, u"mnuToolsStartQB",
+     [](frmMain& form) { form.oCompanyFile.mnuToolsStartQB_Click(); }},
     {mnuToolsHist, u"mnuToolsHist", [](frmMain& form) { form.oSettingsFile.mnuToolsHist_Click(); }},
     {mnuToolsCommLog, u"mnuToolsCommLog",
      [](frmMain& form) { form.oLogs.mnuToolsCommLog_Click(); }},
+    {mnuToolsTest, u"mnuToolsTest", [](frmMain& form) { form.oTestRequest.mnuToolsTest_Click(); },
+     true},
     {mnuCommunicationsFolder, u"mnuCommunicationsFolder",
      [](frmMain& form) { form.oCommunications.mnuCommunicationsFolder_Click(); }},
     {mnuCommunicationsSocket, u"mnuCommunicationsSocket",
@@ -47,6 +60,7 @@ const frmMain::MenuCommand frmMain::kMenuCommands[] = {
      [](frmMain& form) { form.oCommunications.ChooseFlavour(3); }},
     {mnuCommunicationsOI, u"mnuCommunicationsOI",
      [](frmMain& form) { form.oCommunications.ChooseFlavour(4); }},
+    {mnuHelpAbout, u"mnuHelpAbout", [](frmMain& form) { form.oAbout.Show(); }},
 };
 
 frmMain::frmMain(Surroundings surroundings)
@@ -57,6 +71,20 @@ frmMain::frmMain(Surroundings surroundings)
       oQBXML(oSurroundings.createProcessor),
       oHostQuery(oQBXML, oIdleClose, oLogs, oSurroundings.clock),
       oRequestHandler(oSettings, oQBXML, oHostQuery, oIdleClose, oLogs, oSurroundings.clock),
+      oError(oSurroundings.createTextForm, oSurroundings.dialogs, oSurroundings.window, oLogs,
+             [this] { return SupportReport(oSettings, oHostQuery); }),
+      oAbout(oSurroundings.createTextForm),
+      oCompanyFile(oSettings, oSettingsFile, oSurroundings.window, oSurroundings.dialogs,
+                   oSurroundings.processes, oLogs),
+      oConnectionTest(oSettings, {oGate, oQBXML, oHostQuery, oIdleClose}, oCompanyFile,
+                      oSurroundings.window, oSurroundings.dialogs, oError, oLogs,
+                      oSurroundings.clock),
+      oTestRequest(oGate, oRequestHandler, oQBXML, oSurroundings.dialogs, oError, oLogs),
+      oSettingsEditor(
+          oSettings, oSettingsFile, oGate, oRequestHandler, oSurroundings.window, oLogs,
+          {oSurroundings.processes, oSurroundings.clock, [this] { return LetEventsRun(); }}),
+      oLogFileView(oSettings, oError),
+      oSysTray(oSurroundings.createNotifyIcon, oLogs),
       oSocketTransport(
           oSettings, oLogs, oGate, oState.iActiveSocket,
           [this](Text& request, Text& response) { return ProcessRequest(request, response); }),
@@ -83,24 +111,43 @@ frmMain::frmMain(Surroundings surroundings)
   oQBXML.Loading = [this] { oQBXML_Loading(); };
   oQBXML.Loaded = [this] { oQBXML_Loaded(); };
   oGate.Freed = [this] { CarryOutUnload(); };
+  oSysTray.Open = [this] { OpenWindow(); };
+  oSysTray.Close = [this] { MenuClick(mnuFileExit); };
 }
 
 void frmMain::Load() {
   TextView failure = u"Start-up stopped at Command Line";
+  bool shown = true;
   try {
-    RunLoadSteps(failure);
+    shown = RunLoadSteps(failure);
   } catch (...) {
     TellException(oLogs, failure);
   }
+  if (shown && !bUnloadWanted) Guarded(oLogs, u"Show", [this] { oSurroundings.frame.Show(); });
   CarryOutUnload();
 }
 
-void frmMain::RunLoadSteps(TextView& failure) {
+bool frmMain::RunLoadSteps(TextView& failure) {
+  oSurroundings.frame.SetMark(kWindowMark);
   oSettings.iDisconnectTimeout = kUsualDisconnectTimeout;
   oIdleClose.bAutoClose = true;
   tmrSocketProcess.SetEnabled(true);
   tmrClose.SetEnabled(true);
+  ReadCommandLine();
 
+  failure = u"Start-up stopped at qbxml Object";
+  oSettingsFile.LoadSettings();
+  if (bUnloaded) return false;
+  failure = u"Start-up stopped at Start Communications";
+  oCommunications.ApplyCommunications();
+  failure = u"Start-up stopped at System Tray";
+  oSysTray.Show(oSurroundings.frame.Icon());
+  if (oSurroundings.frame.State() != platform::WindowState::kMinimised) return true;
+  mnuFileHide_Click();
+  return false;
+}
+
+void frmMain::ReadCommandLine() {
   cCommandLine commandLine;
   DeclareSwitches(commandLine);
   commandLine.CommandLine(oSurroundings.commandLine);
@@ -110,12 +157,6 @@ void frmMain::RunLoadSteps(TextView& failure) {
   if (LowerCase(commandLine.SwitchValue(u"commmenu")) == u"false") {
     oSurroundings.window.SetMenuVisible(mnuCommunications, false);
   }
-
-  failure = u"Start-up stopped at qbxml Object";
-  oSettingsFile.LoadSettings();
-  if (bUnloaded) return;
-  failure = u"Start-up stopped at Start Communications";
-  oCommunications.ApplyCommunications();
 }
 
 void frmMain::ShowDebugTools() {
@@ -131,14 +172,54 @@ void frmMain::MenuClick(platform::MenuId item) {
   const auto command = std::find_if(std::begin(kMenuCommands), std::end(kMenuCommands),
                                     [&](const MenuCommand& one) { return one.iItem == item; });
   if (command == std::end(kMenuCommands)) return;
-  Guarded(oLogs, command->sName, [&] {
-    if (command->bUsesSession && oGate.IsBusy()) {
-      oLogs.AddStatus(u"A request is in work: try again when it has ended");
-    } else {
-      command->Run(*this);
+  if (bUnloaded && item != mnuFileExit) return;
+  Guarded(oLogs, command->sName, [&] { RunCommand(*command); });
+  CarryOutUnload();
+}
+
+void frmMain::RunCommand(const MenuCommand& command) {
+  if (!command.bHoldsUp) {
+    command.Run(*this);
+    return;
+  }
+  bool& running = bRunning.at(command.iItem);
+  if (running) return;
+  if (oGate.IsBusy()) {
+    oLogs.AddStatus(kRequestInWork);
+    return;
+  }
+  const Flag flag(running);
+  command.Run(*this);
+}
+
+void frmMain::Resize() {
+  Guarded(oLogs, u"Resize", [this] {
+    const platform::WindowState state = oSurroundings.frame.State();
+    if (state == platform::WindowState::kMinimised) {
+      mnuFileHide_Click();
+    } else if (state == platform::WindowState::kNormal) {
+      oSurroundings.window.FitStatusList();
     }
   });
-  CarryOutUnload();
+}
+
+void frmMain::CloseRequest(platform::ApplicationWindow::CloseReason reason) {
+  using Reason = platform::ApplicationWindow::CloseReason;
+  Guarded(oLogs, u"CloseRequest", [&] {
+    if (reason == Reason::kCloseBox) {
+      oAbout.Unload();
+      mnuFileHide_Click();
+      return;
+    }
+    mnuFileExit_Click();
+    // The system does not wait for the request in work.
+    if (reason == Reason::kSystemEnds && !bUnloaded) oQBXML.GiveUp();
+  });
+}
+
+void frmMain::lstStatus_DblClick(TextView line) {
+  if (bUnloaded) return;
+  Guarded(oLogs, u"lstStatus", [&] { oLogFileView.lstStatus_DblClick(line); });
 }
 
 void frmMain::tmrSocketProcess_Timer() {
@@ -197,6 +278,36 @@ void frmMain::mnuFileCloseConnection_Click() {
   oRequestHandler.CloseQuickBooks();
 }
 
+void frmMain::mnuFileHide_Click() {
+  if (bUnloaded) return;
+  oSysTray.Show(oSurroundings.frame.Icon());
+  oSurroundings.frame.Hide();
+  oSurroundings.frame.SetState(platform::WindowState::kNormal);
+}
+
+// The first waits for a request in work. The second gives it up: QuickBooks may never answer.
+void frmMain::mnuFileExit_Click() {
+  if (bUnloadWanted) {
+    oQBXML.GiveUp();
+    return;
+  }
+  Unload();
+  if (!bUnloaded && oGate.IsBusy()) {
+    oLogs.AddStatus(u"Exit waits for the request in work; exit again to give it up");
+  }
+}
+
+void frmMain::OpenWindow() {
+  oSurroundings.frame.SetState(platform::WindowState::kNormal);
+  oSurroundings.frame.Show();
+  oSurroundings.frame.BringToFront();
+}
+
+bool frmMain::LetEventsRun() const {
+  platform::DoEventsFor(milliseconds(100));
+  return !bUnloaded;
+}
+
 void frmMain::Unload() {
   if (bUnloaded) return;
   bUnloadWanted = true;
@@ -204,10 +315,17 @@ void frmMain::Unload() {
   if (oGate.IsBusy() || oCommunications.IsApplying()) return;
   bUnloaded = true;
   Guarded(oLogs, u"QueryUnload", [this] { QueryUnload(); });
+  Guarded(oLogs, u"Unload", [this] {
+    oSysTray.Remove();
+    oSurroundings.frame.Hide();
+    oSurroundings.frame.RemoveMark(kWindowMark);
+  });
   oSurroundings.unloaded();
 }
 
 void frmMain::QueryUnload() {
+  oAbout.Unload();
+  oError.Unload();
   const auto pass = oGate.TryEnter();
   oQBXML.EndSessionAndCloseConnection();
   oCommunications.StopTransports();

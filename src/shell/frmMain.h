@@ -2,6 +2,7 @@
 // What it shows, it shows through platform::MainWindow; what it decides, one of its parts decides.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <memory>
 
@@ -10,15 +11,29 @@
 #include "gateway/RequestGate.h"
 #include "gateway/RequestHandler.h"
 #include "gateway/qbxml.h"
+#include "platform/ApplicationWindow.h"
 #include "platform/Clock.h"
+#include "platform/Dialogs.h"
 #include "platform/EventLoop.h"
 #include "platform/MainWindow.h"
+#include "platform/Processes.h"
+#include "platform/TextForm.h"
+#include "platform/WindowFrame.h"
 #include "shell/AppSettings.h"
 #include "shell/CommunicationModes.h"
+#include "shell/ConnectionTest.h"
+#include "shell/DefaultCompanyFile.h"
+#include "shell/LogFileView.h"
 #include "shell/Logs.h"
+#include "shell/Menus.h"
 #include "shell/RunState.h"
+#include "shell/SettingsEditor.h"
 #include "shell/SettingsFile.h"
 #include "shell/SocketService.h"
+#include "shell/TestRequest.h"
+#include "shell/TrayMenu.h"
+#include "shell/frmAbout.h"
+#include "shell/frmError.h"
 #include "transports/FolderTransport.h"
 #include "transports/SocketTransport.h"
 #include "util/Text.h"
@@ -29,9 +44,17 @@ class cCommandLine;
 
 class frmMain {
  public:
+  /// The window's mark, by which a second instance finds it.
+  static constexpr TextView kWindowMark = u"Ostrel_APPLICATION";
+
   /// What the form runs in. The references outlive the form.
   struct Surroundings {
     platform::MainWindow& window;
+    platform::WindowFrame& frame;
+    platform::Dialogs& dialogs;
+    platform::Processes& processes;
+    platform::TextFormFactory createTextForm;
+    NotifyIconFactory createNotifyIcon;
     const platform::Clock& clock;
     qbxml::ProcessorFactory createProcessor;
     /// Creates the socket server, its events wired to this transport.
@@ -47,13 +70,20 @@ class frmMain {
   frmMain(const frmMain&) = delete;
   frmMain& operator=(const frmMain&) = delete;
 
-  /// Reads the command line and the settings and starts the transports. A step that fails is told
-  /// on the status list, and the steps after it do not run; the form stays loaded. Never raises.
+  /// Marks the window, reads the command line and the settings, starts the transports, shows the
+  /// icon in the notification area and then the window, unless that is to begin minimised. A step
+  /// that fails is told on the status list, and the steps after it do not run; the form stays
+  /// loaded, its window shown. Never raises.
   void Load();
   /// Ends the session, stops the transports and unloads. While a request is in work it is put off
   /// until that has ended. Harmless when repeated; never raises.
   void Unload();
   bool IsUnloaded() const { return bUnloaded; }
+
+  /// What the window tells. None of it raises.
+  void Resize();
+  void CloseRequest(platform::ApplicationWindow::CloseReason reason);
+  void lstStatus_DblClick(TextView line);
 
   /// A menu item was chosen; one that the form does not know is ignored. Never raises.
   void MenuClick(platform::MenuId item);
@@ -70,10 +100,11 @@ class frmMain {
   struct MenuCommand;
   static const MenuCommand kMenuCommands[];
 
-  void ReadCommandLine(cCommandLine& commandLine) const;
+  void RunCommand(const MenuCommand& command);
+  void ReadCommandLine();
   void ShowDebugTools();
-  // failure: what is told when the step fails.
-  void RunLoadSteps(TextView& failure);
+  // failure: what is told when the step fails. False when the window has been hidden.
+  bool RunLoadSteps(TextView& failure);
   void QueryUnload();
   void CarryOutUnload();
   float ProcessRequest(Text& request, Text& response);
@@ -81,6 +112,10 @@ class frmMain {
 
   void mnuFile_Click();
   void mnuFileCloseConnection_Click();
+  void mnuFileHide_Click();
+  void mnuFileExit_Click();
+  void OpenWindow();
+  bool LetEventsRun() const;
 
   void oQBXML_UpdateStatus(TextView text);
   void oQBXML_Loading();
@@ -96,6 +131,14 @@ class frmMain {
   qbxml oQBXML;
   HostQuery oHostQuery;
   RequestHandler oRequestHandler;
+  frmError oError;
+  frmAbout oAbout;
+  DefaultCompanyFile oCompanyFile;
+  ConnectionTest oConnectionTest;
+  TestRequest oTestRequest;
+  SettingsEditor oSettingsEditor;
+  LogFileView oLogFileView;
+  TrayMenu oSysTray;
   SocketTransport oSocketTransport;
   FolderTransport oFolderTransport;
   platform::Timer tmrSocketProcess;
@@ -105,6 +148,7 @@ class frmMain {
   platform::Timer tmrLoadingFlag;
   platform::Timer tmrUnload;  // carries out an unload that was put off
   CommunicationModes oCommunications;
+  std::array<bool, mnuLast + 1> bRunning{};  // by menu item: its command is on the stack
   bool bUnloadWanted = false;
   bool bUnloaded = false;
 };

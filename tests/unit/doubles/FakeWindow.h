@@ -16,6 +16,7 @@ class FakeWindow : public platform::MainWindow {
   std::map<platform::MenuId, bool> Checked, Enabled, Visible;  // what was never set is not in it
   std::vector<Text> Messages;
   Text sCaption;
+  int iFits = 0;
   /// Runs while a message box is open.
   std::function<void()> DuringMessage;
 
@@ -23,6 +24,7 @@ class FakeWindow : public platform::MainWindow {
     Status.insert(Status.begin() + index, Text(line));
   }
   void RemoveStatusLine(int index) override { Status.erase(Status.begin() + index); }
+  void FitStatusList() override { ++iFits; }
   void SetCaption(TextView caption) override { sCaption = caption; }
   void SetMenuChecked(platform::MenuId item, bool checked) override { Checked[item] = checked; }
   void SetMenuEnabled(platform::MenuId item, bool enabled) override { Enabled[item] = enabled; }

@@ -4,15 +4,24 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <utility>
 
 #include "../doubles/FakeClock.h"
+#include "../doubles/FakeDialogs.h"
 #include "../doubles/FakeFolderNotification.h"
+#include "../doubles/FakeFrame.h"
+#include "../doubles/FakeNotifyIcon.h"
+#include "../doubles/FakeProcesses.h"
 #include "../doubles/FakeRequestProcessor.h"
 #include "../doubles/FakeSocketService.h"
+#include "../doubles/FakeTextForm.h"
 #include "../doubles/FakeWindow.h"
+#include "platform/EventLoop.h"
 #include "shell/frmMain.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -29,6 +38,11 @@ class FormTest : public testing::Test {
 
   frmMain::Surroundings Surroundings(Text commandLine = {}) {
     return {.window = Window,
+            .frame = Frame,
+            .dialogs = Dialogs,
+            .processes = Processes,
+            .createTextForm = Forms.Factory(),
+            .createNotifyIcon = Tray.Factory(),
             .clock = Clock,
             .createProcessor = QuickBooks.Factory(),
             .createSocketServer =
@@ -47,12 +61,43 @@ class FormTest : public testing::Test {
             .unloaded = [this] { ++iUnloads; }};
   }
 
+  void Load(Text commandLine = {}) {
+    Form = std::make_unique<frmMain>(Surroundings(std::move(commandLine)));
+    Form->Load();
+  }
+  void Ask(std::int16_t socket = 1) {
+    Transport->oSocketServer_DataArrival(socket, u"<?xml version=\"1.0\"?><QBXML/>\x1F");
+    Form->tmrSocketProcess_Timer();
+  }
+
+  bool SessionEnded() const {
+    return std::find(QuickBooks.Calls.begin(), QuickBooks.Calls.end(), u"EndSession(ticket)") !=
+           QuickBooks.Calls.end();
+  }
+  // Runs once, in the middle of the next request.
+  void During(std::function<void()> event) {
+    QuickBooks.DuringCall = [event = std::move(event), done = false](TextView operation) mutable {
+      if (operation != u"ProcessRequest" || std::exchange(done, true)) return;
+      event();
+    };
+  }
+  void LetTheLoopRun() {
+    for (int i = 0; i < 1000 && iUnloads == 0; ++i) {
+      platform::DoEventsFor(std::chrono::milliseconds(1));
+    }
+  }
+
   bool HasStatus(TextView line) const {
     return std::find(Window.Status.begin(), Window.Status.end(), line) != Window.Status.end();
   }
 
   ScratchFolder Folder;
   doubles::FakeWindow Window;
+  doubles::FakeFrame Frame;
+  doubles::FakeDialogs Dialogs;
+  doubles::FakeProcesses Processes;
+  doubles::FakeForms Forms;
+  doubles::FakeTray Tray;
   doubles::FakeClock Clock;
   doubles::FakeQuickBooks QuickBooks;
   doubles::FakeNetwork Network;
@@ -60,6 +105,7 @@ class FormTest : public testing::Test {
   std::deque<doubles::FakeFolderNotification::Step> FolderSteps;
   SocketTransport* Transport = nullptr;  // once a server has been created
   int iUnloads = 0;
+  std::unique_ptr<frmMain> Form;  // goes before what it runs in
 };
 
 }  // namespace ostrel

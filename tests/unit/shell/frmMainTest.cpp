@@ -6,6 +6,7 @@
 
 #include "FormTest.h"
 #include "platform/EventLoop.h"
+#include "platform/Files.h"
 #include "shell/Menus.h"
 #include "shell/frmMain.h"
 
@@ -18,21 +19,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr TextView kAnyRequest = u"<?xml version=\"1.0\"?><QBXML/>\x1F";
-constexpr TextView kEndOfSession = u"EndSession(ticket)";
-
 MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
 
 class frmMainTest : public FormTest {
  protected:
-  void Load(Text commandLine = {}) {
-    Form = std::make_unique<frmMain>(Surroundings(std::move(commandLine)));
-    Form->Load();
-  }
-  void Ask(std::int16_t socket = 1) {
-    Transport->oSocketServer_DataArrival(socket, kAnyRequest);
-    Form->tmrSocketProcess_Timer();
-  }
   void LoadWithFolder() {
     const std::string folder = ToUtf8(Folder.Path());
     Ini("[General]\r\nProcessPath=" + folder + "\\process\r\nResponsePath=" + folder +
@@ -47,24 +37,6 @@ class frmMainTest : public FormTest {
   std::string FileAnswer(TextView name) const {
     return Folder.Read(Text(u"response/").append(name));
   }
-  bool SessionEnded() const {
-    return std::find(QuickBooks.Calls.begin(), QuickBooks.Calls.end(), kEndOfSession) !=
-           QuickBooks.Calls.end();
-  }
-  // Runs once, in the middle of the next request.
-  void During(std::function<void()> event) {
-    QuickBooks.DuringCall = [event = std::move(event), done = false](TextView operation) mutable {
-      if (operation != u"ProcessRequest" || std::exchange(done, true)) return;
-      event();
-    };
-  }
-  void LetTheLoopRun() {
-    for (int i = 0; i < 1000 && iUnloads == 0; ++i) {
-      platform::DoEventsFor(std::chrono::milliseconds(1));
-    }
-  }
-
-  std::unique_ptr<frmMain> Form;
 };
 
 TEST_F(frmMainTest, StartsTheTransportsThatTheSettingsName) {
@@ -417,19 +389,19 @@ TEST_F(frmMainTest, GivesTheLoadingNoticeToTheNextRequestFile) {
 TEST_F(frmMainTest, GivesTheLoadingNoticeToTheSocketFirst) {
   LoadWithFolder();
   AskInFile(u"a.osl");
-  AskInFile(u"b.osl");
-  Form->tmrProcess_Timer();
-  QuickBooks.Calls.clear();
-  Form->MenuClick(mnuFileCloseConnection);
+  platform::File writer;
+  ASSERT_EQ(writer.Open(Folder.Path(u"process\\a.osl"), platform::FileAccess::kReadWrite,
+                        platform::FileCreation::kOpenExisting),
+            0);
+  Form->tmrProcess_Timer();  // the file waits, first in the list
   QuickBooks.DuringCall = [this](TextView operation) {
     if (operation == u"BeginSession") Form->tmrLoadingFlag_Timer();
   };
-  AskInFile(u"c.osl");
 
   Ask();
 
   EXPECT_THAT(Network.SentTo(1), BeginsWith(u"ERROR: 99\x1F"));
-  EXPECT_FALSE(Folder.Has(u"response/c.osl"));
+  EXPECT_FALSE(Folder.Has(u"response/a.osl"));
 }
 
 TEST_F(frmMainTest, LeavesSocketRequestsWaitingWhileAFolderRequestIsInWork) {
