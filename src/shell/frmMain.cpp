@@ -5,12 +5,12 @@
 #include <iterator>
 #include <utility>
 
-#include "shell/Flag.h"
 #include "shell/Guarded.h"
 #include "shell/RequestInWork.h"
 #include "shell/SupportReport.h"
 #include "shell/Version.h"
 #include "shell/cCommandLine.h"
+#include "util/Flag.h"
 
 namespace ostrel {
 namespace {

@@ -4,8 +4,8 @@
 #include <iterator>
 #include <utility>
 
-#include "shell/Flag.h"
 #include "shell/Guarded.h"
+#include "util/Flag.h"
 
 namespace ostrel {
 namespace {
