@@ -41,9 +41,6 @@ class ApplicationWindow : public MainWindow, public WindowFrame {
   std::function<void(CloseReason)> CloseRequest;
   /// A status line was double-clicked, or Enter pressed on it.
   std::function<void(TextView line)> StatusDoubleClick;
-
-  /// Fits the status list, above the notice, to the window's inner size.
-  virtual void FitStatusList() = 0;
 };
 
 /// Created hidden, in the state that the program's starter asked for.
