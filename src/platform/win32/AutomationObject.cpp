@@ -70,6 +70,18 @@ AutomationObject AutomationObject::Create(const wchar_t* progId) {
   return created;
 }
 
+HRESULT AutomationObject::Create(const CLSID& classId, const IID& interfaceId,
+                                 AutomationObject& object) {
+  void* created = nullptr;
+  const HRESULT result = CoCreateInstance(
+      classId, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, interfaceId, &created);
+  if (FAILED(result)) return result;
+  AutomationObject taken;
+  taken.oObject = static_cast<IDispatch*>(created);
+  object = std::move(taken);
+  return S_OK;
+}
+
 AutomationObject::AutomationObject(IDispatch* object) : oObject(object) {
   if (oObject) oObject->AddRef();
 }
@@ -96,14 +108,24 @@ Outcome AutomationObject::Refer(const wchar_t* property, const AutomationObject&
   return Invoke(property, DISPATCH_PROPERTYPUTREF, {&reference});
 }
 
+HRESULT AutomationObject::Find(const wchar_t* name, DISPID& member) {
+  const auto known = oMembers.find(name);
+  if (known != oMembers.end()) {
+    member = known->second;
+    return S_OK;
+  }
+  auto* memberName = const_cast<wchar_t*>(name);  // only read; the interface is older than const
+  const HRESULT found =
+      oObject->GetIDsOfNames(IID_NULL, &memberName, 1, LOCALE_SYSTEM_DEFAULT, &member);
+  if (SUCCEEDED(found)) oMembers.emplace(name, member);
+  return found;
+}
+
 Outcome AutomationObject::Invoke(const wchar_t* name, WORD kind,
                                  std::initializer_list<const Variant*> arguments) {
   if (!oObject) return {E_POINTER};
   DISPID member = 0;
-  auto* memberName = const_cast<wchar_t*>(name);  // only read; the interface is older than const
-  const HRESULT found =
-      oObject->GetIDsOfNames(IID_NULL, &memberName, 1, LOCALE_SYSTEM_DEFAULT, &member);
-  if (FAILED(found)) return {found};
+  if (const HRESULT found = Find(name, member); FAILED(found)) return {found};
 
   // Arguments stand from the last to the first; they stay the caller's.
   std::vector<VARIANT> values;
@@ -119,6 +141,7 @@ Outcome AutomationObject::Invoke(const wchar_t* name, WORD kind,
   if (outcome.number == DISP_E_EXCEPTION) {
     if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
     outcome.number = CodeOf(exception);
+    outcome.described = true;
     outcome.description = TextOf(exception.bstrDescription);
   }
   return outcome;

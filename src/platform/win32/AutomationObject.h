@@ -7,6 +7,8 @@
 #include <concepts>
 #include <cstdint>
 #include <initializer_list>
+#include <map>
+#include <string_view>
 #include <utility>
 
 #include "util/Text.h"
@@ -64,6 +66,7 @@ struct Outcome {
   HRESULT number = S_OK;
   Text description = {};
   Variant value = {};
+  bool described = false;  // the failure came with a description, if perhaps an empty one
 
   bool Failed() const { return number < 0; }
 };
@@ -73,19 +76,26 @@ class AutomationObject {
   /// No object when the class is not installed.
   static AutomationObject Create(const wchar_t* progId);
 
+  /// The class's object seen through this interface, whose methods must begin with IDispatch's; 0,
+  /// or why there is none (then `object` stays what it was).
+  static HRESULT Create(const CLSID& classId, const IID& interfaceId, AutomationObject& object);
+
   AutomationObject() = default;
   /// Shares the object.
   explicit AutomationObject(IDispatch* object);
   ~AutomationObject();
   AutomationObject(AutomationObject&& other) noexcept
-      : oObject(std::exchange(other.oObject, nullptr)) {}
+      : oObject(std::exchange(other.oObject, nullptr)), oMembers(std::move(other.oMembers)) {}
   AutomationObject& operator=(AutomationObject&& other) noexcept {
     std::swap(oObject, other.oObject);
+    std::swap(oMembers, other.oMembers);
     return *this;
   }
 
   explicit operator bool() const { return oObject != nullptr; }
   IDispatch* Get() const { return oObject; }
+
+  // Names of members are literals: the object keeps them.
 
   Outcome Call(const wchar_t* method, std::initializer_list<const Variant*> arguments = {});
   Outcome Read(const wchar_t* property);
@@ -94,9 +104,11 @@ class AutomationObject {
   Outcome Refer(const wchar_t* property, const AutomationObject& object);
 
  private:
+  HRESULT Find(const wchar_t* name, DISPID& member);
   Outcome Invoke(const wchar_t* name, WORD kind, std::initializer_list<const Variant*> arguments);
 
   IDispatch* oObject = nullptr;
+  std::map<std::wstring_view, DISPID> oMembers;  // those used so far
 };
 
 }  // namespace ostrel::platform
