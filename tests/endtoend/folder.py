@@ -24,7 +24,9 @@ def answer_file(gateway, name):
 def wait_for_answer(gateway, name, limit=LIMIT):
     """Waits for the answer, takes it away and returns its content."""
     answer = wait_until(
-        lambda: answer_file(gateway, name), f"{name}; {gateway.lines} {gateway.errors}", limit
+        lambda: answer_file(gateway, name),
+        lambda: f"answer {name}; seen: {gateway.lines} {gateway.errors}",
+        limit,
     )
     (gateway.response_folder / name).unlink()
     return answer

@@ -23,13 +23,14 @@ COMPANY = """<?xml version="1.0" encoding="UTF-8"?>
 
 
 def wait_until(condition, what, limit=LIMIT):
-    """Polls until the condition holds and returns its value; fails with `what` after the limit."""
+    """Polls until the condition holds and returns its value; fails with `what` after the limit, a
+    text or what makes it then."""
     end = time.monotonic() + limit
     while True:
         value = condition()
         if value:
             return value
-        assert time.monotonic() < end, f"not within {limit} s: {what}"
+        assert time.monotonic() < end, f"not within {limit} s: {what() if callable(what) else what}"
         time.sleep(0.01)
 
 
@@ -185,7 +186,7 @@ class Gateway:
         """Starts it with the folder transport on, beside TCP unless the changes say otherwise."""
         self.write_settings(**{"Communication_Folder": "1", **changes})
         self.spawn("-ini", self.settings_file, preexec=preexec)
-        self.wait_for_status(f"Watching Folder: {as_known(self.process_folder)}")
+        self.wait_for_status("Watching Folder: ")
         return self
 
     def has_status(self, text, count=1):
@@ -195,8 +196,11 @@ class Gateway:
         def seen():
             return self.has_status(text, count) or self.process.poll() is not None
 
-        wait_until(seen, f"status line {text!r}; seen: {self.lines} {self.errors}", limit)
-        wait_until(lambda: self.has_status(text, count), f"{text!r} in {self.lines} {self.errors}", 2)
+        def missing():
+            return f"status line {text!r}; seen: {self.lines} {self.errors}"
+
+        wait_until(seen, missing, limit)
+        wait_until(lambda: self.has_status(text, count), missing, 2)
 
     def wait_for_exit(self):
         return self.process.wait(LIMIT)

@@ -92,6 +92,19 @@ def test_a_file_written_slowly_is_taken_when_it_is_complete(watching):
     assert b"<CustomerQueryRs" in wait_for_answer(watching, "slow.osl")
 
 
+@pytest.mark.posix_only("Wine is told nothing of who else has a file open")
+def test_a_file_written_slowly_by_who_takes_no_lock_is_taken_when_it_is_complete(watching):
+    prolog, envelope = qbxml(CUSTOMER_QUERY).split("?><Q")
+    with (watching.process_folder / "slow.osl").open("w") as file:
+        watching.wait_for_status("Request file slow.osl waits: it cannot be read")
+        print(prolog + "?>", file=file, flush=True)
+        assert b"<CloseQBRs" in ask(watching, "other.osl", "CLOSEQB:")
+        assert answer_file(watching, "slow.osl") is None
+        file.write("<Q" + envelope)
+
+    assert b"<CustomerQueryRs" in wait_for_answer(watching, "slow.osl")
+
+
 def test_a_last_line_without_a_line_break_gets_one(gateway):
     gateway.start_watching(General_History="1")
 
