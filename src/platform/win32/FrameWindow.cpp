@@ -84,8 +84,9 @@ FrameWindow::FrameWindow(const ApplicationWindowDescription& description)
   FrameWindow::FitStatusList();
 }
 
-/// The menu is not the window's to destroy.
+/// The menu is not the window's to destroy. Who was told of its size may be gone by now.
 FrameWindow::~FrameWindow() {
+  StopAnswering();
   SetMenu(Handle(), nullptr);
   Destroy();
 }

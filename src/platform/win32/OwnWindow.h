@@ -50,7 +50,9 @@ class OwnWindow {
   /// Hidden, where and as large as the system likes. Raises std::runtime_error
   /// when the system has no window left.
   void Create(const Frame& frame);
-  /// From here on no message comes. Harmless when repeated.
+  /// From here on the system answers every message.
+  void StopAnswering();
+  /// Harmless when repeated.
   void Destroy();
 
   /// May raise: then the system answers.
