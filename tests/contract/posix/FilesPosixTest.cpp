@@ -91,14 +91,14 @@ bool HasLeases(const ScratchFolder& folder) {
 
 TEST(FilesPosix, AFileThatIsBeingWrittenWithoutALockIsNotOpenedForReading) {
   ScratchFolder folder;
-  if (!HasLeases(folder)) GTEST_SKIP() << "this file system does not tell who writes";
+  const int expected = HasLeases(folder) ? kSharingViolation : 0;
   int whileWritten = 0;
   {
     const PlainWriter writer(SystemName(folder, "a.osl"));
     whileWritten = OpenToRead(folder, u"a.osl");
   }
 
-  EXPECT_EQ(whileWritten, kSharingViolation);
+  EXPECT_EQ(whileWritten, expected);
   EXPECT_EQ(OpenToRead(folder, u"a.osl"), 0);
 }
 

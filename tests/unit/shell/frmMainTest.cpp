@@ -31,6 +31,8 @@ class frmMainTest : public FormTest {
     Folder.MakeFolder(u"history");
     Load();
   }
+  // As the settings give it.
+  Text ProcessFolder() const { return LowerCase(Folder.Path(u"process")); }
   void AskInFile(TextView name) const {
     Folder.Write(Text(u"process/").append(name), "<?xml version=\"1.0\"?><QBXML/>\r\n");
   }
@@ -326,7 +328,7 @@ TEST_F(frmMainTest, AnswersRequestFiles) {
   Form->tmrProcess_Timer();
 
   EXPECT_EQ(FileAnswer(u"a.osl"), "<QBXML></QBXML>\r\n");
-  EXPECT_TRUE(HasStatus(u"Watching Folder: " + Folder.Path(u"process")));
+  EXPECT_TRUE(HasStatus(u"Watching Folder: " + ProcessFolder()));
   EXPECT_THAT(QuickBooks.Calls, Contains(BeginsWith(u"ProcessRequest(ticket, ")));
 }
 
@@ -343,7 +345,7 @@ TEST_F(frmMainTest, ServesAFolderRequestUnderNoSocket) {
 
 TEST_F(frmMainTest, DoesNotWatchInsideAnotherHandlersWait) {
   LoadWithFolder();
-  const Text watching = u"Watching Folder: " + Folder.Path(u"process");
+  const Text watching = u"Watching Folder: " + ProcessFolder();
   bool tried = false;
   bool begun = false;
   const auto wait = [&] {
@@ -438,7 +440,7 @@ TEST_F(frmMainTest, EndsTheWatchWhenFolderIsSwitchedOff) {
   Form->tmrProcess_Timer();
 
   EXPECT_TRUE(ended);
-  EXPECT_EQ(Window.Status.front(), u"Stop Watching Folder: " + Folder.Path(u"process"));
+  EXPECT_EQ(Window.Status.front(), u"Stop Watching Folder: " + ProcessFolder());
 }
 
 TEST_F(frmMainTest, EndsFromInsideTheWatch) {
@@ -475,7 +477,7 @@ TEST_F(frmMainTest, TellsThatTheFolderCannotBeCreatedAndServesTheSocket) {
   EXPECT_THAT(Window.Status,
               Contains(BeginsWith(u"Start-up stopped at Start Communications: Unable to "
                                   u"create the folder " +
-                                  Folder.Path(u"process"))));
+                                  ProcessFolder())));
   EXPECT_TRUE(Network.SentTo(1).ends_with(u"\x1F"));
 }
 
