@@ -56,6 +56,20 @@ def test_an_exit_during_a_request_waits_for_it(gateway):
     assert gateway.has_status("Disconnecting from Quickbooks")
 
 
+def test_a_second_exit_gives_the_request_up(gateway):
+    gateway.write_company(beginSessionSeconds="600")
+    gateway.start()
+    with gateway.connect() as client:
+        client.send(qbxml(CUSTOMER_QUERY).encode() + END_OF_DATA)
+        gateway.wait_for_status("Loading Company file")
+        gateway.process.send_signal(signal.SIGINT)
+        gateway.wait_for_status("Exit waits for the request in work; exit again to give it up")
+
+        assert gateway.stop() == 0
+
+        assert client.read_frame().startswith(b"ERROR: ")
+
+
 @pytest.mark.parametrize("number", ["0x80040401", "0x80040408", "0x80040410", "0x8004041A"])
 @pytest.mark.parametrize("operation", ["openConnectionError", "beginSessionError"])
 def test_a_failed_open_is_told_and_the_next_request_works(gateway, operation, number):

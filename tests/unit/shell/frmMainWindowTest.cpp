@@ -388,7 +388,9 @@ TEST_F(frmMainWindowTest, AnswersRequestsWhileAQuestionIsOpen) {
 
 TEST_F(frmMainWindowTest, AsksOneQuestionAtATime) {
   Load();
-  Dialogs.DuringQuestion = [this] { Form->MenuClick(mnuToolsTest); };
+  Dialogs.DuringQuestion = [this] {
+    if (Dialogs.Questions.size() == 1) Form->MenuClick(mnuToolsTest);
+  };
 
   Form->MenuClick(mnuToolsTest);
   Dialogs.DuringQuestion = nullptr;
