@@ -53,6 +53,7 @@ void FolderTransport::ScanProcessFolder(TextView folder) {
   ProcessList.Refresh();
   oRefused.KeepOnly(ProcessList.Names());
   if (ProcessList.Names().empty()) return Log(u"No *.osl files found");
+  oTrace.WriteStatusFile({});
   TakeListed();
 }
 
@@ -109,8 +110,13 @@ bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request, 
 }
 
 bool FolderTransport::Refuse(const Text& name, TextView reason, int error) {
-  const bool isGone = error == platform::kFileNotFound;
-  if (isGone || !oRefused.Add(name, reason)) return false;
+  if (error == platform::kFileNotFound) return false;
+  // Its writer is about to end, as a rule: told of when a look finds it so again.
+  if (error == platform::kSharingViolation && !(bLooking && oRefused.Contains(name))) {
+    oRefused.AddUntold(name);
+    return false;
+  }
+  if (!oRefused.Add(name, reason)) return false;
   Text line = u"Request file " + name + u" waits: ";
   line.append(reason);
   if (error != 0) line.append(u": ").append(platform::SystemErrorText(error));
@@ -174,6 +180,7 @@ void FolderTransport::LookAgain() {
   if (isNews) {
     ScanProcessFolder(ProcessList.Folder());
   } else {
+    const Flag looking(bLooking);
     TakeListed();  // without a trace of the scan
   }
 }

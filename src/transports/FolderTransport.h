@@ -92,6 +92,7 @@ class FolderTransport {
   std::vector<std::unique_ptr<AnswerFile>> Unplaced;  // complete, but their places are in use
   std::size_t lTaken = 0;                             // request files taken, ever
   bool bScanning = false;
+  bool bLooking = false;  // at files that could not be taken before
   bool bTakeNoMore = false;
   bool bFolderGone = false;
 };

@@ -15,6 +15,7 @@ class RefusedFiles {
   bool Contains(const Text& name) const { return oReasons.contains(name); }
   /// True when this reason has not been told of this file.
   bool Add(const Text& name, TextView reason) { return oReasons[name].emplace(reason).second; }
+  void AddUntold(const Text& name) { oReasons[name]; }
   /// False when the file was none of them.
   bool Remove(const Text& name) { return oReasons.erase(name) > 0; }
   /// Forgets the files that are not among these.

@@ -365,7 +365,30 @@ TEST_F(FolderTransportTest, DoesNotScanInsideAScan) {
   EXPECT_THAT(Trace.CommLog, SizeIs(5));
 }
 
+TEST_F(FolderTransportTest, EmptiesTheStatusFileBeforeTheFirstFileOfAScan) {
+  Ask(u"a.osl");
+  DuringRequest = [this] { EXPECT_THAT(Trace.StatusFiles, ElementsAre(u"")); };
+  Scan();
+
+  Scan();
+
+  EXPECT_THAT(Trace.StatusFiles, SizeIs(1));
+}
+
 // What cannot be taken.
+
+TEST_F(FolderTransportTest, SaysNothingOfAWriterThatEndsBeforeTheNextLook) {
+  Ask(u"a.osl");
+  auto writer = std::make_optional<HeldOpen>(Folder.Path(u"p\\a.osl"));
+  Watch({During([&] {
+           Scan();
+           writer.reset();
+         }),
+         Changed()});
+
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Watching Folder: " + Settings.sProcessPath));
+  EXPECT_TRUE(IsAnswered(u"a.osl"));
+}
 
 TEST_F(FolderTransportTest, LeavesALockedFileAndTellsOfItOnce) {
   Ask(u"a.osl");
@@ -404,6 +427,7 @@ TEST_F(FolderTransportTest, LeavesNoTraceOfALookThatFindsALockedFileAgain) {
   Ask(u"a.osl");
   const HeldOpen writer(Folder.Path(u"p\\a.osl"));
   Watch({During([this] {
+    Transport.LookAgain();
     Trace.CommLog.clear();
     Trace.Status.clear();
     Transport.LookAgain();
@@ -414,14 +438,12 @@ TEST_F(FolderTransportTest, LeavesNoTraceOfALookThatFindsALockedFileAgain) {
 }
 
 TEST_F(FolderTransportTest, TellsAgainOfAFileThatCameAnew) {
+  Transport.DeleteRequest = [](RequestFile&) { return platform::kAccessDenied; };
   Ask(u"a.osl");
-  auto writer = std::make_optional<HeldOpen>(Folder.Path(u"p\\a.osl"));
   Scan();
-  writer.reset();
   Remove(u"p/a.osl");
   Scan();
   Ask(u"a.osl");
-  writer.emplace(Folder.Path(u"p\\a.osl"));
 
   Scan();
 
