@@ -24,11 +24,9 @@ void DialogWindow::Close() {
   if (hDialog != nullptr) DestroyWindow(hDialog);
 }
 
-INT_PTR DialogWindow::RunModal(const DialogTemplate& description, HWND owner) {
-  const INT_PTR result =
-      DialogBoxIndirectParamW(GetModuleHandleW(nullptr), description.Get(), owner,
-                              &DialogWindow::Procedure, reinterpret_cast<LPARAM>(this));
-  return result < 0 ? 0 : result;
+void DialogWindow::RunModal(const DialogTemplate& description, HWND owner) {
+  DialogBoxIndirectParamW(GetModuleHandleW(nullptr), description.Get(), owner,
+                          &DialogWindow::Procedure, reinterpret_cast<LPARAM>(this));
 }
 
 SIZE DialogWindow::FromUnits(short width, short height) const {

@@ -23,8 +23,8 @@ class DialogWindow {
   bool Open(const DialogTemplate& description);
   /// Destroys the window; harmless when repeated.
   void Close();
-  /// Blocks until the dialog has ended: what it was ended with, or 0.
-  INT_PTR RunModal(const DialogTemplate& description, HWND owner);
+  /// Blocks until the dialog has ended, by EndDialog or with the loop.
+  void RunModal(const DialogTemplate& description, HWND owner);
 
   /// Null while there is no window.
   HWND Handle() const { return hDialog; }

@@ -25,7 +25,8 @@ std::optional<std::wstring> InputBox::Ask(HWND owner) {
       {Kind::kEdit, kText, WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, {}, {7, 19, 246, 14}});
   dialog.Add({Kind::kButton, IDOK, WS_TABSTOP | BS_DEFPUSHBUTTON, 0, L"OK", {149, 45, 50, 14}});
   dialog.Add({Kind::kButton, IDCANCEL, WS_TABSTOP, 0, L"Cancel", {203, 45, 50, 14}});
-  if (RunModal(dialog, owner) != IDOK) return std::nullopt;
+  RunModal(dialog, owner);
+  if (!entered) return std::nullopt;
   return std::move(text);
 }
 
@@ -47,6 +48,7 @@ bool InputBox::OnCommand(int id) {
   text.resize(static_cast<std::size_t>(length) + 1);
   const int read = GetWindowTextW(Control(kText), text.data(), length + 1);
   text.resize(static_cast<std::size_t>(read));
+  entered = id == IDOK;
   EndDialog(Handle(), id);
   return true;
 }

@@ -23,6 +23,7 @@ class InputBox : private DialogWindow {
   bool OnCommand(int id);
 
   std::wstring title, prompt, text;
+  bool entered = false;
 };
 
 }  // namespace ostrel::platform

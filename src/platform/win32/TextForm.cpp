@@ -30,7 +30,23 @@ constexpr short kLongestLabel = 200;
 
 constexpr int kAboutIcon = 48;  // pixels at 96 dots per inch
 
+// A text box needs time by the square of a line's length.
+constexpr std::size_t kLongestLine = 400;
+
 constexpr DWORD kCommonStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_CENTER;
+
+/// As it is, but for breaks in lines that are too long.
+std::wstring WithShortLines(TextView text) {
+  std::wstring lines;
+  lines.reserve(text.size() + text.size() / kLongestLine * kCrLf.size());
+  std::size_t length = 0;
+  for (const char16_t character : text) {
+    if (length == kLongestLine) lines.append(L"\r\n");
+    length = character == u'\n' || length == kLongestLine ? 0 : length + 1;
+    lines.push_back(static_cast<wchar_t>(character));
+  }
+  return lines;
+}
 
 /// Buttons stand below what the form shows, at its right side, in the order given.
 class TextDialog : public TextForm, private DialogWindow {
@@ -47,6 +63,7 @@ class TextDialog : public TextForm, private DialogWindow {
   bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   bool OnInitDialog();
   bool OnCommand(int id);
+  bool OnClose();
   bool OnMinimumSize(LPARAM lParam) const;
 
   bool IsReport() const { return oDescription.look == Look::kReport; }
@@ -99,7 +116,7 @@ void TextDialog::SetCaption(TextView caption) {
 }
 
 void TextDialog::SetText(TextView shown) {
-  text = ToWide(shown);
+  text = WithShortLines(shown);
   if (IsOpen()) ShowText();
 }
 
@@ -126,8 +143,7 @@ bool TextDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETMINMAXINFO:
       return OnMinimumSize(lParam);
     case WM_CLOSE:
-      Close();
-      return true;
+      return OnClose();
     default:
       return false;
   }
@@ -157,6 +173,13 @@ bool TextDialog::OnCommand(int id) {
     return true;
   }
   return false;
+}
+
+/// Of the close box, and of Escape in the text.
+bool TextDialog::OnClose() {
+  OnCommand(IDCANCEL);
+  Close();
+  return true;
 }
 
 bool TextDialog::OnMinimumSize(LPARAM lParam) const {
