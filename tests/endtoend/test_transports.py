@@ -1,5 +1,6 @@
 """Which transports run, and both at once."""
 
+import select
 import socket
 import statistics
 import threading
@@ -7,8 +8,8 @@ import time
 
 import pytest
 
-from folder import ask, put, requests_waiting, wait_for_answer
-from gateway import LIMIT, wait_until
+from folder import answer_file, ask, put, requests_waiting, wait_for_answer
+from gateway import CUSTOMER_QUERY, END_OF_DATA, LIMIT, qbxml, wait_until
 from system import as_known
 
 
@@ -115,6 +116,32 @@ def test_answers_of_both_transports_are_never_crossed(gateway):
     assert [side.wrong for side in sides if side.wrong] == []
     assert [side.done for side in sides] == [40] * 5 + [8] * 5
     assert requests_waiting(gateway) == []
+    assert gateway.stop() == 0
+
+
+def test_a_file_waits_while_a_socket_request_is_in_work(gateway):
+    gateway.write_company(beginSessionSeconds="2")
+    gateway.start_watching()
+    with gateway.connect() as client:
+        client.send(qbxml(CUSTOMER_QUERY).encode() + END_OF_DATA)
+        gateway.wait_for_status("Loading Company file")
+
+        assert b"<CloseQBRs" in ask(gateway, "a.osl", "CLOSEQB:")
+
+        has_been_answered, _, _ = select.select([client.socket], [], [], 0)
+        assert has_been_answered and b"<CustomerQueryRs" in client.read_frame()
+    assert gateway.stop() == 0
+
+
+def test_a_socket_request_waits_while_a_file_is_in_work(gateway):
+    gateway.write_company(beginSessionSeconds="2")
+    gateway.start_watching()
+    put(gateway, "a.osl", qbxml(CUSTOMER_QUERY))
+    gateway.wait_for_status("Loading Company file")
+
+    assert b"<CloseQBRs" in gateway.ask("CLOSEQB:")[1]
+
+    assert b"<CustomerQueryRs" in answer_file(gateway, "a.osl")
     assert gateway.stop() == 0
 
 
