@@ -8,6 +8,7 @@
 #include "platform/win32/RequestProcessorClass.h"
 #include "simulator/SimulatedRequestProcessor.h"
 #include "simulator/win32/RequestProcessorObject.h"
+#include "simulator/win32/StopWindow.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -101,7 +102,9 @@ int ServeClients() {
   Factory factory(idleLimit);
   OfferedClass offered(factory);
   if (offered.Failed()) return 1;
-  SetSimulatedDeath([&offered] { Die(offered); });
+  const auto die = [&offered] { Die(offered); };
+  SetSimulatedDeath(die);
+  const StopWindow stopWindow(die);
   return platform::RunEventLoop();
 }
 

@@ -13,13 +13,14 @@
 #include "simulator/win32/ComServer.h"
 #include "simulator/win32/InterfaceLibrary.h"
 #include "simulator/win32/Registration.h"
+#include "simulator/win32/StopWindow.h"
 
 namespace ostrel::simulator {
 namespace {
 
 constexpr int kUsageError = 64;
 constexpr TextView kHelp =
-    u"Usage: OstrelSimulator /regserver | /unregserver\n"
+    u"Usage: OstrelSimulator /regserver | /unregserver | /stop\n"
     u"\n"
     u"A stand-in for QuickBooks, for machines without it. Once registered, it answers the "
     u"programs\n"
@@ -27,7 +28,8 @@ constexpr TextView kHelp =
     u"it is the company that is open when a program names none.\n"
     u"\n"
     u"  /regserver    registers it for the current user; refuses where QuickBooks is installed\n"
-    u"  /unregserver  takes that back\n";
+    u"  /unregserver  takes that back\n"
+    u"  /stop         ends the running one at once, as if QuickBooks had crashed\n";
 
 std::wstring ProgramPath() {
   std::wstring path(MAX_PATH, L'\0');
@@ -63,6 +65,11 @@ RegistrationResult Unregister() {
   return UnregisterServer(platform::kRequestProcessorClass, program);
 }
 
+RegistrationResult Stop() {
+  if (StopServers()) return {.sMessage = u"No stand-in is running."};
+  return {RegistrationResult::kFailed, u"The running stand-in does not stop."};
+}
+
 // A program with windows has no console of its own; the one that it was started from will do.
 void FindConsole() {
   if (GetStdHandle(STD_ERROR_HANDLE) == nullptr) AttachConsole(ATTACH_PARENT_PROCESS);
@@ -80,6 +87,7 @@ int Main(const Text& argument) {
   FindConsole();
   if (argument == u"regserver") return Tell(Register());
   if (argument == u"unregserver") return Tell(Unregister());
+  if (argument == u"stop") return Tell(Stop());
   platform::WriteStandardError(kHelp);
   return kUsageError;
 }

@@ -51,6 +51,27 @@ TEST(ComRequestProcessor, EndsItsCallWhenTheLoopIsToQuit) {
   EXPECT_EQ(RunEventLoop(), 7);
 }
 
+// The call is stopped from outside, as by a user who ends QuickBooks in the task manager.
+TEST(ComRequestProcessor, FailsAtOnceWhenQuickBooksIsEndedInTheMiddleOfACall) {
+  ASSERT_EQ(RunStandIn(u"/regserver"), 0);
+  const ScratchFolder folder;
+  folder.Write(u"company.qbw", "<Company><Behaviour beginSessionSeconds='60'/></Company>");
+  const auto processor = MakeInstalledRequestProcessor();
+  processor->OpenConnection(u"", u"Ostrel");
+  int exitCode = -1;
+  Timer timer(std::chrono::milliseconds(100), [&] { exitCode = RunStandIn(u"/stop"); });
+  timer.SetEnabled(true);
+
+  try {
+    processor->BeginSession(folder.Path(u"company.qbw"), FileMode::kDoNotCare);
+    ADD_FAILURE() << "the session has begun";
+  } catch (const RequestProcessorError& error) {
+    EXPECT_TRUE(MeansServerGone(error.Number)) << std::hex << error.Number;
+    EXPECT_EQ(error.Description, u"QuickBooks has ended, or the connection to it is lost.");
+  }
+  EXPECT_EQ(exitCode, 0);
+}
+
 TEST(BusyServerFilter, TriesAgainAfterGrowingPauses) {
   const Apartment apartment;
   BusyServerFilter filter;

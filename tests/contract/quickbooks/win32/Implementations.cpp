@@ -8,8 +8,9 @@ namespace ostrel {
 namespace {
 
 std::unique_ptr<platform::RequestProcessor> MakeThroughCom() {
-  static const bool registered = RunStandIn(u"/regserver") == 0;
-  if (!registered) {
+  // One that still runs may be left over from a client that has died, or from an older build.
+  static const bool ready = RunStandIn(u"/stop") == 0 && RunStandIn(u"/regserver") == 0;
+  if (!ready) {
     throw platform::RequestProcessorError(-1, u"the stand-in does not register");
   }
   return platform::MakeInstalledRequestProcessor();
