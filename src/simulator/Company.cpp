@@ -4,7 +4,12 @@
 #include <charconv>
 #include <cstdio>
 #include <iterator>
+#include <unordered_set>
 
+#include "simulator/Defaults.h"
+#include "simulator/Objects.h"
+#include "simulator/Reckoning.h"
+#include "simulator/References.h"
 #include "simulator/XmlReader.h"
 #include "simulator/XmlWriter.h"
 
@@ -12,70 +17,47 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::size_t kMaxElements = 4'000'000;  // 100,000 customers with all their fields
-constexpr std::string_view kCustomer = "Customer";
+constexpr std::uint32_t kListBit = 0x80000000;
 
-// The order in which a CustomerRet holds its elements.
-constexpr std::string_view kCustomerOrder[] = {
-    "ListID",
-    "TimeCreated",
-    "TimeModified",
-    "EditSequence",
-    "Name",
-    "FullName",
-    "IsActive",
-    "ParentRef",
-    "Sublevel",
-    "CompanyName",
-    "Salutation",
-    "FirstName",
-    "MiddleName",
-    "LastName",
-    "JobTitle",
-    "BillAddress",
-    "ShipAddress",
-    "PrintAs",
-    "Phone",
-    "Mobile",
-    "Pager",
-    "AltPhone",
-    "Fax",
-    "Email",
-    "Contact",
-    "AltContact",
-    "CustomerTypeRef",
-    "TermsRef",
-    "SalesRepRef",
-    "Balance",
-    "TotalBalance",
-    "SalesTaxCodeRef",
-    "ItemSalesTaxRef",
-    "ResaleNumber",
-    "AccountNumber",
-    "CreditLimit",
-    "JobStatus",
-    "JobStartDate",
-    "JobEndDate",
-    "Notes",
-};
-
-auto Rank(const Element& field) {
-  return std::ranges::find(kCustomerOrder, field.name) - std::begin(kCustomerOrder);
-}
-
-void AddIfMissing(Element& object, std::string_view name, std::string_view value) {
-  if (!object.Child(name)) object.Add(name, value);
-}
-
-// The number in "8000002A-1262682187"; 0 when the ListID has another form.
-std::uint32_t ObjectNumber(std::string_view listId) {
-  constexpr std::uint32_t kListBit = 0x80000000;
+// The number in "2A-1262682187"; 0 when the ID has another form.
+std::uint32_t NumberIn(std::string_view id, int base = 16) {
   std::uint32_t number = 0;
-  const auto [end, error] =
-      std::from_chars(listId.data(), listId.data() + listId.size(), number, 16);
-  return error == std::errc() && (number & kListBit) ? number & ~kListBit : 0;
+  const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number, base);
+  return error == std::errc() ? number : 0;
 }
+
+std::string MakeId(std::uint32_t number, const Stamp& now) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%X", number);
+  return std::string(text) + '-' + std::to_string(now.seconds);
+}
+
+bool IsObject(const Element& child) { return FindKind(child.name) != nullptr; }
 
 }  // namespace
+
+std::string Numbers::NewListId(const Stamp& now) {
+  return MakeId((++lList & ~kListBit) | kListBit, now);
+}
+
+std::string Numbers::NewTxnId(const Stamp& now) { return MakeId(++lTxn, now); }
+
+void Numbers::Note(const Kind& kind, const Element& object) {
+  const std::uint32_t number = NumberIn(object.ChildText(kind.IdField()));
+  if (kind.category == Category::kList) {
+    if (number & kListBit) lList = std::max(lList, number & ~kListBit);
+    return;
+  }
+  lTxn = std::max(lTxn, number);
+  lTxnNumber = std::max(lTxnNumber, NumberIn(object.ChildText("TxnNumber"), 10));
+  for (const Element& line : object.children) {
+    lTxn = std::max(lTxn, NumberIn(line.ChildText("TxnLineID")));
+  }
+}
+
+Company::Company() {
+  for (const Kind* kind : AllKinds()) oLists.emplace_back(*kind);
+}
 
 std::optional<Company> Company::FromBytes(std::string_view bytes, const Stamp& now) {
   XmlDocument document;
@@ -88,26 +70,46 @@ std::optional<Company> Company::FromBytes(std::string_view bytes, const Stamp& n
     if (!behaviour) return std::nullopt;
     company.oBehaviour = *behaviour;
   }
-  if (!company.TakeCustomers(now)) return std::nullopt;
+  if (!company.TakeObjects(now)) return std::nullopt;
   return company;
 }
 
-std::string Company::ToBytes() const {
+std::string Company::ToBytes(const Changes& changes) const {
+  std::unordered_set<std::string_view> changed;
+  for (const Change& change : changes) changed.insert(change.id);
   XmlWriter xml(XmlForm::kFile);
   xml.Prolog();
   xml.Open(oRoot.name, oRoot.attributes);
   for (const Element& child : oRoot.children) xml.Write(child);
-  for (const auto& [key, customer] : oCustomers.ByName()) xml.Write(customer);
+  for (const ObjectList& list : oLists) {
+    for (const auto& [key, object] : list.InOrder()) {
+      if (!changed.contains(object.ChildText(list.OfKind().IdField()))) xml.Write(object);
+    }
+    for (const Change& change : changes) {
+      if (change.kind == &list.OfKind() && change.object) xml.Write(*change.object);
+    }
+  }
   xml.Close();
   return xml.Take();
 }
 
-std::string Company::AddCustomer(Element customer, const Stamp& now) {
-  customer.name = kCustomer;
-  Complete(customer, now);
-  std::string listId(customer.ChildText("ListID"));
-  oCustomers.Add(std::move(customer));
-  return listId;
+Company::Prepared Company::Prepare(Changes changes) const {
+  Prepared prepared;
+  prepared.puts.reserve(changes.size());
+  prepared.removals.reserve(changes.size());
+  for (Change& change : changes) {
+    const std::size_t list = IndexOf(*change.kind);
+    prepared.removals.emplace_back(list, std::move(change.id));
+    if (!change.object) continue;
+    prepared.puts.emplace_back(list, oLists[list].Prepare(*std::move(change.object)));
+  }
+  return prepared;
+}
+
+// All go before any comes: an object may take the name of another that gives it up.
+void Company::Apply(Prepared prepared) noexcept {
+  for (const auto& [list, id] : prepared.removals) oLists[list].Remove(id);
+  for (auto& [list, object] : prepared.puts) oLists[list].Put(std::move(object));
 }
 
 std::string Company::Attribute(std::string_view name, std::string_view otherwise) const {
@@ -115,39 +117,66 @@ std::string Company::Attribute(std::string_view name, std::string_view otherwise
   return value && !value->empty() ? *value : std::string(otherwise);
 }
 
-// Numbers that the file gives are known before any is given out.
-bool Company::TakeCustomers(const Stamp& now) {
-  const auto isOther = [](const Element& child) { return child.name != kCustomer; };
-  const auto first = std::stable_partition(oRoot.children.begin(), oRoot.children.end(), isOther);
-  for (auto customer = first; customer != oRoot.children.end(); ++customer) {
-    lLastObjectNumber = std::max(lLastObjectNumber, ObjectNumber(customer->ChildText("ListID")));
+// Lists are taken before transactions, which refer to them. Numbers that the file gives are known
+// before any is given out.
+bool Company::TakeObjects(const Stamp& now) {
+  auto& children = oRoot.children;
+  const auto first = std::stable_partition(children.begin(), children.end(),
+                                           [](const Element& child) { return !IsObject(child); });
+  std::vector<Element> objects;
+  std::move(first, children.end(), std::back_inserter(objects));
+  children.erase(first, children.end());
+  std::stable_partition(objects.begin(), objects.end(), [](const Element& object) {
+    return FindKind(object.name)->category == Category::kList;
+  });
+  std::unordered_set<std::string> ids;
+  for (const Element& object : objects) {
+    const Kind& kind = *FindKind(object.name);
+    oNumbers.Note(kind, object);
+    const std::string_view id = object.ChildText(kind.IdField());
+    if (!id.empty() && !ids.emplace(id).second) return false;
   }
-  for (auto customer = first; customer != oRoot.children.end(); ++customer) {
-    if (Trimmed(customer->ChildText("Name")).empty()) return false;
-    Complete(*customer, now);
-    if (!oCustomers.Add(std::move(*customer))) return false;
+  bool linked = false;
+  for (Element& object : objects) {
+    const Kind& kind = *FindKind(object.name);
+    if (!linked && kind.category == Category::kTransaction) {
+      LinkObjects();
+      linked = true;
+    }
+    if (!Take(kind, std::move(object), now)) return false;
   }
-  oRoot.children.erase(first, oRoot.children.end());
+  if (!linked) LinkObjects();
   return true;
 }
 
-void Company::Complete(Element& customer, const Stamp& now) {
-  if (!customer.Child("ListID")) customer.Add("ListID", NewListId(now));
-  AddIfMissing(customer, "TimeCreated", now.text);
-  AddIfMissing(customer, "TimeModified", now.text);
-  AddIfMissing(customer, "EditSequence", std::to_string(now.seconds));
-  AddIfMissing(customer, "FullName", std::string(customer.ChildText("Name")));
-  AddIfMissing(customer, "IsActive", "true");
-  AddIfMissing(customer, "Sublevel", "0");
-  AddIfMissing(customer, "Balance", "0.00");
-  AddIfMissing(customer, "TotalBalance", std::string(customer.ChildText("Balance")));
-  std::ranges::stable_sort(customer.children, {}, Rank);
+bool Company::Take(const Kind& kind, Element object, const Stamp& now) {
+  if (kind.category == Category::kTransaction) {
+    Link(object, kind.fields, *this);
+    const bool byHand = !object.Child("TxnNumber");
+    if (byHand) Complete(kind, object, *this, oNumbers, now);
+    if (byHand && Reckon(kind, object, *this, oNumbers, now)) return false;
+    if (object.ChildText("TxnID").empty()) return false;
+  } else {
+    Complete(kind, object, *this, oNumbers, now);
+    const std::string_view name = FullNameOf(kind, object);
+    if (Trimmed(name).empty() || FindByName(*this, NameSpace(kind), name)) return false;
+  }
+  Arrange(object, kind.fields);
+  ObjectList& list = oLists[IndexOf(kind)];
+  list.Put(list.Prepare(std::move(object)));
+  return true;
 }
 
-std::string Company::NewListId(const Stamp& now) {
-  char number[16];
-  std::snprintf(number, sizeof number, "8%07X", ++lLastObjectNumber & 0x0FFFFFFFu);
-  return std::string(number) + '-' + std::to_string(now.seconds);
+// Files may name what is referred to without its ListID, and before it.
+void Company::LinkObjects() {
+  for (ObjectList& list : oLists) {
+    std::vector<Element> completed;
+    for (const auto& [key, object] : list.InOrder()) {
+      if (!HasUnlinked(object, list.OfKind().fields)) continue;
+      Link(completed.emplace_back(object), list.OfKind().fields, *this);
+    }
+    for (Element& object : completed) list.Put(list.Prepare(std::move(object)));
+  }
 }
 
 }  // namespace ostrel::simulator

@@ -1,4 +1,4 @@
-// A company in memory: what its file holds, its customers found fast. Its file is XML, made to be
+// A company in memory: what its file holds, its objects found fast. Its file is XML, made to be
 // written by hand too: what an object lacks (ListID, times, balances) is filled in when it is read.
 #pragma once
 
@@ -6,19 +6,38 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "simulator/Behaviour.h"
+#include "simulator/Change.h"
 #include "simulator/Element.h"
 #include "simulator/ObjectList.h"
 #include "simulator/Stamp.h"
 
 namespace ostrel::simulator {
 
+/// The numbers that are in IDs. None is given out twice, whatever becomes of the object.
+class Numbers {
+ public:
+  /// "8000002A-1262682187" for lists; "2A-1262682187" for transactions and their lines.
+  std::string NewListId(const Stamp& now);
+  std::string NewTxnId(const Stamp& now);
+  std::uint32_t NewTxnNumber() { return ++lTxnNumber; }
+  /// The object's numbers are taken.
+  void Note(const Kind& kind, const Element& object);
+
+ private:
+  std::uint32_t lList = 0;
+  std::uint32_t lTxn = 0;
+  std::uint32_t lTxnNumber = 0;
+};
+
 class Company {
  public:
-  /// Nothing when the bytes are not a company file, or hold the same name or ListID twice.
+  /// Nothing when the bytes are not a company file, or hold the same name or ID twice.
   static std::optional<Company> FromBytes(std::string_view bytes, const Stamp& now);
-  std::string ToBytes() const;
+  /// The file as it is after the changes.
+  std::string ToBytes(const Changes& changes = {}) const;
 
   std::string Name() const { return Attribute("name", "Unnamed Company"); }
   std::string Product() const { return Attribute("product", "QuickBooks Premier Edition 2008"); }
@@ -29,21 +48,28 @@ class Company {
   /// Address, telephone and so on in the order of a CompanyRet; null when the file has none.
   const Element* Information() const { return oRoot.Child("CompanyInfo"); }
 
-  const ObjectList& Customers() const { return oCustomers; }
-  /// Completes the customer (Name is there, and free) and adds it. Returns its ListID.
-  std::string AddCustomer(Element customer, const Stamp& now);
-  void RemoveCustomer(std::string_view listId) { oCustomers.Remove(listId); }
+  const ObjectList& List(const Kind& kind) const { return oLists[IndexOf(kind)]; }
+  Numbers& NewNumbers() { return oNumbers; }
+
+  /// Changes with all the memory that Apply needs.
+  struct Prepared {
+    std::vector<std::pair<std::size_t, ObjectList::Prepared>> puts;  // list, object
+    std::vector<std::pair<std::size_t, std::string>> removals;       // list, ID
+  };
+  Prepared Prepare(Changes changes) const;
+  void Apply(Prepared prepared) noexcept;
 
  private:
+  Company();
   std::string Attribute(std::string_view name, std::string_view otherwise) const;
-  bool TakeCustomers(const Stamp& now);
-  void Complete(Element& customer, const Stamp& now);
-  std::string NewListId(const Stamp& now);
+  bool TakeObjects(const Stamp& now);
+  bool Take(const Kind& kind, Element object, const Stamp& now);
+  void LinkObjects();
 
-  Element oRoot;  // without the customers
+  Element oRoot;  // without the objects
   Behaviour oBehaviour;
-  ObjectList oCustomers;
-  std::uint32_t lLastObjectNumber = 0;
+  std::vector<ObjectList> oLists;  // in the order of AllKinds
+  Numbers oNumbers;
 };
 
 }  // namespace ostrel::simulator

@@ -4,9 +4,9 @@
 
 namespace ostrel::simulator {
 
-Answer QueryHost(const Element&, OpenCompany& company, const Stamp&) {
-  const Company& data = company.Data();
-  const bool multiUser = company.Mode() == platform::FileMode::kMultiUser;
+Answer QueryHost(const Call& call) {
+  const Company& data = call.company.Data();
+  const bool multiUser = call.company.Mode() == platform::FileMode::kMultiUser;
   XmlWriter xml(XmlForm::kResponse);
   xml.Open("HostRet");
   xml.Leaf("ProductName", data.Product());
@@ -22,8 +22,8 @@ Answer QueryHost(const Element&, OpenCompany& company, const Stamp&) {
   return {{}, xml.Take()};
 }
 
-Answer QueryCompany(const Element&, OpenCompany& company, const Stamp&) {
-  const Company& data = company.Data();
+Answer QueryCompany(const Call& call) {
+  const Company& data = call.company.Data();
   XmlWriter xml(XmlForm::kResponse);
   xml.Open("CompanyRet");
   xml.Leaf("IsSampleCompany", "false");

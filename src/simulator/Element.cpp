@@ -9,6 +9,11 @@ const Element* Element::Child(std::string_view childName) const {
   return found == children.end() ? nullptr : &*found;
 }
 
+Element* Element::Child(std::string_view childName) {
+  const auto found = std::ranges::find(children, childName, &Element::name);
+  return found == children.end() ? nullptr : &*found;
+}
+
 std::string_view Element::ChildText(std::string_view childName) const {
   const Element* child = Child(childName);
   return child ? std::string_view(child->text) : std::string_view();
@@ -22,6 +27,15 @@ const std::string* Element::Find(std::string_view attributeName) const {
 Element& Element::Add(std::string_view childName, std::string_view childText) {
   return children.emplace_back(
       Element{.name = std::string(childName), .text = std::string(childText)});
+}
+
+void Element::Set(std::string_view childName, std::string_view childText) {
+  Element* child = Child(childName);
+  (child ? *child : Add(childName)).text = childText;
+}
+
+void Element::Drop(std::string_view childName) {
+  std::erase_if(children, [&](const Element& child) { return child.name == childName; });
 }
 
 std::string_view Trimmed(std::string_view text) {

@@ -21,11 +21,16 @@ struct Element {
 
   /// The first child of that name, or null.
   const Element* Child(std::string_view childName) const;
+  Element* Child(std::string_view childName);
   /// The text of that child; empty without one.
   std::string_view ChildText(std::string_view childName) const;
   /// The value, or null.
   const std::string* Find(std::string_view attributeName) const;
   Element& Add(std::string_view childName, std::string_view childText = {});
+  /// Gives the first child of that name this text; adds one if there is none.
+  void Set(std::string_view childName, std::string_view childText);
+  /// Removes all children of that name.
+  void Drop(std::string_view childName);
 };
 
 /// Without white space at both ends.

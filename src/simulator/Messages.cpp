@@ -1,6 +1,12 @@
 #include "simulator/Messages.h"
 
 #include <algorithm>
+#include <map>
+
+#include "platform/SystemError.h"
+#include "simulator/Filters.h"
+#include "simulator/Objects.h"
+#include "simulator/RetWriter.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -9,66 +15,136 @@ constexpr std::string_view kVersions[] = {"1.0",  "1.1",  "2.0",  "2.1", "3.0", 
                                           "4.1",  "5.0",  "6.0",  "7.0", "8.0", "9.0",
                                           "10.0", "11.0", "12.0", "13.0"};
 
-constexpr std::string_view kActiveStatus[] = {"ActiveOnly", "InactiveOnly", "All"};
+constexpr Field kIncludeRetElement = {
+    .name = "IncludeRetElement", .maxLength = 50, .repeated = true, .since = 40};
 
-constexpr Field kAddressFields[] = {
-    {.name = "Addr1", .maxLength = 41},   {.name = "Addr2", .maxLength = 41},
-    {.name = "Addr3", .maxLength = 41},   {.name = "Addr4", .maxLength = 41},
-    {.name = "Addr5", .maxLength = 41},   {.name = "City", .maxLength = 31},
-    {.name = "State", .maxLength = 21},   {.name = "PostalCode", .maxLength = 13},
-    {.name = "Country", .maxLength = 31}, {.name = "Note", .maxLength = 41},
-};
+// Keys point into the messages.
+using Catalog = std::map<std::string, Message, std::less<>>;
 
-constexpr Field kCustomerFields[] = {
-    {.name = "Name", .maxLength = 41, .required = true},
-    {.name = "IsActive", .type = FieldType::kBoolean},
-    {.name = "CompanyName", .maxLength = 41},
-    {.name = "Salutation", .maxLength = 15},
-    {.name = "FirstName", .maxLength = 25},
-    {.name = "MiddleName", .maxLength = 5},
-    {.name = "LastName", .maxLength = 25},
-    {.name = "BillAddress", .type = FieldType::kGroup, .children = kAddressFields},
-    {.name = "ShipAddress", .type = FieldType::kGroup, .children = kAddressFields},
-    {.name = "PrintAs", .maxLength = 41},
-    {.name = "Phone", .maxLength = 21},
-    {.name = "Mobile", .maxLength = 21},
-    {.name = "Pager", .maxLength = 21},
-    {.name = "AltPhone", .maxLength = 21},
-    {.name = "Fax", .maxLength = 21},
-    {.name = "Email", .maxLength = 1023},
-    {.name = "Contact", .maxLength = 41},
-    {.name = "AltContact", .maxLength = 41},
-    {.name = "ResaleNumber", .maxLength = 15},
-    {.name = "AccountNumber", .maxLength = 99},
-    {.name = "Notes", .maxLength = 4095},
-};
+void Enter(Catalog& catalog, Message message) {
+  std::string name = message.name;
+  Message& entered = catalog.emplace(std::move(name), std::move(message)).first->second;
+  if (entered.group.empty()) return;
+  entered.fields.front().name = entered.group;  // which lives as long
+}
 
-constexpr Field kCustomerAdd[] = {
-    {.name = "CustomerAdd",
-     .type = FieldType::kGroup,
-     .required = true,
-     .children = kCustomerFields},
-};
+Message OneObjectMessage(const Kind& kind, std::string_view verb, Use use,
+                         Answer (*reply)(const Call&)) {
+  std::string group = std::string(kind.name).append(verb);
+  return {.name = group + "Rq",
+          .reply = reply,
+          .use = use,
+          .kinds = {&kind},
+          .group = group,
+          .fields = {
+              {.name = {}, .type = FieldType::kGroup, .required = kAnyUse, .children = kind.fields},
+              kIncludeRetElement}};
+}
 
-constexpr Field kCustomerQuery[] = {
-    {.name = "ListID", .repeated = true, .choice = 1},
-    {.name = "FullName", .repeated = true, .choice = 2},
-    {.name = "MaxReturned", .type = FieldType::kCount, .choice = 3},
-    {.name = "ActiveStatus", .choice = 3, .values = kActiveStatus},
-};
+Message QueryMessage(std::string_view name, const KindList& kinds) {
+  std::vector<Field> fields = FiltersOf(*kinds.front());
+  fields.push_back(kIncludeRetElement);
+  return {.name = std::string(name).append("QueryRq"),
+          .reply = QueryObjects,
+          .kinds = kinds,
+          .fields = std::move(fields)};
+}
 
-constexpr Message kMessages[] = {
-    {"HostQueryRq", {}, QueryHost},
-    {"CompanyQueryRq", {}, QueryCompany},
-    {"CustomerQueryRq", kCustomerQuery, QueryCustomers},
-    {"CustomerAddRq", kCustomerAdd, AddCustomer},
-};
+std::span<const std::string_view> NamesOf(Category category) {
+  static std::map<Category, std::vector<std::string_view>> names;
+  auto& known = names[category];
+  if (!known.empty()) return known;
+  for (const Kind* kind : AllKinds()) {
+    if (kind->category == category) known.push_back(kind->name);
+  }
+  return known;
+}
+
+Message DeleteMessage(Category category, std::string_view name, std::string_view type,
+                      std::string_view id, Answer (*reply)(const Call&)) {
+  return {.name = std::string(name),
+          .reply = reply,
+          .fields = {{.name = type, .required = kAnyUse, .values = NamesOf(category)},
+                     {.name = id, .type = FieldType::kId, .required = kAnyUse}}};
+}
+
+Catalog MakeCatalog() {
+  Catalog catalog;
+  Enter(catalog, {.name = "HostQueryRq", .reply = QueryHost});
+  Enter(catalog, {.name = "CompanyQueryRq", .reply = QueryCompany});
+  Enter(catalog,
+        DeleteMessage(Category::kList, "ListDelRq", "ListDelType", "ListID", DeleteListObject));
+  Enter(catalog, DeleteMessage(Category::kTransaction, "TxnDelRq", "TxnDelType", "TxnID",
+                               DeleteTransaction));
+  for (const Kind* kind : AllKinds()) {
+    const bool isList = kind->category == Category::kList;
+    Enter(catalog, OneObjectMessage(*kind, "Add", kAdd, isList ? AddListObject : AddTransaction));
+    Enter(catalog,
+          OneObjectMessage(*kind, "Mod", kMod, isList ? ModifyListObject : ModifyTransaction));
+    Enter(catalog, QueryMessage(kind->name, {kind}));
+    if (!kind->family.empty()) Enter(catalog, QueryMessage(kind->family, NameSpace(*kind)));
+  }
+  return catalog;
+}
+
+bool IsOneOf(std::string_view value, std::initializer_list<std::string_view> values) {
+  return std::ranges::find(values, value) != values.end();
+}
+
+bool MayHave(const Message& message, const Attribute& attribute, int version) {
+  if (message.reply != QueryObjects || version < 40) return false;
+  const auto& [name, value] = attribute;
+  if (name == "metaData") {
+    return IsOneOf(value, {"NoMetaData", "MetaDataOnly", "MetaDataAndResponseData"});
+  }
+  if (version < 50) return false;
+  return name == "iteratorID" ||
+         (name == "iterator" && IsOneOf(value, {"Start", "Continue", "Stop"}));
+}
+
+// An iterator pages through what filters find, and is named from its second page on.
+bool IteratorFits(const Element& element) {
+  const std::string* iterator = element.Find("iterator");
+  if (!iterator) return !element.Find("iteratorID");
+  if ((*iterator == "Start") == (element.Find("iteratorID") != nullptr)) return false;
+  return *iterator == "Stop" || element.Child("MaxReturned");
+}
 
 }  // namespace
 
 const Message* FindMessage(std::string_view name) {
-  const auto found = std::ranges::find(kMessages, name, &Message::name);
-  return found == std::end(kMessages) ? nullptr : &*found;
+  static const Catalog catalog = MakeCatalog();
+  const auto found = catalog.find(name);
+  return found == catalog.end() ? nullptr : &found->second;
+}
+
+bool HasRightAttributes(const Message& message, const Element& element, int version) {
+  return std::ranges::all_of(element.attributes,
+                             [&](const Attribute& attribute) {
+                               return attribute.name == "requestID" ||
+                                      MayHave(message, attribute, version);
+                             }) &&
+         IteratorFits(element);
+}
+
+std::string OneRet(const Call& call, const Kind& kind, const Element& object) {
+  XmlWriter xml(XmlForm::kResponse);
+  WriteRet(xml, call.company.Data(), kind, object, ViewOf(call, true));
+  return xml.Take();
+}
+
+std::string Described(const Kind& kind, const Element& object) {
+  if (kind.category == Category::kTransaction) return std::string(kind.name);
+  return std::string(kind.title)
+      .append(" list, element \"")
+      .append(FullNameOf(kind, object))
+      .append("\"");
+}
+
+Status CommitFor(const Call& call, Changes changes, std::string_view described) {
+  const int error = call.company.Commit(std::move(changes));
+  if (error == 0) return {};
+  return CannotSave(described, ToUtf8(platform::SystemErrorText(error)));
 }
 
 std::span<const std::string_view> SupportedVersions() { return kVersions; }

@@ -1,38 +1,72 @@
-// The messages that the stand-in answers: a row each.
+// The messages that the stand-in answers. Those of the kinds of objects follow from their rows.
 #pragma once
 
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "simulator/Element.h"
 #include "simulator/Fields.h"
+#include "simulator/Kinds.h"
 #include "simulator/OpenCompany.h"
+#include "simulator/Session.h"
 #include "simulator/Stamp.h"
 #include "simulator/Status.h"
 
 namespace ostrel::simulator {
 
-/// Status, and the Ret elements in response form.
+/// Status, Ret elements in response form, and attributes behind those of the status.
 struct Answer {
   Status status;
   std::string body = {};
+  std::vector<Attribute> attributes = {};
 };
 
+struct Call;
+
 struct Message {
-  std::string_view name;  // with "Rq"; its answer ends with "Rs"
-  std::span<const Field> fields;
-  /// The message has passed CheckFields.
-  Answer (*reply)(const Element& message, OpenCompany& company, const Stamp& now);
+  std::string name;  // with "Rq"; its answer ends with "Rs"
+  Answer (*reply)(const Call& call);
+  Use use = kQuery;
+  KindList kinds = {};     // that it is about
+  std::string group = {};  // "CustomerAdd"; empty for messages without
+  std::vector<Field> fields = {};
+};
+
+/// A message that has passed CheckFields and Normalize.
+struct Call {
+  const Message& message;
+  const Element& element;
+  OpenCompany& company;
+  Session& session;
+  const Stamp& now;
+  int version;  // of qbXML, times ten
+
+  const Kind& OfKind() const { return *message.kinds.front(); }
 };
 
 /// Null for an unknown message.
 const Message* FindMessage(std::string_view name);
+/// Whether the message may have the attributes that the element has.
+bool HasRightAttributes(const Message& message, const Element& element, int version);
 
-Answer QueryHost(const Element& message, OpenCompany& company, const Stamp& now);
-Answer QueryCompany(const Element& message, OpenCompany& company, const Stamp& now);
-Answer QueryCustomers(const Element& message, OpenCompany& company, const Stamp& now);
-Answer AddCustomer(const Element& message, OpenCompany& company, const Stamp& now);
+Answer QueryHost(const Call& call);
+Answer QueryCompany(const Call& call);
+Answer QueryObjects(const Call& call);
+Answer AddListObject(const Call& call);
+Answer ModifyListObject(const Call& call);
+Answer DeleteListObject(const Call& call);
+Answer AddTransaction(const Call& call);
+Answer ModifyTransaction(const Call& call);
+Answer DeleteTransaction(const Call& call);
+
+/// The one object of an answer, as much of it as IncludeRetElement asks for.
+std::string OneRet(const Call& call, const Kind& kind, const Element& object);
+/// As in CannotSave: "Customers list, element "Jo"" or "Invoice".
+std::string Described(const Kind& kind, const Element& object);
+/// Commits; the status of a failure names the object.
+Status CommitFor(const Call& call, Changes changes, std::string_view described);
 
 /// As in <?qbxml version="..."?>, oldest first.
 std::span<const std::string_view> SupportedVersions();

@@ -6,16 +6,13 @@
 
 namespace ostrel::simulator {
 
-int OpenCompany::AddCustomer(Element customer, const Stamp& now, std::string& listId) {
-  listId = oCompany.AddCustomer(std::move(customer), now);
-  const int error = Save();
-  if (error != 0) oCompany.RemoveCustomer(listId);
-  return error;
-}
-
-int OpenCompany::Save() noexcept {
+int OpenCompany::Commit(Changes changes) noexcept {
   try {
-    return oStorage.Replace(sPath, oCompany.ToBytes());
+    const std::string bytes = oCompany.ToBytes(changes);
+    Company::Prepared prepared = oCompany.Prepare(std::move(changes));
+    const int error = oStorage.Replace(sPath, bytes);
+    if (error == 0) oCompany.Apply(std::move(prepared));
+    return error;
   } catch (const std::bad_alloc&) {
     return platform::kOutOfMemory;
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/RequestProcessor.h"
+#include "simulator/Change.h"
 #include "simulator/Company.h"
 #include "simulator/CompanyStorage.h"
 
@@ -15,17 +16,17 @@ class OpenCompany {
       : oCompany(std::move(company)), sPath(std::move(path)), fileMode(mode), oStorage(storage) {}
 
   const Company& Data() const { return oCompany; }
+  /// Numbers for new objects.
+  Numbers& NewNumbers() { return oCompany.NewNumbers(); }
   const Text& Path() const { return sPath; }
   /// Never kDoNotCare.
   platform::FileMode Mode() const { return fileMode; }
 
-  /// Adds the customer and saves the file; `listId` names it. On failure nothing has changed, in
-  /// memory or in the file, and the error number (platform/SystemError.h) is returned.
-  int AddCustomer(Element customer, const Stamp& now, std::string& listId);
+  /// Makes the changes safe in the file, then carries them out in memory. On failure nothing has
+  /// changed, here or there, and the error number (platform/SystemError.h) is returned.
+  int Commit(Changes changes) noexcept;
 
  private:
-  int Save() noexcept;
-
   Company oCompany;
   Text sPath;
   platform::FileMode fileMode;

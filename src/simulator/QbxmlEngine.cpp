@@ -1,6 +1,8 @@
 #include "simulator/QbxmlEngine.h"
 
 #include <algorithm>
+#include <charconv>
+#include <iterator>
 #include <vector>
 
 #include "simulator/Errors.h"
@@ -39,13 +41,17 @@ std::string_view VersionIn(std::string_view data) {
   return quoted ? data.substr(1, data.size() - 2) : std::string_view();
 }
 
-void CheckVersion(const std::vector<Instruction>& instructions) {
+// Times ten.
+int CheckVersion(const std::vector<Instruction>& instructions) {
   const auto qbxml = std::ranges::find(instructions, "qbxml", &Instruction::target);
   if (qbxml == instructions.end()) Fail(Hresult::kParseError);
   const std::string_view version = VersionIn(qbxml->data);
   if (version.empty()) Fail(Hresult::kParseError);
   const auto supported = SupportedVersions();
   if (std::ranges::find(supported, version) == supported.end()) Fail(Hresult::kUnknownVersion);
+  int major = 0;
+  const char* point = std::from_chars(version.data(), version.data() + version.size(), major).ptr;
+  return 10 * major + (point[1] - '0');
 }
 
 // True: stop at the first error.
@@ -57,39 +63,50 @@ bool ReadOnError(const Element& messages) {
   return *onError == "stopOnError";
 }
 
-const Element& MessagesOf(const Element& root) {
+Element& MessagesOf(Element& root) {
   const bool envelope = root.name == "QBXML" && root.attributes.empty() && root.text.empty() &&
                         root.children.size() == 1 && root.children.front().name == "QBXMLMsgsRq";
   if (!envelope) Fail(Hresult::kParseError);
-  const Element& messages = root.children.front();
+  Element& messages = root.children.front();
   if (messages.children.empty() || !messages.text.empty()) Fail(Hresult::kParseError);
   return messages;
 }
 
 struct Step {
   const Message* message;
-  const Element* element;
+  Element* element;
 };
 
-Step CheckMessage(const Element& element) {
+// What all the messages of a request share.
+struct Frame {
+  OpenCompany& company;
+  Session& session;
+  const Stamp& now;
+  int version;  // times ten
+};
+
+Step CheckMessage(Element& element, int version) {
   const Message* message = FindMessage(element.name);
   if (!message) Fail(Hresult::kParseError);
-  const bool onlyRequestId = element.attributes.size() == (element.Find("requestID") ? 1u : 0u);
-  if (!onlyRequestId) Fail(Hresult::kParseError);
-  CheckFields(element, message->fields);
+  if (!HasRightAttributes(*message, element, version)) Fail(Hresult::kParseError);
+  CheckFields(element, message->fields, {message->use, version});
   return {message, &element};
 }
 
-std::vector<Step> CheckMessages(const Element& messages) {
+std::vector<Step> CheckMessages(Element& messages, int version) {
   std::vector<Step> steps;
   steps.reserve(messages.children.size());
-  std::ranges::transform(messages.children, std::back_inserter(steps), CheckMessage);
+  for (Element& element : messages.children) steps.push_back(CheckMessage(element, version));
   return steps;
 }
 
-Answer Reply(const Step& step, OpenCompany& company, const Stamp& now) {
-  if (auto status = FindTooLong(*step.element, step.message->fields)) return {*std::move(status)};
-  return step.message->reply(*step.element, company, now);
+Answer Reply(const Step& step, const Frame& frame) {
+  const Message& message = *step.message;
+  if (auto status = Normalize(*step.element, message.fields, message.use)) {
+    return {*std::move(status)};
+  }
+  return message.reply(
+      {message, *step.element, frame.company, frame.session, frame.now, frame.version});
 }
 
 void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
@@ -102,6 +119,7 @@ void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
   attributes.push_back({"statusCode", std::to_string(answer.status.code)});
   attributes.push_back({"statusSeverity", std::string(answer.status.severity)});
   attributes.push_back({"statusMessage", answer.status.message});
+  std::ranges::copy(answer.attributes, std::back_inserter(attributes));
   if (answer.body.empty()) return xml.Empty(name, attributes);
   xml.Open(name, attributes);
   xml.Lines(answer.body);
@@ -110,12 +128,13 @@ void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
 
 }  // namespace
 
-Text ProcessQbxml(TextView request, OpenCompany& company, const Stamp& now) {
-  const XmlDocument document = Parse(request);
-  CheckVersion(document.instructions);
-  const Element& messages = MessagesOf(document.root);
+Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now) {
+  XmlDocument document = Parse(request);
+  const int version = CheckVersion(document.instructions);
+  Element& messages = MessagesOf(document.root);
   const bool stopOnError = ReadOnError(messages);
-  const std::vector<Step> steps = CheckMessages(messages);
+  const std::vector<Step> steps = CheckMessages(messages, version);
+  const Frame frame{company, session, now, version};
 
   XmlWriter xml(XmlForm::kResponse);
   xml.Prolog();
@@ -123,7 +142,7 @@ Text ProcessQbxml(TextView request, OpenCompany& company, const Stamp& now) {
   xml.Open("QBXMLMsgsRs");
   bool stopped = false;
   for (const Step& step : steps) {
-    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, company, now);
+    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, frame);
     stopped = stopped || (stopOnError && answer.status.IsError());
     WriteAnswer(step, answer, xml);
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulator/OpenCompany.h"
+#include "simulator/Session.h"
 #include "simulator/Stamp.h"
 
 namespace ostrel::simulator {
@@ -9,6 +10,6 @@ namespace ostrel::simulator {
 /// Returns the response. Raises platform::RequestProcessorError for what QuickBooks refuses as a
 /// whole (malformed, unknown message or element, unknown version); nothing has changed then,
 /// because every message is checked before the first is processed.
-Text ProcessQbxml(TextView request, OpenCompany& company, const Stamp& now);
+Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now);
 
 }  // namespace ostrel::simulator

@@ -31,6 +31,7 @@ Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::Fil
   RequireNoSession();
   oCompany = std::move(company);
   sTicket = oQuickBooks.NewTicket();
+  oSession = simulator::Session(ToUtf8(sTicket));
   return sTicket;
 }
 
@@ -41,7 +42,7 @@ Text SimulatedRequestProcessor::ProcessRequest(TextView ticket, TextView request
   RequireSession(sessionTicket);
   if (company->Data().Conducts().processRequestDies) oQuickBooks.Die();
   try {
-    return simulator::ProcessQbxml(request, *company, oQuickBooks.Now());
+    return simulator::ProcessQbxml(request, *company, oSession, oQuickBooks.Now());
   } catch (const std::bad_alloc&) {
     Fail(Hresult::kNotEnoughMemory);
   }

@@ -7,6 +7,7 @@
 
 #include "platform/RequestProcessor.h"
 #include "simulator/QuickBooks.h"
+#include "simulator/Session.h"
 
 namespace ostrel {
 
@@ -39,6 +40,7 @@ class SimulatedRequestProcessor : public platform::RequestProcessor {
   bool bGivenUp = false;
   bool bConnected = false;
   Text sTicket;
+  simulator::Session oSession;
   std::shared_ptr<simulator::OpenCompany> oCompany;  // null: no session
 };
 

@@ -15,4 +15,6 @@ struct Stamp {
 
 Stamp MakeStamp(const platform::Clock& clock);
 
+inline const Stamp kEpoch = {0, "1970-01-01T00:00:00+00:00"};
+
 }  // namespace ostrel::simulator

@@ -16,11 +16,28 @@ struct Status {
 
 Status NoMatch();
 Status NotAllFound(std::string_view missing);
-Status InvalidListId(std::string_view id);
+/// `field` is the element's name.
+Status InvalidId(std::string_view id, std::string_view field);
+Status BadDate(std::string_view value, std::string_view field);
+Status BadAmount(std::string_view value, std::string_view field);
+Status BadPrice(std::string_view value, std::string_view field);
+Status BadPercent(std::string_view value, std::string_view field);
+Status BadQuantity(std::string_view value, std::string_view field);
+Status BadInteger(std::string_view value, std::string_view field);
 Status TooLong(std::string_view value, std::string_view field);
 Status CannotStore(std::string_view value, std::string_view field, std::string_view why);
 Status NameInUse(std::string_view name);
-Status CannotSave(std::string_view list, std::string_view name, std::string_view why);
+Status NotFound(std::string_view id);
+/// `target` is the kind that was referred to, `where` the message's object.
+Status InvalidReference(std::string_view target, std::string_view name, std::string_view where);
+Status WrongReference(std::string_view target, std::string_view name, std::string_view where);
+Status CannotDelete(std::string_view id, std::string_view why);
+/// `what` as "Customers list, element "Jo"" or "Invoice".
+Status CannotModify(std::string_view what, std::string_view why);
+Status CannotSave(std::string_view what, std::string_view why);
+Status OutOfDate(std::string_view editSequence);
+Status InvalidValue(std::string_view value, std::string_view field, std::string_view why);
 Status NotProcessed();
+Status InvalidIterator(std::string_view id);
 
 }  // namespace ostrel::simulator

@@ -31,8 +31,9 @@ void Try(TextView request) {
   auto company = Company::FromBytes(kCompany, now);
   Require(company.has_value());
   OpenCompany open(*std::move(company), u"fuzz.qbw", platform::FileMode::kSingleUser, storage);
+  Session session;
   try {
-    const Text response = ProcessQbxml(request, open, now);
+    const Text response = ProcessQbxml(request, open, session, now);
     XmlDocument document;
     Require(ReadXmlText(response, kMaxElements, document) == XmlFault::kNone);
     for (const char16_t c : response) Require(c < 0x80);

@@ -13,6 +13,8 @@ const Stamp kNow = {1262682187, "2010-01-05T09:03:07+00:00"};
 
 std::optional<Company> Read(std::string_view bytes) { return Company::FromBytes(bytes, kNow); }
 
+const ObjectList& Customers(const Company& company) { return company.List(*FindKind("Customer")); }
+
 TEST(Company, ReadsWhatItsFileSays) {
   const auto company = Read(kTwoCustomers);
 
@@ -22,7 +24,7 @@ TEST(Company, ReadsWhatItsFileSays) {
   EXPECT_EQ(company->MajorVersion(), "17");
   EXPECT_EQ(company->MinorVersion(), "4");
   EXPECT_EQ(company->Country(), "US");
-  EXPECT_EQ(company->Customers().ByName().size(), 2u);
+  EXPECT_EQ(Customers(*company).InOrder().size(), 2u);
 }
 
 TEST(Company, NeedsNoMoreThanItsElement) {
@@ -40,7 +42,7 @@ TEST(Company, CompletesACustomerWrittenByHand) {
       Read("<Company><Customer><Phone>1</Phone><Name>Jo</Name></Customer></Company>");
 
   ASSERT_TRUE(company);
-  const Element* customer = company->Customers().FindByFullName("jo");
+  const Element* customer = Customers(*company).FindByName("jo");
   ASSERT_NE(customer, nullptr);
   std::string fields;
   for (const Element& field : customer->children) fields += field.name + "=" + field.text + ";";
@@ -56,7 +58,7 @@ TEST(Company, GivesNoListIdTwice) {
       "<Customer><ListID>8000000A-5</ListID><Name>B</Name></Customer></Company>");
 
   ASSERT_TRUE(company);
-  EXPECT_EQ(company->Customers().FindByFullName("A")->ChildText("ListID"), "8000000B-1262682187");
+  EXPECT_EQ(Customers(*company).FindByName("A")->ChildText("ListID"), "8000000B-1262682187");
 }
 
 TEST(Company, IsRefusedWhenItIsNone) {
@@ -100,7 +102,7 @@ TEST(Company, OfTheSampleIsABusiness) {
   const auto company = Read(bytes);
 
   ASSERT_TRUE(company);
-  EXPECT_GE(company->Customers().ByName().size(), 12u);
+  EXPECT_GE(Customers(*company).InOrder().size(), 12u);
   EXPECT_EQ(company->Product(), "QuickBooks Premier Edition 2008");
 }
 

@@ -8,9 +8,9 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::string_view kColours[] = {"Red", "Blue"};
-constexpr Field kInner[] = {{.name = "Deep", .maxLength = 3, .required = true}};
+constexpr Field kInner[] = {{.name = "Deep", .maxLength = 3, .required = kAnyUse}};
 constexpr Field kFields[] = {
-    {.name = "Name", .maxLength = 5, .required = true},
+    {.name = "Name", .maxLength = 5, .required = kAnyUse},
     {.name = "Flag", .type = FieldType::kBoolean},
     {.name = "Many", .repeated = true},
     {.name = "Left", .choice = 1},
@@ -27,7 +27,7 @@ Element Message(TextView content) {
 }
 
 bool Passes(TextView content) {
-  const std::uint32_t failure = FailureOf([&] { CheckFields(Message(content), kFields); });
+  const std::uint32_t failure = FailureOf([&] { CheckFields(Message(content), kFields, {}); });
   EXPECT_TRUE(failure == 0 || failure == 0x80040400);
   return failure == 0;
 }
@@ -80,11 +80,15 @@ TEST(Fields, RefuseAttributesAndStrayTexts) {
   EXPECT_FALSE(Passes(u"<Name>x</Name><Group>stray<Deep>y</Deep></Group>"));
 }
 
+std::optional<Status> Normalized(TextView content) {
+  Element message = Message(content);
+  return Normalize(message, kFields, kAdd);
+}
+
 TEST(Fields, FindTheFirstTextThatIsTooLong) {
-  const auto none = FindTooLong(Message(u"<Name>12345</Name>"), kFields);
-  const auto name = FindTooLong(Message(u"<Name> 123456 </Name>"), kFields);
-  const auto deep =
-      FindTooLong(Message(u"<Name>1</Name><Group><Deep>1234</Deep></Group>"), kFields);
+  const auto none = Normalized(u"<Name>12345</Name>");
+  const auto name = Normalized(u"<Name> 123456 </Name>");
+  const auto deep = Normalized(u"<Name>1</Name><Group><Deep>1234</Deep></Group>");
 
   EXPECT_FALSE(none);
   ASSERT_TRUE(name);

@@ -1,0 +1,29 @@
+// The references from one object to others: resolved when they come in, so that objects hold both
+// the ListID and the FullName of what they refer to. The ListID counts; names may change.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+#include "simulator/Company.h"
+#include "simulator/Element.h"
+#include "simulator/Fields.h"
+#include "simulator/Status.h"
+
+namespace ostrel::simulator {
+
+/// Completes every reference in a message's object. Returns the status for the first one that names
+/// nothing, or what may not stand there. `where` is the object's kind.
+std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Use use,
+                              const Company& company, std::string_view where);
+
+/// Gives references of an object that lack it their ListID, where they name something.
+void Link(Element& object, std::span<const Field> fields, const Company& company);
+/// Whether a reference lacks its ListID.
+bool HasUnlinked(const Element& object, std::span<const Field> fields);
+
+/// Whether any object of the company refers to the list object of that ListID.
+bool IsInUse(const Company& company, std::string_view listId);
+
+}  // namespace ostrel::simulator

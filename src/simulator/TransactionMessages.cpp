@@ -1,0 +1,175 @@
+// Changes of transactions.
+#include <algorithm>
+
+#include "simulator/Defaults.h"
+#include "simulator/Draft.h"
+#include "simulator/Merging.h"
+#include "simulator/Messages.h"
+#include "simulator/Objects.h"
+#include "simulator/Reckoning.h"
+#include "simulator/References.h"
+#include "simulator/Settlement.h"
+#include "simulator/XmlWriter.h"
+
+namespace ostrel::simulator {
+namespace {
+
+// "InvoiceLineAdd" becomes "InvoiceLineRet".
+void NameLines(Element& object, std::span<const Field> fields, Use use) {
+  for (Element& child : object.children) {
+    const Field* field = FindField(fields, child.name, use);
+    if (field && field->type == FieldType::kLine) child.name = ElementName(*field, kRet);
+  }
+}
+
+// What follows from a line's item or amount is reckoned anew when that changes.
+void ForgetReckoned(Element& line, const Element& given, std::span<const Field> fields,
+                    bool newItem) {
+  const bool newAmount = given.Child("Amount") != nullptr;
+  bool newPrice = false;
+  for (const Field& field : fields) {
+    const bool isPrice = field.type == FieldType::kPrice || field.type == FieldType::kPercent;
+    const bool isGiven = given.Child(field.name) != nullptr;
+    newPrice = newPrice || (isGiven && (isPrice || field.type == FieldType::kQuantity));
+    const bool replaced =
+        isPrice && std::ranges::any_of(fields, [&](const Field& other) {
+          return field.either != 0 && other.either == field.either && given.Child(other.name);
+        });
+    const bool follows = newItem && !field.source.reference.empty();
+    if (replaced || follows || (isPrice && newAmount)) line.Drop(field.name);
+  }
+  if (newItem || newPrice) line.Drop("Amount");
+}
+
+std::optional<Status> ModifyLine(Element& object, const Element& given, const Field& field,
+                                 const Company& company, std::vector<Element>& lines) {
+  const std::string_view id = given.ChildText("TxnLineID");
+  const std::string name = ElementName(field, kRet);
+  Element line{.name = name};
+  bool fresh = id == "-1";
+  if (!fresh) {
+    const auto found = std::ranges::find_if(object.children, [&](const Element& child) {
+      return child.name == name && child.ChildText("TxnLineID") == id;
+    });
+    if (found == object.children.end()) return NotFound(id);
+    const Element* item = given.Child("ItemRef");
+    const Element* before = found->Child("ItemRef");
+    fresh = item && (!before || item->ChildText("ListID") != before->ChildText("ListID"));
+    line = std::move(*found);
+    found->name.clear();
+    ForgetReckoned(line, given, field.children, fresh);
+  }
+  Merge(line, given);
+  if (fresh) FillIn(line, field.children, company);
+  lines.push_back(std::move(line));
+  return std::nullopt;
+}
+
+// Lines that a message leaves out of those of a name are deleted, unless it names none at all.
+std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& given,
+                                  const Company& company) {
+  for (const Field& field : kind.fields) {
+    if (field.type != FieldType::kLine || !given.Child(ElementName(field, kMod))) continue;
+    std::vector<Element> lines;
+    for (const Element& child : given.children) {
+      if (child.name != ElementName(field, kMod)) continue;
+      if (auto status = ModifyLine(object, child, field, company, lines)) return status;
+    }
+    object.Drop("");
+    object.Drop(ElementName(field, kRet));
+    std::ranges::move(lines, std::back_inserter(object.children));
+    given.Drop(ElementName(field, kMod));
+  }
+  return std::nullopt;
+}
+
+Answer Saved(const Call& call, Draft& draft, const Kind& kind, const Element& object) {
+  const std::string id(object.ChildText("TxnID"));
+  Status status = CommitFor(call, draft.Take(), kind.name);
+  if (status.IsError()) return {.status = std::move(status)};
+  return {.status = {}, .body = OneRet(call, kind, *call.company.Data().List(kind).Find(id))};
+}
+
+// The sums, what is paid, and the balances of others.
+std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
+                            const Applications& applications) {
+  const Kind& kind = call.OfKind();
+  const Company& company = call.company.Data();
+  if (auto status = Reckon(kind, object, company, call.company.NewNumbers(), call.now)) {
+    return status;
+  }
+  if (!kind.settles.empty()) {
+    if (auto status = Settle(kind, object, applications, call.now, draft)) return status;
+  }
+  Post(kind, object, draft);
+  draft.Put(kind, object);
+  return std::nullopt;
+}
+
+}  // namespace
+
+Answer AddTransaction(const Call& call) {
+  const Kind& kind = call.OfKind();
+  const Company& company = call.company.Data();
+  Element object = Cleaned(call.element.children.front());
+  if (auto status = Resolve(object, kind.fields, kAdd, company, kind.name)) return {*status};
+  Applications applications = ApplicationsOf(object);
+  if (IsTrue(object.ChildText("IsAutoApply"))) {
+    applications = AutomaticApplications(kind, object, company);
+  }
+  NameLines(object, kind.fields, kAdd);
+  DropPassing(object, kind.fields);
+  Complete(kind, object, company, call.company.NewNumbers(), call.now);
+  Draft draft(company);
+  if (auto status = Enter(call, draft, object, applications)) return {*status};
+  return Saved(call, draft, kind, object);
+}
+
+Answer ModifyTransaction(const Call& call) {
+  const Kind& kind = call.OfKind();
+  const Company& company = call.company.Data();
+  Element given = call.element.children.front();
+  const Element* before = nullptr;
+  if (auto refusal = FindForChange(call, given, before)) return *std::move(refusal);
+  if (auto status = Resolve(given, kind.fields, kMod, company, kind.name)) return {*status};
+  Applications applications = ApplicationsOf(given);
+  if (applications.empty()) applications = ApplicationsOf(*before);
+  given.Drop("AppliedToTxnMod");
+
+  Element object = *before;
+  if (auto status = ModifyLines(kind, object, given, company)) return {*status};
+  Merge(object, given);
+  Touch(object, call.now);
+  Draft draft(company);
+  TakeBack(kind, *before, draft);
+  if (!kind.settles.empty()) Unsettle(kind, *before, call.now, draft);
+  if (auto status = Enter(call, draft, object, applications)) return {*status};
+  if (OpenAmountOf(kind, object) < Decimal()) {
+    return {CannotModify(kind.name, "The amount is less than what has been paid.")};
+  }
+  return Saved(call, draft, kind, object);
+}
+
+Answer DeleteTransaction(const Call& call) {
+  const Company& company = call.company.Data();
+  const Kind& kind = *FindKind(call.element.ChildText("TxnDelType"));
+  const std::string id(call.element.ChildText("TxnID"));
+  const Element* object = company.List(kind).Find(id);
+  if (!object) return {NotFound(id)};
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Leaf("TxnDelType", kind.name);
+  xml.Leaf("TxnID", id);
+  xml.Leaf("TimeCreated", object->ChildText("TimeCreated"));
+  xml.Leaf("TimeDeleted", call.now.text);
+  if (object->Child("RefNumber")) xml.Leaf("RefNumber", object->ChildText("RefNumber"));
+  Draft draft(company);
+  TakeBack(kind, *object, draft);
+  if (!kind.settles.empty()) Unsettle(kind, *object, call.now, draft);
+  Release(kind, *object, call.now, draft);
+  draft.Remove(kind, id);
+  Status status = CommitFor(call, draft.Take(), kind.name);
+  if (status.IsError()) return {std::move(status)};
+  return {.status = {}, .body = xml.Take()};
+}
+
+}  // namespace ostrel::simulator
