@@ -53,9 +53,9 @@ class Conversation {
   }
   /// Sends messages in their frame.
   std::string Ask(std::string_view messages, std::string_view onError = "stopOnError") {
-    return Send(
-        "<?xml version=\"1.0\"?><?qbxml version=\"3.0\"?>\n<QBXML>\n<QBXMLMsgsRq onError=\"" +
-        std::string(onError) + "\">\n" + std::string(messages) + "\n</QBXMLMsgsRq>\n</QBXML>");
+    return Send("<?xml version=\"1.0\"?><?qbxml version=\"" + sVersion +
+                "\"?>\n<QBXML>\n<QBXMLMsgsRq onError=\"" + std::string(onError) + "\">\n" +
+                std::string(messages) + "\n</QBXMLMsgsRq>\n</QBXML>");
   }
   std::uint32_t FailureOfAsking(std::string_view messages) {
     return FailureOf([&] { Ask(messages); });
@@ -67,6 +67,8 @@ class Conversation {
     return answer.find("<CustomerRet>") != std::string::npos;
   }
   std::string& File() { return oStorage.Files[kPath]; }
+
+  std::string sVersion = "3.0";  // of qbXML
 
   static constexpr char16_t kPath[] = u"C:\\Books\\hale.qbw";
 
