@@ -1,15 +1,10 @@
 #include "simulator/Behaviour.h"
 
-#include <charconv>
-#include <cmath>
 #include <string>
 #include <utility>
 
 namespace ostrel::simulator {
 namespace {
-
-constexpr double kMaxSeconds = 3600;
-constexpr std::uint32_t kFailureBit = 0x80000000;
 
 constexpr std::pair<std::string_view, Conduct Behaviour::*> kOperations[] = {
     {"openConnection", &Behaviour::openConnection},
@@ -17,31 +12,6 @@ constexpr std::pair<std::string_view, Conduct Behaviour::*> kOperations[] = {
     {"processRequest", &Behaviour::processRequest},
     {"companyFileName", &Behaviour::companyFileName},
 };
-
-bool ReadSeconds(std::string_view text, std::chrono::milliseconds& delay) {
-  if (text.empty()) return true;
-  double seconds = 0;
-  const auto [end, error] =
-      std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
-  const bool whole = error == std::errc() && end == text.data() + text.size();
-  if (!whole || !(seconds >= 0 && seconds <= kMaxSeconds)) return false;
-  delay = std::chrono::milliseconds(std::llround(seconds * 1000));
-  return true;
-}
-
-bool ReadError(std::string_view text, std::uint32_t& hresult) {
-  if (text.empty()) return true;
-  if (!text.starts_with("0x") && !text.starts_with("0X")) return false;
-  text.remove_prefix(2);
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), hresult, 16);
-  const bool whole = error == std::errc() && end == text.data() + text.size();
-  return whole && (hresult & kFailureBit) != 0;
-}
-
-bool ReadFlag(std::string_view text, bool& flag) {
-  flag = text == "1";
-  return flag || text.empty() || text == "0";
-}
 
 std::string_view Value(const Element& element, std::string_view operation, std::string_view what) {
   const std::string* value = element.Find(std::string(operation).append(what));
@@ -60,7 +30,22 @@ std::optional<Behaviour> ReadBehaviour(const Element& element) {
   if (!ReadFlag(Value(element, "processRequest", "Dies"), behaviour.processRequestDies)) {
     return std::nullopt;
   }
+  for (const Element& child : element.children) {
+    auto fault = child.name == "Fault" ? ReadFault(child) : std::nullopt;
+    if (!fault) return std::nullopt;
+    behaviour.faults.push_back(*std::move(fault));
+  }
   return behaviour;
+}
+
+Conduct ConductOf(const Behaviour& behaviour, std::string_view operation) {
+  for (const auto& [name, member] : kOperations) {
+    if (name != operation) continue;
+    Conduct conduct = behaviour.*member;
+    conduct.dies = member == &Behaviour::processRequest && behaviour.processRequestDies;
+    return conduct;
+  }
+  return {};
 }
 
 }  // namespace ostrel::simulator

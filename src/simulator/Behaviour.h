@@ -2,18 +2,15 @@
 // of the request processor each.
 #pragma once
 
-#include <chrono>
-#include <cstdint>
 #include <optional>
+#include <string_view>
+#include <vector>
 
+#include "simulator/Conduct.h"
 #include "simulator/Element.h"
+#include "simulator/Faults.h"
 
 namespace ostrel::simulator {
-
-struct Conduct {
-  std::chrono::milliseconds delay{0};
-  std::uint32_t error = 0;  // HRESULT; 0: the operation does its work
-};
 
 struct Behaviour {
   Conduct openConnection;
@@ -22,10 +19,16 @@ struct Behaviour {
   Conduct companyFileName;
   /// processRequestDies="1": QuickBooks ends in the middle of a request, after its delay.
   bool processRequestDies = false;
+  /// What only some calls do.
+  std::vector<Fault> faults;
 };
 
+/// What is asked of every call of an operation, by its name: "beginSession".
+Conduct ConductOf(const Behaviour& behaviour, std::string_view operation);
+
 /// From attributes such as processRequestSeconds="2.5" (at most 3600) and
-/// processRequestError="0x80040408"; empty ones ask for nothing. Nothing when one cannot be read.
+/// processRequestError="0x80040408"; empty ones ask for nothing. Nothing when one, or a Fault
+/// within it, cannot be read.
 std::optional<Behaviour> ReadBehaviour(const Element& element);
 
 }  // namespace ostrel::simulator

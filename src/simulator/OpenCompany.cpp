@@ -6,6 +6,18 @@
 
 namespace ostrel::simulator {
 
+Conduct OpenCompany::NextConduct(std::string_view operation) {
+  const Behaviour& behaviour = oCompany.Conducts();
+  const Fault* fault = oCounts->Count(behaviour.faults, operation);
+  const Conduct always = ConductOf(behaviour, operation);
+  if (!fault) return always;
+  Conduct conduct = fault->conduct;
+  if (conduct.delay.count() == 0) conduct.delay = always.delay;
+  if (conduct.error == 0) conduct.error = always.error;
+  conduct.dies = conduct.dies || always.dies;
+  return conduct;
+}
+
 int OpenCompany::Commit(Changes changes) noexcept {
   try {
     const std::string bytes = oCompany.ToBytes(changes);

@@ -1,7 +1,9 @@
 // A company that is open in QuickBooks: the company, its file, and the mode it is open in.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "platform/RequestProcessor.h"
 #include "simulator/Change.h"
@@ -12,8 +14,14 @@ namespace ostrel::simulator {
 
 class OpenCompany {
  public:
-  OpenCompany(Company company, Text path, platform::FileMode mode, CompanyStorage& storage)
-      : oCompany(std::move(company)), sPath(std::move(path)), fileMode(mode), oStorage(storage) {}
+  /// `counts` outlives the company's being open, where faults are counted beyond that.
+  OpenCompany(Company company, Text path, platform::FileMode mode, CompanyStorage& storage,
+              std::shared_ptr<FaultCounts> counts = std::make_shared<FaultCounts>())
+      : oCompany(std::move(company)),
+        sPath(std::move(path)),
+        fileMode(mode),
+        oStorage(storage),
+        oCounts(std::move(counts)) {}
 
   const Company& Data() const { return oCompany; }
   /// Numbers for new objects.
@@ -21,6 +29,13 @@ class OpenCompany {
   const Text& Path() const { return sPath; }
   /// Never kDoNotCare.
   platform::FileMode Mode() const { return fileMode; }
+
+  /// What is asked of this call of an operation ("beginSession").
+  Conduct NextConduct(std::string_view operation);
+  /// What is asked of this message ("CustomerAddRq"); null: to be answered.
+  const Fault* NextFault(std::string_view message) {
+    return oCounts->Count(oCompany.Conducts().faults, message);
+  }
 
   /// Makes the changes safe in the file, then carries them out in memory. On failure nothing has
   /// changed, here or there, and the error number (platform/SystemError.h) is returned.
@@ -31,6 +46,7 @@ class OpenCompany {
   Text sPath;
   platform::FileMode fileMode;
   CompanyStorage& oStorage;
+  std::shared_ptr<FaultCounts> oCounts;
 };
 
 }  // namespace ostrel::simulator

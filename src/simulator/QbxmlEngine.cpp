@@ -100,8 +100,14 @@ std::vector<Step> CheckMessages(Element& messages, int version) {
   return steps;
 }
 
-Answer Reply(const Step& step, const Frame& frame) {
+// `size` becomes what the response must come to.
+Answer Reply(const Step& step, const Frame& frame, std::size_t& size) {
   const Message& message = *step.message;
+  if (const Fault* fault = frame.company.NextFault(message.name)) {
+    size = std::max(size, fault->answerSize);
+    if (fault->conduct.error != 0) Fail(fault->conduct.error);
+    if (fault->status) return {*fault->status};
+  }
   if (auto status = Normalize(*step.element, message.fields, message.use)) {
     return {*std::move(status)};
   }
@@ -126,6 +132,14 @@ void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
   xml.Close();
 }
 
+// Makes a response longer with a comment, so that it has the size when it is closed.
+void Pad(XmlWriter& xml, std::size_t size) {
+  constexpr std::size_t kRest = std::string_view("<!---->\n</QBXMLMsgsRs>\n</QBXML>\n").size();
+  if (xml.Size() + kRest >= size) return;
+  const std::string filling(size - xml.Size() - kRest, '.');
+  xml.Lines(std::string("<!--").append(filling).append("-->\n"));
+}
+
 }  // namespace
 
 Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now) {
@@ -141,11 +155,13 @@ Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, cons
   xml.Open("QBXML");
   xml.Open("QBXMLMsgsRs");
   bool stopped = false;
+  std::size_t size = 0;
   for (const Step& step : steps) {
-    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, frame);
+    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, frame, size);
     stopped = stopped || (stopOnError && answer.status.IsError());
     WriteAnswer(step, answer, xml);
   }
+  Pad(xml, size);
   xml.Close();
   xml.Close();
   return FromAscii(xml.Take());

@@ -9,11 +9,8 @@ namespace {
 
 using platform::FileMode;
 
-// The same file under two spellings of its path.
-bool SamePath(TextView a, TextView b) {
-  const auto key = [](TextView path) { return LowerCase(ReplaceAll(path, u"/", u"\\")); };
-  return key(a) == key(b);
-}
+// The same for all spellings of a path.
+Text PathKey(TextView path) { return LowerCase(ReplaceAll(path, u"/", u"\\")); }
 
 }  // namespace
 
@@ -22,7 +19,7 @@ QuickBooks::QuickBooks(Surroundings surroundings)
 
 std::shared_ptr<OpenCompany> QuickBooks::Open(TextView path, FileMode mode) {
   if (auto open = oOpen.lock()) {
-    if (!path.empty() && !SamePath(path, open->Path())) Fail(Hresult::kOtherCompanyOpen);
+    if (!path.empty() && PathKey(path) != PathKey(open->Path())) Fail(Hresult::kOtherCompanyOpen);
     if (mode != FileMode::kDoNotCare && mode != open->Mode()) Fail(Hresult::kOtherFileMode);
     return open;
   }
@@ -40,14 +37,16 @@ std::shared_ptr<OpenCompany> QuickBooks::Load(TextView path, FileMode mode) {
   }
   auto company = Company::FromBytes(bytes, Now());
   if (!company) Fail(Hresult::kUnusableCompany);
-  return std::make_shared<OpenCompany>(*std::move(company), Text(path), mode,
-                                       oSurroundings.storage);
+  auto& counts = oCounts[PathKey(path)];
+  if (!counts) counts = std::make_shared<FaultCounts>();
+  return std::make_shared<OpenCompany>(*std::move(company), Text(path), mode, oSurroundings.storage,
+                                       counts);
 }
 
 Conduct QuickBooks::OpenConnectionConduct() {
-  if (const auto open = oOpen.lock()) return open->Data().Conducts().openConnection;
+  if (const auto open = oOpen.lock()) return open->NextConduct("openConnection");
   try {
-    return Load({}, FileMode::kSingleUser)->Data().Conducts().openConnection;
+    return Load({}, FileMode::kSingleUser)->NextConduct("openConnection");
   } catch (const platform::RequestProcessorError&) {
     return {};  // no company is open, which only BeginSession can mind
   }
@@ -58,6 +57,7 @@ void QuickBooks::Perform(const Conduct& conduct, const bool& givenUp) const {
   if (givenUp) {
     throw platform::RequestProcessorError(platform::kGivenUp, Text(platform::kGivenUpText));
   }
+  if (conduct.dies) Die();
   if (conduct.error != 0) Fail(conduct.error);
 }
 

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <functional>
+#include <map>
 #include <memory>
 #include <random>
 
@@ -36,7 +37,7 @@ class QuickBooks {
 
   /// What is asked of OpenConnection, which names no company: by the open company, else the user's.
   Conduct OpenConnectionConduct();
-  /// Waits, and fails, as asked for; fails as soon as it is given up.
+  /// Waits, and fails or dies, as asked for; fails as soon as it is given up.
   void Perform(const Conduct& conduct, const bool& givenUp) const;
   /// Fails as an operation does in whose middle QuickBooks has ended.
   [[noreturn]] void Die() const;
@@ -49,6 +50,7 @@ class QuickBooks {
 
   Surroundings oSurroundings;
   std::weak_ptr<OpenCompany> oOpen;
+  std::map<Text, std::shared_ptr<FaultCounts>> oCounts;  // of each company file used so far
   std::mt19937_64 oRandom;
 };
 

@@ -27,7 +27,7 @@ Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::Fil
     Fail(Hresult::kInvalidParameter);
   }
   auto company = oQuickBooks.Open(companyFile, mode);
-  Perform(company->Data().Conducts().beginSession);
+  Perform(company->NextConduct("beginSession"));
   RequireNoSession();
   oCompany = std::move(company);
   sTicket = oQuickBooks.NewTicket();
@@ -38,9 +38,8 @@ Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::Fil
 Text SimulatedRequestProcessor::ProcessRequest(TextView ticket, TextView request) {
   const auto company = RequireSession(ticket);
   const Text sessionTicket = sTicket;  // the caller's may change while events are dispatched
-  Perform(company->Data().Conducts().processRequest);
+  Perform(company->NextConduct("processRequest"));
   RequireSession(sessionTicket);
-  if (company->Data().Conducts().processRequestDies) oQuickBooks.Die();
   try {
     return simulator::ProcessQbxml(request, *company, oSession, oQuickBooks.Now());
   } catch (const std::bad_alloc&) {
@@ -50,7 +49,7 @@ Text SimulatedRequestProcessor::ProcessRequest(TextView ticket, TextView request
 
 Text SimulatedRequestProcessor::GetCurrentCompanyFileName(TextView ticket) {
   const auto company = RequireSession(ticket);
-  Perform(company->Data().Conducts().companyFileName);
+  Perform(company->NextConduct("companyFileName"));
   return company->Path();
 }
 

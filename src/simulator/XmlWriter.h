@@ -31,6 +31,8 @@ class XmlWriter {
   /// Lines that another writer of the same form made.
   void Lines(std::string_view lines) { sXml.append(lines); }
 
+  /// Bytes written so far.
+  std::size_t Size() const { return sXml.size(); }
   std::string Take() { return std::move(sXml); }
 
  private:
