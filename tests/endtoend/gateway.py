@@ -94,9 +94,11 @@ class Client:
 class Gateway:
     """The program with its settings file, company file and folders below `folder`."""
 
+    PROGRAM = "ostrel-server"
+
     def __init__(self, folder):
         self.folder = pathlib.Path(folder)
-        source = program_file("ostrel-server")
+        source = program_file(self.PROGRAM)
         self.program = self.folder / source.name
         self.settings_file = self.folder / "osl.ini"
         self.company_file = self.folder / "harbor.qbw"
@@ -189,15 +191,18 @@ class Gateway:
         self.wait_for_status("Watching Folder: ")
         return self
 
+    def status_lines(self):
+        return list(self.lines)
+
     def has_status(self, text, count=1):
-        return sum(text in line for line in list(self.lines)) >= count
+        return sum(text in line for line in self.status_lines()) >= count
 
     def wait_for_status(self, text, count=1, limit=LIMIT):
         def seen():
             return self.has_status(text, count) or self.process.poll() is not None
 
         def missing():
-            return f"status line {text!r}; seen: {self.lines} {self.errors}"
+            return f"status line {text!r}; seen: {self.status_lines()} {self.errors}"
 
         wait_until(seen, missing, limit)
         wait_until(lambda: self.has_status(text, count), missing, 2)
