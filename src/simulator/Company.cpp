@@ -107,7 +107,7 @@ Company::Prepared Company::Prepare(Changes changes) const {
 }
 
 // All go before any comes: an object may take the name of another that gives it up.
-void Company::Apply(Prepared prepared) noexcept {
+void Company::Apply(Prepared&& prepared) noexcept {
   for (const auto& [list, id] : prepared.removals) oLists[list].Remove(id);
   for (auto& [list, object] : prepared.puts) oLists[list].Put(std::move(object));
 }

@@ -57,7 +57,7 @@ class Company {
     std::vector<std::pair<std::size_t, std::string>> removals;       // list, ID
   };
   Prepared Prepare(Changes changes) const;
-  void Apply(Prepared prepared) noexcept;
+  void Apply(Prepared&& prepared) noexcept;
 
  private:
   Company();

@@ -2,7 +2,6 @@
 // quantities and percents are reckoned with.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -34,7 +33,10 @@ class Decimal {
   /// Zero when the divisor is.
   Decimal operator/(Decimal divisor) const;
   Decimal& operator+=(Decimal other) { return *this = *this + other; }
-  auto operator<=>(const Decimal&) const = default;
+  bool operator==(const Decimal&) const = default;
+  bool operator<(Decimal other) const { return lUnits < other.lUnits; }
+  bool operator>(Decimal other) const { return lUnits > other.lUnits; }
+  bool operator<=(Decimal other) const { return lUnits <= other.lUnits; }
 
   /// "12.50": with this many decimals (0 to 5) or, when they are needed, more.
   std::string ToString(int decimals) const;

@@ -18,7 +18,9 @@ constexpr std::string_view kVersions[] = {"1.0",  "1.1",  "2.0",  "2.1", "3.0", 
 constexpr Field kIncludeRetElement = {
     .name = "IncludeRetElement", .maxLength = 50, .repeated = true, .since = 40};
 
-// Keys point into the messages.
+// Of extensions of the data, which objects here do not have.
+constexpr Field kOwnerId = {.name = "OwnerID", .repeated = true, .since = 20};
+
 using Catalog = std::map<std::string, Message, std::less<>>;
 
 void Enter(Catalog& catalog, Message message) {
@@ -44,6 +46,7 @@ Message OneObjectMessage(const Kind& kind, std::string_view verb, Use use,
 Message QueryMessage(std::string_view name, const KindList& kinds) {
   std::vector<Field> fields = FiltersOf(*kinds.front());
   fields.push_back(kIncludeRetElement);
+  fields.push_back(kOwnerId);
   return {.name = std::string(name).append("QueryRq"),
           .reply = QueryObjects,
           .kinds = kinds,

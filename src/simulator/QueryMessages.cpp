@@ -118,11 +118,10 @@ void VisitCandidates(const ObjectList& list, const Filters& filters, Visit visit
     std::ranges::copy(list.FindByEntity(entity), std::back_inserter(entries));
   }
   std::ranges::sort(entries, {}, [](const auto* entry) -> const Text& { return entry->first; });
-  const auto repeated = std::ranges::unique(entries);
-  entries.erase(repeated.begin(), repeated.end());
+  entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
   for (const auto* entry : entries) {
-    if (filters.Pass({kind, entry->first, entry->second}) && !visit(Target{&kind, &entry->second}))
-      return;
+    const auto& [key, object] = *entry;
+    if (filters.Pass({kind, key, object}) && !visit(Target{&kind, &object})) return;
   }
 }
 

@@ -12,7 +12,14 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::string_view kCompany =
-    "<Company name='Fuzz'><Customer><Name>Zimmer</Name></Customer></Company>";
+    "<Company name='Fuzz'><Customer><Name>Zimmer</Name></Customer>"
+    "<Customer><Name>Job</Name><ParentRef><FullName>Zimmer</FullName></ParentRef></Customer>"
+    "<Account><Name>Sales</Name><AccountType>Income</AccountType></Account>"
+    "<Account><Name>Owed</Name><AccountType>AccountsReceivable</AccountType></Account>"
+    "<ItemService><Name>Work</Name><SalesOrPurchase><Price>40.00</Price>"
+    "<AccountRef><FullName>Sales</FullName></AccountRef></SalesOrPurchase></ItemService>"
+    "<Invoice><CustomerRef><FullName>Zimmer</FullName></CustomerRef><InvoiceLineRet>"
+    "<ItemRef><FullName>Work</FullName></ItemRef></InvoiceLineRet></Invoice></Company>";
 constexpr std::size_t kMaxElements = 1'000'000;
 
 class Memory : public CompanyStorage {

@@ -96,6 +96,12 @@ TEST(Query, ReturnsTheElementsAskedFor) {
             "Name Balance ");
 }
 
+TEST(Query, TakesTheOwnersOfExtensionsThatItDoesNotHave) {
+  Books books;
+
+  EXPECT_EQ(books.Query("Customer", "<FullName>Abbott</FullName><OwnerID>0</OwnerID>").Code(), "0");
+}
+
 TEST(Query, CountsWhatItReturns) {
   Books books;
 
