@@ -46,6 +46,7 @@ class QuickBooks : public platform::RequestProcessor {
   Text GetCurrentCompanyFileName(TextView) override { return u"load.qbw"; }
   void EndSession(TextView) override {}
   void CloseConnection() override {}
+  void Create() override {}
   void GiveUp() override {}
 
  private:

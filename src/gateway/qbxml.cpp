@@ -70,9 +70,8 @@ std::int32_t qbxml::OpenConnectionAndBeginSession(TextView applicationId, TextVi
                                                   std::int32_t& errorNumber) {
   ClearLastError();
   // Kept: this sentence and OpenConnection's differ.
-  if (!CreateProcessor(u"Quickbooks SDK Missing.  Invalid Install")) {
-    return errorNumber = kQuickBooksSdkMissing;
-  }
+  errorNumber = CreateProcessor(u"Quickbooks SDK Missing.  Invalid Install");
+  if (errorNumber != 0) return errorNumber;
   const std::int32_t failure = OpenConnection(applicationId, applicationName, errorNumber);
   return failure != 0 ? failure : BeginSession(companyFile, fileMode, errorNumber);
 }
@@ -84,10 +83,8 @@ void qbxml::EndSessionAndCloseConnection() {
 
 std::int32_t qbxml::OpenConnection(TextView applicationId, TextView applicationName,
                                    std::int32_t& errorNumber) {
-  errorNumber = 0;
-  if (!CreateProcessor(u"Quickbooks SDK missing.  Invalid Install.")) {
-    return errorNumber = kQuickBooksSdkMissing;
-  }
+  errorNumber = CreateProcessor(u"Quickbooks SDK missing.  Invalid Install.");
+  if (errorNumber != 0) return errorNumber;
   TellStatus(u"Openning Connection");
   errorNumber = Keep(
       Call([&](auto& processor) { processor.OpenConnection(applicationId, applicationName); }));
@@ -154,16 +151,24 @@ bool qbxml::XMLValidate(TextView request, Text& report) const {
   return ValidateRequest(request, report);
 }
 
-bool qbxml::CreateProcessor(TextView failureText) {
-  if (bProcessorCreated) return true;
+// Whatever the reason, the user is told what to repair; unless it was the user who gave up.
+std::int32_t qbxml::CreateProcessor(TextView failureText) {
+  if (bProcessorCreated) return 0;
+  Failure failure = MakeProcessor();
+  bProcessorCreated = failure.lNumber == 0;
+  if (bProcessorCreated) return 0;
+  oProcessor = nullptr;
+  if (!failure.bGivenUp) failure = {kQuickBooksSdkMissing, Text(failureText)};
+  return Keep(std::move(failure));
+}
+
+qbxml::Failure qbxml::MakeProcessor() {
   try {
     oProcessor = oFactory();
   } catch (...) {
-    oProcessor = nullptr;  // whatever the reason, the user is told what to repair
+    return {kQuickBooksSdkMissing, {}};
   }
-  bProcessorCreated = oProcessor != nullptr;
-  if (!bProcessorCreated) Keep({kQuickBooksSdkMissing, Text(failureText)});
-  return bProcessorCreated;
+  return Call([](auto& processor) { processor.Create(); });
 }
 
 // Runs one operation of the processor. Events run meanwhile: the object is held (and the ticket
@@ -194,7 +199,8 @@ qbxml::Failure qbxml::CallFailed(const platform::RequestProcessorError& error) {
       static_cast<std::int32_t>(static_cast<std::uint32_t>(error.Number) - kReducedNumberBase);
   if (reduced > 0) return {reduced, error.Description};
   // Such a number would pass for success, or as no error of QuickBooks at all.
-  return {kCannotUseCompanyFile, error.Description + u" (" + Hexadecimal(error.Number) + u")"};
+  return {kCannotUseCompanyFile, error.Description + u" (" + Hexadecimal(error.Number) + u")",
+          error.Number == platform::kGivenUp};
 }
 
 // A dead server has neither a session nor a connection; a new one needs a new object. So does one

@@ -16,8 +16,7 @@ namespace ostrel {
 
 class qbxml {
  public:
-  /// Creates the request processor object; raises platform::RequestProcessorError when QuickBooks
-  /// has not installed it.
+  /// Makes a request processor on which nothing has been called yet.
   using ProcessorFactory = std::function<std::unique_ptr<platform::RequestProcessor>()>;
 
   /// Failures that are not the request processor's own.
@@ -72,10 +71,12 @@ class qbxml {
   struct Failure {
     std::int32_t lNumber = 0;  // reduced; 0: none
     Text sDescription;
+    bool bGivenUp = false;
   };
   using Operation = std::function<void(platform::RequestProcessor&)>;
 
-  bool CreateProcessor(TextView failureText);
+  std::int32_t CreateProcessor(TextView failureText);
+  Failure MakeProcessor();
   Failure Call(const Operation& operation);
   Failure CallFailed(const platform::RequestProcessorError& error);
   void ForgetProcessor(TextView status);

@@ -52,6 +52,8 @@ enum class FileMode : std::int16_t { kSingleUser = 0, kMultiUser = 1, kDoNotCare
 class RequestProcessor {
  public:
   virtual ~RequestProcessor() = default;
+  /// Comes first: reaches QuickBooks, which may have to start. Fails when it is not installed.
+  virtual void Create() = 0;
   virtual void OpenConnection(TextView applicationId, TextView applicationName) = 0;
   /// An empty company file: the one that is open in QuickBooks. Returns the session's ticket.
   virtual Text BeginSession(TextView companyFile, FileMode mode) = 0;

@@ -18,6 +18,7 @@ class SimulatedRequestProcessor : public platform::RequestProcessor {
   /// Processors that share a QuickBooks share its open company.
   explicit SimulatedRequestProcessor(simulator::QuickBooks& quickBooks) : oQuickBooks(quickBooks) {}
 
+  void Create() override {}
   void OpenConnection(TextView applicationId, TextView applicationName) override;
   Text BeginSession(TextView companyFile, platform::FileMode mode) override;
   Text ProcessRequest(TextView ticket, TextView request) override;

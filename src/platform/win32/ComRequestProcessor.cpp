@@ -36,15 +36,12 @@ Text ResultOf(Outcome outcome) {
 
 }  // namespace
 
-ComRequestProcessor::ComRequestProcessor(const CLSID& classId, const IID& interfaceId)
-    : oClass(classId), oInterface(interfaceId) {
-  ResultOf(Create());
-}
+void ComRequestProcessor::Create() { ResultOf(CreateObject()); }
 
 // QuickBooks may have ended since the object was made, perhaps for the night.
 void ComRequestProcessor::OpenConnection(TextView applicationId, TextView applicationName) {
   Outcome outcome = Call(L"OpenConnection", applicationId, applicationName);
-  if (MeansServerGone(outcome.number) && !Create().Failed()) {
+  if (MeansServerGone(outcome.number) && !CreateObject().Failed()) {
     outcome = Call(L"OpenConnection", applicationId, applicationName);
   }
   ResultOf(std::move(outcome));
@@ -66,7 +63,7 @@ void ComRequestProcessor::EndSession(TextView ticket) { ResultOf(Call(L"EndSessi
 
 void ComRequestProcessor::CloseConnection() { ResultOf(Call(L"CloseConnection")); }
 
-Outcome ComRequestProcessor::Create() {
+Outcome ComRequestProcessor::CreateObject() {
   return oThread.Do([classId = oClass, interfaceId = oInterface](AutomationObject& object) {
     return Outcome{AutomationObject::Create(classId, interfaceId, object)};
   });

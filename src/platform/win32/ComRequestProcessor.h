@@ -10,9 +10,10 @@ namespace ostrel::platform {
 
 class ComRequestProcessor : public RequestProcessor {
  public:
-  /// Creates the class's object. Raises RequestProcessorError.
-  ComRequestProcessor(const CLSID& classId, const IID& interfaceId);
+  ComRequestProcessor(const CLSID& classId, const IID& interfaceId)
+      : oClass(classId), oInterface(interfaceId) {}
 
+  void Create() override;
   void OpenConnection(TextView applicationId, TextView applicationName) override;
   Text BeginSession(TextView companyFile, FileMode mode) override;
   Text ProcessRequest(TextView ticket, TextView request) override;
@@ -22,7 +23,7 @@ class ComRequestProcessor : public RequestProcessor {
   void GiveUp() override { oThread.GiveUp(); }
 
  private:
-  Outcome Create();
+  Outcome CreateObject();
   template <typename... Arguments>
   Outcome Call(const wchar_t* operation, const Arguments&... arguments);
 

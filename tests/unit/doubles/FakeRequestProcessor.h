@@ -14,7 +14,7 @@ namespace ostrel::doubles {
 struct FakeQuickBooks {
   /// In the order made: u"OpenConnection(ostrel, Ostrel)", u"BeginSession(C:\\a.qbw, 2)",
   /// u"ProcessRequest(ticket, <request>)", u"EndSession(ticket)", u"CloseConnection()".
-  /// Reading the company file's name is not noted.
+  /// Creating the object and reading the company file's name are not noted.
   std::vector<Text> Calls;
   /// An operation's name and how it fails, until the test takes the entry away.
   std::map<Text, platform::RequestProcessorError> Failures;
@@ -49,6 +49,14 @@ class FakeRequestProcessor : public platform::RequestProcessor {
   ~FakeRequestProcessor() override { --oQuickBooks.iProcessorsAlive; }
   FakeRequestProcessor(const FakeRequestProcessor&) = delete;
   FakeRequestProcessor& operator=(const FakeRequestProcessor&) = delete;
+
+  void Create() override {
+    constexpr auto kClassNotRegistered = static_cast<std::int32_t>(0x80040154);
+    if (!oQuickBooks.bInstalled) {
+      throw platform::RequestProcessorError(kClassNotRegistered, u"Class not registered");
+    }
+    Happen(u"Create");
+  }
 
   void OpenConnection(TextView applicationId, TextView applicationName) override {
     Note(u"OpenConnection", Text(applicationId) + u", " + Text(applicationName));
@@ -101,13 +109,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
 };
 
 inline std::function<std::unique_ptr<platform::RequestProcessor>()> FakeQuickBooks::Factory() {
-  return [this]() -> std::unique_ptr<platform::RequestProcessor> {
-    constexpr auto kClassNotRegistered = static_cast<std::int32_t>(0x80040154);
-    if (!bInstalled) {
-      throw platform::RequestProcessorError(kClassNotRegistered, u"Class not registered");
-    }
-    return std::make_unique<FakeRequestProcessor>(*this);
-  };
+  return [this] { return std::make_unique<FakeRequestProcessor>(*this); };
 }
 
 }  // namespace ostrel::doubles

@@ -460,6 +460,20 @@ TEST_F(qbxmlTest, GivesUpTheOperationThatIsOutstanding) {
   EXPECT_THAT(events, ElementsAre(u"Processing Request", u"Quickbooks was given up."));
 }
 
+TEST_F(qbxmlTest, CanBeGivenUpWhileQuickBooksStarts) {
+  quickBooks.DuringCall = [&](TextView operation) {
+    if (operation == u"Create") session->GiveUp();
+  };
+  std::int32_t number = 0;
+
+  EXPECT_EQ(session->OpenConnectionAndBeginSession(u"ostrel", u"Ostrel", u"", 0, number),
+            qbxml::kCannotUseCompanyFile);
+
+  EXPECT_TRUE(session->sLastError.starts_with(platform::kGivenUpText));
+  EXPECT_FALSE(session->bProcessorCreated);
+  EXPECT_EQ(quickBooks.iProcessorsAlive, 0);
+}
+
 TEST_F(qbxmlTest, ForgetsTheProcessorThatWasGivenUpAndOpensAfresh) {
   BeOpen();
   quickBooks.DuringCall = [&](TextView) { session->GiveUp(); };

@@ -15,7 +15,7 @@ TEST(ComRequestProcessor, FailsWhenTheClassIsNotInstalled) {
   constexpr CLSID absent = {0x0B5E7A10, 0x4C3D, 0x4E55, {0x8F, 1, 2, 3, 4, 5, 6, 7}};
 
   try {
-    const ComRequestProcessor processor(absent, kRequestProcessorInterface);
+    ComRequestProcessor(absent, kRequestProcessorInterface).Create();
     ADD_FAILURE() << "there is one";
   } catch (const RequestProcessorError& error) {
     EXPECT_EQ(error.Number, REGDB_E_CLASSNOTREG);
@@ -28,7 +28,7 @@ TEST(ComRequestProcessor, FailsWhenTheClassLacksTheInterface) {
   constexpr IID absent = {0x0B5E7A11, 0x4C3D, 0x4E55, {0x8F, 1, 2, 3, 4, 5, 6, 7}};
 
   try {
-    const ComRequestProcessor processor(kRequestProcessorClass, absent);
+    ComRequestProcessor(kRequestProcessorClass, absent).Create();
     ADD_FAILURE() << "it has it";
   } catch (const RequestProcessorError& error) {
     EXPECT_EQ(error.Number, E_NOINTERFACE);
@@ -41,6 +41,7 @@ TEST(ComRequestProcessor, EndsItsCallWhenTheLoopIsToQuit) {
   const ScratchFolder folder;
   folder.Write(u"company.qbw", "<Company><Behaviour beginSessionSeconds='0.5'/></Company>");
   const auto processor = MakeInstalledRequestProcessor();
+  processor->Create();
   processor->OpenConnection(u"", u"Ostrel");
   Timer timer(std::chrono::milliseconds(25), [] { QuitEventLoop(7); });
   timer.SetEnabled(true);
@@ -57,6 +58,7 @@ TEST(ComRequestProcessor, FailsAtOnceWhenQuickBooksIsEndedInTheMiddleOfACall) {
   const ScratchFolder folder;
   folder.Write(u"company.qbw", "<Company><Behaviour beginSessionSeconds='60'/></Company>");
   const auto processor = MakeInstalledRequestProcessor();
+  processor->Create();
   processor->OpenConnection(u"", u"Ostrel");
   int exitCode = -1;
   Timer timer(std::chrono::milliseconds(100), [&] { exitCode = RunStandIn(u"/stop"); });

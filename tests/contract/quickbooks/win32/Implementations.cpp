@@ -13,7 +13,9 @@ std::unique_ptr<platform::RequestProcessor> MakeThroughCom() {
   if (!ready) {
     throw platform::RequestProcessorError(-1, u"the stand-in does not register");
   }
-  return platform::MakeInstalledRequestProcessor();
+  auto processor = platform::MakeInstalledRequestProcessor();
+  processor->Create();
+  return processor;
 }
 
 }  // namespace
