@@ -12,8 +12,8 @@ KindList CollectKinds() {
   for (const auto& table : {ListKinds(), ItemKinds(), SalesKinds(), PurchaseKinds()}) {
     for (const Kind& kind : table) all.push_back(&kind);
   }
-  std::ranges::stable_partition(all,
-                                [](const Kind* kind) { return kind->category == Category::kList; });
+  std::stable_partition(all.begin(), all.end(),
+                        [](const Kind* kind) { return kind->category == Category::kList; });
   return all;
 }
 
