@@ -6,6 +6,7 @@
 #include <iterator>
 #include <unordered_set>
 
+#include "platform/SystemError.h"
 #include "simulator/Defaults.h"
 #include "simulator/Objects.h"
 #include "simulator/Reckoning.h"
@@ -16,7 +17,7 @@
 namespace ostrel::simulator {
 namespace {
 
-constexpr std::size_t kMaxElements = 4'000'000;  // 100,000 customers with all their fields
+constexpr std::size_t kMaxElements = 16'000'000;  // 100,000 customers with all they have bought
 constexpr std::uint32_t kListBit = 0x80000000;
 
 // The number in "2A-1262682187"; 0 when the ID has another form.
@@ -74,20 +75,34 @@ std::optional<Company> Company::FromBytes(std::string_view bytes, const Stamp& n
   return company;
 }
 
-std::string Company::ToBytes(const Changes& changes) const {
-  std::unordered_set<std::string_view> changed;
-  for (const Change& change : changes) changed.insert(change.id);
+std::optional<Company> Company::FromFile(CompanyFile& file, const Stamp& now, int& error) {
+  CompanyFile::Contents contents;
+  error = file.Read(contents);
+  if (error != 0) return std::nullopt;
+  error = platform::kInvalidData;
+  auto company = FromBytes(contents.bytes, now);
+  if (!company) return std::nullopt;
+  for (Changes& changes : contents.changes) {
+    if (!company->Redo(std::move(changes))) return std::nullopt;
+  }
+  error = 0;
+  return company;
+}
+
+bool Company::Redo(Changes changes) {
+  for (const Change& change : changes) {
+    if (change.object) oNumbers.Note(*change.kind, *change.object);
+  }
+  return Apply(Prepare(std::move(changes)));
+}
+
+std::string Company::ToBytes() const {
   XmlWriter xml(XmlForm::kFile);
   xml.Prolog();
   xml.Open(oRoot.name, oRoot.attributes);
   for (const Element& child : oRoot.children) xml.Write(child);
   for (const ObjectList& list : oLists) {
-    for (const auto& [key, object] : list.InOrder()) {
-      if (!changed.contains(object.ChildText(list.OfKind().IdField()))) xml.Write(object);
-    }
-    for (const Change& change : changes) {
-      if (change.kind == &list.OfKind() && change.object) xml.Write(*change.object);
-    }
+    for (const auto& [key, object] : list.InOrder()) xml.Write(object);
   }
   xml.Close();
   return xml.Take();
@@ -107,9 +122,11 @@ Company::Prepared Company::Prepare(Changes changes) const {
 }
 
 // All go before any comes: an object may take the name of another that gives it up.
-void Company::Apply(Prepared&& prepared) noexcept {
+bool Company::Apply(Prepared&& prepared) noexcept {
+  bool all = true;
   for (const auto& [list, id] : prepared.removals) oLists[list].Remove(id);
-  for (auto& [list, object] : prepared.puts) oLists[list].Put(std::move(object));
+  for (auto& [list, object] : prepared.puts) all = oLists[list].Put(std::move(object)) && all;
+  return all;
 }
 
 std::string Company::Attribute(std::string_view name, std::string_view otherwise) const {
@@ -150,6 +167,8 @@ bool Company::TakeObjects(const Stamp& now) {
 }
 
 bool Company::Take(const Kind& kind, Element object, const Stamp& now) {
+  const std::size_t given = object.children.size();
+  bCompleted = bCompleted || !object.Child(kind.IdField());
   if (kind.category == Category::kTransaction) {
     Link(object, kind.fields, *this);
     const bool byHand = !object.Child("TxnNumber");
@@ -161,10 +180,10 @@ bool Company::Take(const Kind& kind, Element object, const Stamp& now) {
     const std::string_view name = FullNameOf(kind, object);
     if (Trimmed(name).empty() || FindByName(*this, NameSpace(kind), name)) return false;
   }
+  bCompleted = bCompleted || object.children.size() != given;
   Arrange(object, kind.fields);
   ObjectList& list = oLists[IndexOf(kind)];
-  list.Put(list.Prepare(std::move(object)));
-  return true;
+  return list.Put(list.Prepare(std::move(object)));
 }
 
 // Files may name what is referred to without its ListID, and before it.

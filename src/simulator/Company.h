@@ -10,6 +10,7 @@
 
 #include "simulator/Behaviour.h"
 #include "simulator/Change.h"
+#include "simulator/CompanyFile.h"
 #include "simulator/Element.h"
 #include "simulator/ObjectList.h"
 #include "simulator/Stamp.h"
@@ -36,8 +37,13 @@ class Company {
  public:
   /// Nothing when the bytes are not a company file, or hold the same name or ID twice.
   static std::optional<Company> FromBytes(std::string_view bytes, const Stamp& now);
-  /// The file as it is after the changes.
-  std::string ToBytes(const Changes& changes = {}) const;
+  /// With what its journal adds. On failure the error number of platform/SystemError.h is in
+  /// `error`: kInvalidData when what was read is not a company.
+  static std::optional<Company> FromFile(CompanyFile& file, const Stamp& now, int& error);
+  std::string ToBytes() const;
+  /// True when the company holds what its file does not say, IDs and times above all: no journal
+  /// may refer to them before the company has been written.
+  bool IsCompleted() const { return bCompleted; }
 
   std::string Name() const { return Attribute("name", "Unnamed Company"); }
   std::string Product() const { return Attribute("product", "QuickBooks Premier Edition 2008"); }
@@ -57,19 +63,22 @@ class Company {
     std::vector<std::pair<std::size_t, std::string>> removals;       // list, ID
   };
   Prepared Prepare(Changes changes) const;
-  void Apply(Prepared&& prepared) noexcept;
+  /// False when one would take the name or ID of another object; that one is left out.
+  bool Apply(Prepared&& prepared) noexcept;
 
  private:
   Company();
   std::string Attribute(std::string_view name, std::string_view otherwise) const;
   bool TakeObjects(const Stamp& now);
   bool Take(const Kind& kind, Element object, const Stamp& now);
+  bool Redo(Changes changes);
   void LinkObjects();
 
   Element oRoot;  // without the objects
   Behaviour oBehaviour;
   std::vector<ObjectList> oLists;  // in the order of AllKinds
   Numbers oNumbers;
+  bool bCompleted = false;
 };
 
 }  // namespace ostrel::simulator

@@ -1,6 +1,3 @@
-#include <cstdint>
-#include <limits>
-
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
@@ -9,31 +6,23 @@
 namespace ostrel::simulator {
 namespace {
 
+using platform::FileAccess;
+using platform::FileCreation;
+
 constexpr std::int64_t kMaxFileSize = 512 * 1024 * 1024;
 
-int WriteNewFile(TextView path, std::string_view bytes) {
-  platform::File file;
-  if (const int error =
-          file.Open(path, platform::FileAccess::kWrite, platform::FileCreation::kOpenAlways)) {
-    return error;
-  }
-  if (const int error = file.CutAt(0)) return error;
-  if (const int error = file.WriteAt(0, bytes)) return error;
+int WriteToEnd(platform::File& file, std::int64_t position, std::string_view bytes) {
+  // Only what was torn lies behind the position.
+  if (const int error = file.CutAt(position)) return error;
+  if (const int error = file.WriteAt(position, bytes)) return error;
   return file.Flush();
-}
-
-// A read-only file in a writable folder could be replaced all the same; it is not.
-int CheckWritable(TextView path) {
-  platform::File file;
-  return file.Open(path, platform::FileAccess::kReadWrite, platform::FileCreation::kOpenExisting);
 }
 
 }  // namespace
 
 int CompanyFiles::Read(TextView path, std::string& bytes) {
   platform::File file;
-  if (const int error =
-          file.Open(path, platform::FileAccess::kRead, platform::FileCreation::kOpenExisting)) {
+  if (const int error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting)) {
     return error;
   }
   if (file.Size() > kMaxFileSize) return platform::kGeneralFailure;
@@ -45,13 +34,36 @@ int CompanyFiles::Read(TextView path, std::string& bytes) {
   return 0;
 }
 
-int CompanyFiles::Replace(TextView path, std::string_view bytes) {
-  if (const int error = CheckWritable(path)) return error;
-  const Text beside = Text(path) + u".new";
-  int error = WriteNewFile(beside, bytes);
-  if (error == 0) error = platform::RenameOver(beside, path);
-  if (error != 0) platform::EraseFile(beside);
+// A read-only file in a writable folder could be replaced all the same; it is not.
+int CompanyFiles::CheckWritable(TextView path, FileMark& mark) {
+  platform::File file;
+  if (const int error = file.Open(path, FileAccess::kReadWrite, FileCreation::kOpenExisting)) {
+    return error;
+  }
+  const auto times = file.Times();
+  if (!times) return platform::kGeneralFailure;
+  mark = {.bytes = file.Size(), .modified = times->modified};
+  return 0;
+}
+
+int CompanyFiles::WriteFrom(std::int64_t position, TextView path, std::string_view bytes) {
+  if (position + static_cast<std::int64_t>(bytes.size()) > kMaxFileSize) {
+    return platform::kDiskFull;
+  }
+  platform::File file;
+  if (const int error = file.Open(path, FileAccess::kWrite, FileCreation::kOpenAlways)) {
+    return error;
+  }
+  const int error = WriteToEnd(file, position, bytes);
+  if (error == 0) return 0;
+  file.CutAt(position);
+  file.Close();
+  if (position == 0) platform::EraseFile(path);
   return error;
 }
+
+int CompanyFiles::Rename(TextView from, TextView to) { return platform::RenameOver(from, to); }
+
+int CompanyFiles::Erase(TextView path) { return platform::EraseFile(path); }
 
 }  // namespace ostrel::simulator

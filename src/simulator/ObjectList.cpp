@@ -57,7 +57,10 @@ ObjectList::Prepared ObjectList::Prepare(Element object) const {
 }
 
 // Nothing but nodes changes hands.
-void ObjectList::Put(Prepared prepared) noexcept {
+bool ObjectList::Put(Prepared prepared) noexcept {
+  const auto same = oIds.find(prepared.oId.begin()->first);
+  const auto taken = oObjects.find(prepared.oObject.begin()->first);
+  if (taken != oObjects.end() && (same == oIds.end() || same->second.object != taken)) return false;
   Remove(prepared.oId.begin()->first);
   const auto place = oIds.insert(prepared.oId.extract(prepared.oId.begin())).position;
   auto object = prepared.oObject.extract(prepared.oObject.begin());
@@ -67,6 +70,7 @@ void ObjectList::Put(Prepared prepared) noexcept {
     place->second.marks.push_back(oMarks.insert(std::move(mark)).position);
   }
   lHighestRefNumber = std::max(lHighestRefNumber, prepared.lRefNumber);
+  return true;
 }
 
 void ObjectList::Remove(std::string_view id) noexcept {

@@ -29,8 +29,9 @@ class ObjectList {
   /// What Put needs, made beforehand so that Put cannot fail.
   class Prepared;
   Prepared Prepare(Element object) const;
-  /// Adds the object, or replaces the one that has its ID.
-  void Put(Prepared prepared) noexcept;
+  /// Adds the object, or replaces the one that has its ID. False, and nothing has changed, when
+  /// another has its place: the name in a list, date and number among transactions.
+  bool Put(Prepared prepared) noexcept;
   void Remove(std::string_view id) noexcept;
 
   const Element* Find(std::string_view id) const;

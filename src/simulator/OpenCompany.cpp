@@ -18,15 +18,37 @@ Conduct OpenCompany::NextConduct(std::string_view operation) {
   return conduct;
 }
 
+OpenCompany::~OpenCompany() {
+  if (bChanged && oFile.IsLong()) Fold();
+}
+
 int OpenCompany::Commit(Changes changes) noexcept {
   try {
-    const std::string bytes = oCompany.ToBytes(changes);
-    Company::Prepared prepared = oCompany.Prepare(std::move(changes));
-    const int error = oStorage.Replace(sPath, bytes);
-    if (error == 0) oCompany.Apply(std::move(prepared));
-    return error;
+    if (changes.empty()) return 0;
+    Company::Prepared prepared = oCompany.Prepare(changes);
+    if (const int error = MakeSafe(changes)) return error;
+    oCompany.Apply(std::move(prepared));
   } catch (const std::bad_alloc&) {
     return platform::kOutOfMemory;
+  }
+  if (oFile.IsTooLong()) Fold();
+  return 0;
+}
+
+int OpenCompany::MakeSafe(const Changes& changes) {
+  if (!bChanged && oCompany.IsCompleted()) {
+    if (const int error = oFile.Fold(oCompany.ToBytes())) return error;
+  }
+  const int error = oFile.Append(changes);
+  bChanged = bChanged || error == 0;
+  return error;
+}
+
+// A company that cannot be folded is as safe in two files.
+void OpenCompany::Fold() noexcept {
+  try {
+    oFile.Fold(oCompany.ToBytes());
+  } catch (const std::bad_alloc&) {
   }
 }
 

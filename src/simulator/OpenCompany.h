@@ -8,25 +8,28 @@
 #include "platform/RequestProcessor.h"
 #include "simulator/Change.h"
 #include "simulator/Company.h"
-#include "simulator/CompanyStorage.h"
+#include "simulator/CompanyFile.h"
 
 namespace ostrel::simulator {
 
 class OpenCompany {
  public:
   /// `counts` outlives the company's being open, where faults are counted beyond that.
-  OpenCompany(Company company, Text path, platform::FileMode mode, CompanyStorage& storage,
+  OpenCompany(Company company, CompanyFile file, platform::FileMode mode,
               std::shared_ptr<FaultCounts> counts = std::make_shared<FaultCounts>())
       : oCompany(std::move(company)),
-        sPath(std::move(path)),
+        oFile(std::move(file)),
         fileMode(mode),
-        oStorage(storage),
         oCounts(std::move(counts)) {}
+  /// Folds the journal into the company file, if that is due.
+  ~OpenCompany();
+  OpenCompany(const OpenCompany&) = delete;
+  OpenCompany& operator=(const OpenCompany&) = delete;
 
   const Company& Data() const { return oCompany; }
   /// Numbers for new objects.
   Numbers& NewNumbers() { return oCompany.NewNumbers(); }
-  const Text& Path() const { return sPath; }
+  const Text& Path() const { return oFile.Path(); }
   /// Never kDoNotCare.
   platform::FileMode Mode() const { return fileMode; }
 
@@ -37,15 +40,18 @@ class OpenCompany {
     return oCounts->Count(oCompany.Conducts().faults, message);
   }
 
-  /// Makes the changes safe in the file, then carries them out in memory. On failure nothing has
+  /// Makes the changes safe on disk, then carries them out in memory. On failure nothing has
   /// changed, here or there, and the error number (platform/SystemError.h) is returned.
   int Commit(Changes changes) noexcept;
 
  private:
+  int MakeSafe(const Changes& changes);
+  void Fold() noexcept;
+
   Company oCompany;
-  Text sPath;
+  CompanyFile oFile;
   platform::FileMode fileMode;
-  CompanyStorage& oStorage;
+  bool bChanged = false;  // since it was opened
   std::shared_ptr<FaultCounts> oCounts;
 };
 

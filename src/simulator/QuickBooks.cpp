@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "platform/SystemError.h"
 #include "simulator/Errors.h"
 
 namespace ostrel::simulator {
@@ -31,16 +32,14 @@ std::shared_ptr<OpenCompany> QuickBooks::Open(TextView path, FileMode mode) {
 std::shared_ptr<OpenCompany> QuickBooks::Load(TextView path, FileMode mode) {
   const bool byUser = path.empty();
   if (byUser) path = oSurroundings.usersCompany;
-  std::string bytes;
-  if (oSurroundings.storage.Read(path, bytes) != 0) {
-    Fail(byUser ? Hresult::kNoCompanyOpen : Hresult::kCannotOpenCompany);
-  }
-  auto company = Company::FromBytes(bytes, Now());
-  if (!company) Fail(Hresult::kUnusableCompany);
+  CompanyFile file(Text(path), oSurroundings.storage);
+  int error = 0;
+  auto company = Company::FromFile(file, Now(), error);
+  if (error == platform::kInvalidData) Fail(Hresult::kUnusableCompany);
+  if (!company) Fail(byUser ? Hresult::kNoCompanyOpen : Hresult::kCannotOpenCompany);
   auto& counts = oCounts[PathKey(path)];
   if (!counts) counts = std::make_shared<FaultCounts>();
-  return std::make_shared<OpenCompany>(*std::move(company), Text(path), mode, oSurroundings.storage,
-                                       counts);
+  return std::make_shared<OpenCompany>(*std::move(company), std::move(file), mode, counts);
 }
 
 Conduct QuickBooks::OpenConnectionConduct() {

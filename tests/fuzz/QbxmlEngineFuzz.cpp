@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "platform/SystemError.h"
+#include "simulator/Journal.h"
 #include "simulator/QbxmlEngine.h"
 #include "simulator/XmlReader.h"
 
@@ -24,8 +26,18 @@ constexpr std::size_t kMaxElements = 1'000'000;
 
 class Memory : public CompanyStorage {
  public:
-  int Read(TextView, std::string&) override { return 0; }
-  int Replace(TextView, std::string_view) override { return 0; }
+  std::string sJournal;
+
+  int Read(TextView, std::string&) override { return platform::kFileNotFound; }
+  int CheckWritable(TextView, FileMark&) override { return 0; }
+  int WriteFrom(std::int64_t position, TextView path, std::string_view bytes) override {
+    if (!path.ends_with(u".journal")) return 0;
+    sJournal.resize(static_cast<std::size_t>(position));
+    sJournal.append(bytes);
+    return 0;
+  }
+  int Rename(TextView, TextView) override { return 0; }
+  int Erase(TextView) override { return 0; }
 };
 
 void Require(bool condition) {
@@ -37,7 +49,8 @@ void Try(TextView request) {
   Memory storage;
   auto company = Company::FromBytes(kCompany, now);
   Require(company.has_value());
-  OpenCompany open(*std::move(company), u"fuzz.qbw", platform::FileMode::kSingleUser, storage);
+  OpenCompany open(*std::move(company), CompanyFile(u"fuzz.qbw", storage),
+                   platform::FileMode::kSingleUser);
   Session session;
   try {
     const Text response = ProcessQbxml(request, open, session, now);
@@ -48,7 +61,10 @@ void Try(TextView request) {
     const auto number = static_cast<std::uint32_t>(error.Number);
     Require(number >= 0x80040400 && number <= 0x80040430);
   }
-  // A company that has taken the request in must be one that can be read again.
+  // A company that has taken the request in must be one that can be read again, and so must what
+  // its journal has of it.
+  const auto journal = ReadJournal(storage.sJournal);
+  Require(journal && journal->wholeBytes == storage.sJournal.size());
   Require(Company::FromBytes(open.Data().ToBytes(), now).has_value());
 }
 

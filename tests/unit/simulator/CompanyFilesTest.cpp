@@ -30,45 +30,66 @@ TEST_F(CompanyFilesTest, SayThatAFileIsMissing) {
   EXPECT_EQ(oFiles.Read(oFolder.Path(u"a.qbw"), bytes), platform::kFileNotFound);
 }
 
-TEST_F(CompanyFilesTest, ReplaceAFileAndLeaveNothingBeside) {
-  oFolder.Write(u"a.qbw", "what was there before");
+TEST_F(CompanyFilesTest, CreateAFileAndWriteOnBehindAPosition) {
+  EXPECT_EQ(oFiles.WriteFrom(0, oFolder.Path(u"a.journal"), "first"), 0);
+  EXPECT_EQ(oFiles.WriteFrom(5, oFolder.Path(u"a.journal"), "second"), 0);
 
-  EXPECT_EQ(oFiles.Replace(oFolder.Path(u"a.qbw"), "new"), 0);
-
-  EXPECT_EQ(oFolder.Read(u"a.qbw"), "new");
-  EXPECT_EQ(oFolder.EntryCount(), 1u);
+  EXPECT_EQ(oFolder.Read(u"a.journal"), "firstsecond");
 }
 
-TEST_F(CompanyFilesTest, DoNotMindWhatACrashLeftBeside) {
+TEST_F(CompanyFilesTest, LeaveNothingOfWhatStoodBehindThePosition) {
+  oFolder.Write(u"a.journal", "first and what a crash has torn");
+
+  EXPECT_EQ(oFiles.WriteFrom(5, oFolder.Path(u"a.journal"), "2"), 0);
+
+  EXPECT_EQ(oFolder.Read(u"a.journal"), "first2");
+}
+
+TEST_F(CompanyFilesTest, DoNotWriteWhatAnotherProgramHolds) {
+  oFolder.Write(u"a.journal", "first");
+  platform::File holder;
+  ASSERT_EQ(holder.Open(oFolder.Path(u"a.journal"), platform::FileAccess::kRead,
+                        platform::FileCreation::kOpenExisting),
+            0);
+
+  EXPECT_EQ(oFiles.WriteFrom(0, oFolder.Path(u"a.journal"), "2"), platform::kSharingViolation);
+
+  holder.Close();
+  EXPECT_EQ(oFolder.Read(u"a.journal"), "first");
+}
+
+TEST_F(CompanyFilesTest, SeeThatAnotherProgramHasWrittenAFile) {
   oFolder.Write(u"a.qbw", "old");
-  oFolder.Write(u"a.qbw.new", "half of something long");
+  FileMark before, same, after;
+  ASSERT_EQ(oFiles.CheckWritable(oFolder.Path(u"a.qbw"), before), 0);
+  ASSERT_EQ(oFiles.CheckWritable(oFolder.Path(u"a.qbw"), same), 0);
 
-  EXPECT_EQ(oFiles.Replace(oFolder.Path(u"a.qbw"), "new"), 0);
+  oFolder.Write(u"a.qbw", "new and longer");
 
-  EXPECT_EQ(oFolder.Read(u"a.qbw"), "new");
+  ASSERT_EQ(oFiles.CheckWritable(oFolder.Path(u"a.qbw"), after), 0);
+  EXPECT_EQ(before, same);
+  EXPECT_NE(before, after);
 }
 
-TEST_F(CompanyFilesTest, KeepTheOldFileWhenAnotherProgramHoldsIt) {
+TEST_F(CompanyFilesTest, SayThatAFileMustNotBeWritten) {
   oFolder.Write(u"a.qbw", "old");
   platform::File holder;
   ASSERT_EQ(holder.Open(oFolder.Path(u"a.qbw"), platform::FileAccess::kRead,
                         platform::FileCreation::kOpenExisting),
             0);
+  FileMark mark;
 
-  EXPECT_EQ(oFiles.Replace(oFolder.Path(u"a.qbw"), "new"), platform::kSharingViolation);
-
-  holder.Close();
-  EXPECT_EQ(oFolder.Read(u"a.qbw"), "old");
-  EXPECT_EQ(oFolder.EntryCount(), 1u);
+  EXPECT_EQ(oFiles.CheckWritable(oFolder.Path(u"a.qbw"), mark), platform::kSharingViolation);
 }
 
-TEST_F(CompanyFilesTest, KeepTheOldFileWhenTheNewOneCannotBeWritten) {
+TEST_F(CompanyFilesTest, PutAFileInThePlaceOfAnother) {
   oFolder.Write(u"a.qbw", "old");
-  oFolder.MakeFolder(u"a.qbw.new");
+  oFolder.Write(u"a.qbw.new", "new");
 
-  EXPECT_NE(oFiles.Replace(oFolder.Path(u"a.qbw"), "new"), 0);
+  EXPECT_EQ(oFiles.Rename(oFolder.Path(u"a.qbw.new"), oFolder.Path(u"a.qbw")), 0);
 
-  EXPECT_EQ(oFolder.Read(u"a.qbw"), "old");
+  EXPECT_EQ(oFolder.Read(u"a.qbw"), "new");
+  EXPECT_EQ(oFolder.EntryCount(), 1u);
 }
 
 }  // namespace

@@ -66,7 +66,12 @@ class Conversation {
                                    "</FullName></CustomerQueryRq>");
     return answer.find("<CustomerRet>") != std::string::npos;
   }
-  std::string& File() { return oStorage.Files[kPath]; }
+  /// The file as it is once the company is closed; it is opened again.
+  std::string File() {
+    oProcessor.EndSession(sTicket);
+    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    return oStorage.Files[kPath];
+  }
 
   std::string sVersion = "3.0";  // of qbXML
 

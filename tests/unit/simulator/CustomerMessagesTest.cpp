@@ -185,7 +185,7 @@ TEST(CustomerAdd, RefusesANameInUse) {
 
   EXPECT_THAT(client.Ask(Add(Named("ZIMMER"))), HasSubstr("statusCode=\"3100\""));
 
-  EXPECT_EQ(client.oStorage.iReplaced, 0);
+  EXPECT_EQ(client.oStorage.iWritten, 0);
 }
 
 TEST(CustomerAdd, TakesANameOfFortyOneCharactersAndNoMore) {
@@ -220,7 +220,7 @@ TEST(CustomerAdd, RefusesWhatTheTableDoesNotHold) {
 
 TEST(CustomerAdd, ChangesNothingWhenItCannotBeSaved) {
   Conversation client;
-  client.oStorage.iReplaceError = platform::kDiskFull;
+  client.oStorage.iWriteError = platform::kDiskFull;
 
   const std::string answer = client.Ask(Add(Named("Jo")));
 
@@ -234,9 +234,9 @@ TEST(CustomerAdd, ChangesNothingWhenItCannotBeSaved) {
 
 TEST(CustomerAdd, CanBeTriedAgainAfterItCouldNotBeSaved) {
   Conversation client;
-  client.oStorage.iReplaceError = platform::kDiskFull;
+  client.oStorage.iWriteError = platform::kDiskFull;
   client.Ask(Add(Named("Jo")));
-  client.oStorage.iReplaceError = 0;
+  client.oStorage.iWriteError = 0;
 
   EXPECT_THAT(client.Ask(Add(Named("Jo"))), HasSubstr("statusCode=\"0\""));
 }

@@ -338,7 +338,7 @@ TEST(ListDel, RefusesWhatIsNotThere) {
 TEST(ListDel, ChangesNothingWhenItCannotBeSaved) {
   Books books;
   const std::string id = books.Find("Customer", "Zeller").Text("ListID");
-  books.oStorage.iReplaceError = platform::kDiskFull;
+  books.oStorage.iWriteError = platform::kDiskFull;
 
   EXPECT_EQ(books.Delete("List", "Customer", id).Code(), "3180");
 

@@ -217,7 +217,7 @@ TEST(Invoice, RefusesSumsThatAreTooLarge) {
 
 TEST(Invoice, ChangesNothingWhenItCannotBeSaved) {
   Books books;
-  books.oStorage.iReplaceError = platform::kDiskFull;
+  books.oStorage.iWriteError = platform::kDiskFull;
 
   const QbxmlAnswer refused = books.InvoiceTwoHammers();
 

@@ -1,0 +1,278 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "FakeCompanyStorage.h"
+#include "simulator/CompanyFile.h"
+
+namespace ostrel::simulator {
+namespace {
+
+using doubles::FakeCompanyStorage;
+
+constexpr char16_t kPath[] = u"C:\\Books\\hale.qbw";
+constexpr char16_t kJournal[] = u"C:\\Books\\hale.qbw.journal";
+constexpr char16_t kBeside[] = u"C:\\Books\\hale.qbw.new";
+
+Changes Adding(const std::string& name) {
+  Element object{.name = "Customer"};
+  object.Add("ListID", "8000-" + name);
+  object.Add("Name", name);
+  return {{.kind = FindKind("Customer"), .id = "8000-" + name, .object = object}};
+}
+
+class CompanyFileTest : public testing::Test {
+ protected:
+  CompanyFileTest() { oStorage.Files[kPath] = "old"; }
+
+  // What the next one to open the company finds: the file, and the names that its journal adds.
+  std::string Reopened() {
+    CompanyFile file(kPath, oStorage);
+    CompanyFile::Contents contents;
+    if (const int error = file.Read(contents)) return "error " + std::to_string(error);
+    for (const Changes& changes : contents.changes) contents.bytes += " " + NameIn(changes);
+    state = contents.journal;
+    return contents.bytes;
+  }
+  static std::string NameIn(const Changes& changes) {
+    return std::string(changes.front().object->ChildText("Name"));
+  }
+
+  CompanyFile Open() {
+    CompanyFile file(kPath, oStorage);
+    CompanyFile::Contents contents;
+    EXPECT_EQ(file.Read(contents), 0);
+    return file;
+  }
+
+  FakeCompanyStorage oStorage;
+  JournalState state = JournalState::kNone;  // as Reopened found it
+};
+
+TEST_F(CompanyFileTest, AppendsChangesToAJournalBesideIt) {
+  CompanyFile file = Open();
+
+  EXPECT_EQ(file.Append(Adding("a")), 0);
+  EXPECT_EQ(file.Append(Adding("b")), 0);
+
+  EXPECT_EQ(oStorage.Files[kPath], "old");
+  EXPECT_EQ(Reopened(), "old a b");
+  EXPECT_EQ(state, JournalState::kWhole);
+}
+
+TEST_F(CompanyFileTest, WritesNothingOfTheFileAnewForAChange) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  const std::size_t before = oStorage.Files[kJournal].size();
+
+  file.Append(Adding("b"));
+
+  EXPECT_EQ(oStorage.iWritten, 2);
+  EXPECT_LT(oStorage.Files[kJournal].size(), 2 * before);
+}
+
+TEST_F(CompanyFileTest, GoesOnWithTheJournalThatItFound) {
+  Open().Append(Adding("a"));
+
+  Open().Append(Adding("b"));
+
+  EXPECT_EQ(Reopened(), "old a b");
+}
+
+TEST_F(CompanyFileTest, WritesNothingWhenItIsOnlyRead) {
+  Open().Append(Adding("a"));
+  oStorage.Files[kPath] = "edited";
+  const auto before = oStorage.Files;
+
+  Reopened();
+
+  EXPECT_EQ(oStorage.Files, before);
+}
+
+TEST_F(CompanyFileTest, ReportsAChangeThatCannotBeWrittenAndTakesTheNext) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  oStorage.iWriteError = platform::kDiskFull;
+
+  EXPECT_EQ(file.Append(Adding("b")), platform::kDiskFull);
+
+  oStorage.iWriteError = 0;
+  EXPECT_EQ(file.Append(Adding("c")), 0);
+  EXPECT_EQ(Reopened(), "old a c");
+}
+
+TEST_F(CompanyFileTest, CutsOffWhatACrashHasTorn) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  oStorage.Files[kJournal] += "<?record 0000";
+  EXPECT_EQ(Reopened(), "old a");
+  EXPECT_EQ(state, JournalState::kTorn);
+
+  Open().Append(Adding("b"));
+
+  EXPECT_EQ(Reopened(), "old a b");
+  EXPECT_EQ(state, JournalState::kWhole);
+}
+
+// Whatever is left of the record of a change, those before it are there.
+TEST_F(CompanyFileTest, LosesNoAnsweredChangeToACrashInTheMiddleOfAnother) {
+  const auto crashed = [&](std::size_t written) {
+    oStorage = FakeCompanyStorage();
+    oStorage.Files[kPath] = "old";
+    CompanyFile file = Open();
+    file.Append(Adding("a"));
+    oStorage.iCrashAt = 2;
+    oStorage.lWrittenBeforeCrash = written;
+    EXPECT_THROW(file.Append(Adding("b")), FakeCompanyStorage::Crash);
+  };
+  Open().Append(Adding("a"));
+  const std::size_t size = oStorage.Files[kJournal].size();
+
+  for (std::size_t written = 0; written < size; ++written) {
+    crashed(written);
+    const std::string after = Reopened();
+    EXPECT_TRUE(after == "old a" || after == "old a b") << written << after;
+  }
+}
+
+TEST_F(CompanyFileTest, AppliesNoJournalToAFileThatSomebodyHasEdited) {
+  Open().Append(Adding("a"));
+  oStorage.Files[kPath] = "edited";
+
+  EXPECT_EQ(Reopened(), "edited");
+  EXPECT_EQ(state, JournalState::kForeign);
+}
+
+TEST_F(CompanyFileTest, KeepsAJournalThatDoesNotCountUnderAnotherName) {
+  Open().Append(Adding("a"));
+  const std::string foreign = oStorage.Files[kJournal];
+  oStorage.Files[kPath] = "edited";
+
+  EXPECT_EQ(Open().Append(Adding("b")), 0);
+
+  EXPECT_EQ(Reopened(), "edited b");
+  EXPECT_EQ(oStorage.Files.size(), 3u);
+  const auto kept =
+      std::ranges::find(oStorage.Files, foreign, &std::pair<const Text, std::string>::second);
+  ASSERT_NE(kept, oStorage.Files.end());
+  EXPECT_TRUE(kept->first.starts_with(Text(kJournal) + u"-"));
+}
+
+TEST_F(CompanyFileTest, KeepsAJournalWhoseBeginningIsDamaged) {
+  Open().Append(Adding("a"));
+  oStorage.Files[kJournal][3] = 'X';
+  EXPECT_EQ(Reopened(), "old");
+  EXPECT_EQ(state, JournalState::kForeign);
+
+  EXPECT_EQ(Open().Append(Adding("b")), 0);
+
+  EXPECT_EQ(Reopened(), "old b");
+  EXPECT_EQ(oStorage.Files.size(), 3u);
+}
+
+TEST_F(CompanyFileTest, ChangesNothingWhenAForeignJournalCannotGiveWay) {
+  Open().Append(Adding("a"));
+  oStorage.Files[kPath] = "edited";
+  CompanyFile file = Open();
+  oStorage.iWriteError = platform::kAccessDenied;
+  const auto before = oStorage.Files;
+
+  EXPECT_EQ(file.Append(Adding("b")), platform::kAccessDenied);
+
+  EXPECT_EQ(oStorage.Files, before);
+}
+
+TEST_F(CompanyFileTest, TakesNoChangesWhileAnotherProgramWritesItsFile) {
+  CompanyFile file = Open();
+  oStorage.Files[kPath] = "edited";
+
+  EXPECT_EQ(file.Append(Adding("a")), platform::kSharingViolation);
+  EXPECT_EQ(file.Fold("new"), platform::kSharingViolation);
+
+  EXPECT_EQ(Reopened(), "edited");
+}
+
+TEST_F(CompanyFileTest, CannotBeReadWhenNobodyCanCarryOutItsJournal) {
+  JournalWriter writer;
+  oStorage.Files[kJournal] = writer.Continues(VersionOf("old"));
+  oStorage.Files[kJournal] += writer.Continues({});  // which comes first only
+
+  EXPECT_EQ(Reopened(), "error " + std::to_string(platform::kInvalidData));
+}
+
+TEST_F(CompanyFileTest, IsFoldedIntoOneFile) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+
+  EXPECT_EQ(file.Fold("old+a"), 0);
+
+  EXPECT_EQ(oStorage.Files, (std::map<Text, std::string>{{kPath, "old+a"}}));
+}
+
+TEST_F(CompanyFileTest, TakesChangesAfterItWasFolded) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  file.Fold("old+a");
+
+  EXPECT_EQ(file.Append(Adding("b")), 0);
+
+  EXPECT_EQ(Reopened(), "old+a b");
+}
+
+TEST_F(CompanyFileTest, IsNeverInDoubtWhereverAFoldingEnds) {
+  constexpr int kSteps = 4;  // note in the journal, new file, its rename, end of the journal
+  for (int step = 1; step <= kSteps; ++step) {
+    for (const std::size_t written : {0u, 1u, 3u}) {
+      oStorage = FakeCompanyStorage();
+      oStorage.Files[kPath] = "old";
+      CompanyFile file = Open();
+      file.Append(Adding("a"));
+      oStorage.iCrashAt = 1 + step;
+      oStorage.lWrittenBeforeCrash = written;
+
+      EXPECT_THROW(file.Fold("old+a"), FakeCompanyStorage::Crash) << step;
+
+      EXPECT_EQ(Reopened(), step < kSteps ? "old a" : "old+a") << step;
+      oStorage.iCrashAt = 0;
+      EXPECT_EQ(Open().Append(Adding("b")), 0);
+      EXPECT_EQ(Reopened(), step < kSteps ? "old a b" : "old+a b") << step;
+    }
+  }
+}
+
+TEST_F(CompanyFileTest, TakesChangesAfterAFoldingThatFailed) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  oStorage.iWriteError = platform::kDiskFull;
+  EXPECT_EQ(file.Fold("old+a"), platform::kDiskFull);
+  oStorage.iWriteError = 0;
+
+  EXPECT_EQ(file.Append(Adding("b")), 0);
+
+  EXPECT_EQ(Reopened(), "old a b");
+  EXPECT_FALSE(oStorage.Files.contains(kBeside));
+}
+
+TEST_F(CompanyFileTest, HasNoLongJournalWithoutAChange) {
+  CompanyFile file = Open();
+  EXPECT_FALSE(file.IsLong());
+
+  file.Append(Adding("a"));
+
+  EXPECT_TRUE(file.IsLong());
+}
+
+TEST_F(CompanyFileTest, HasALongJournalWhenItIsAnEighthOfALargeFile) {
+  oStorage.Files[kPath] = std::string(2'000'000, 'x');
+  CompanyFile file = Open();
+  file.Append(Adding(std::string(100'000, 'y')));
+  EXPECT_FALSE(file.IsLong());
+
+  file.Append(Adding(std::string(100'000, 'z')));
+
+  EXPECT_TRUE(file.IsLong());
+  EXPECT_FALSE(file.IsTooLong());
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
