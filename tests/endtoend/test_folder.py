@@ -4,6 +4,7 @@ import os
 
 import pytest
 
+from company import saved
 from folder import SlowWriter, answer_file, ask, put, requests_waiting, wait_for_answer
 from gateway import CUSTOMER_QUERY, customer_add, qbxml, wait_until
 
@@ -131,7 +132,7 @@ def test_a_file_in_utf_16(watching):
     answer = ask(watching, "wide.osl", b"\xff\xfe" + request.encode("utf-16-le"))
 
     assert b'<CustomerAddRs requestID="1" statusCode="0"' in answer
-    assert "Caf\u00e9 M\u00fcller" in watching.company_file.read_text(encoding="utf-8")
+    assert "Caf\u00e9 M\u00fcller" in saved(watching.company_file)
 
 
 @pytest.mark.parametrize("content", [b"", b"\0" * 5000, bytes(range(256)) * 40, b"<" * 20000])
@@ -199,7 +200,7 @@ def test_two_hundred_files_at_once_are_answered_once_each(watching):
         # A second run of the same request would have been refused: the name exists.
         assert b'statusCode="0"' in answer and customer.encode() in answer
     assert requests_waiting(watching) == [] and not any(watching.response_folder.iterdir())
-    assert watching.company_file.read_text().count("<Name>Customer ") == 200
+    assert saved(watching.company_file).count("<Name>Customer ") == 200
 
 
 def test_a_long_answer_arrives_whole(watching):

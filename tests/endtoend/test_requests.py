@@ -2,6 +2,7 @@
 
 import pytest
 
+from company import saved
 from gateway import ATTRIBUTE_MARK, CUSTOMER_QUERY, END_OF_DATA, customer_add, qbxml
 
 ENVELOPE = '<QBXML><QBXMLMsgsRq onError="stopOnError">%s</QBXMLMsgsRq></QBXML>' % CUSTOMER_QUERY
@@ -142,6 +143,6 @@ def test_a_block_size_below_one_counts_as_the_default(gateway, size):
 def test_what_was_added_is_in_the_company_file(running):
     running.ask(qbxml(customer_add("Ridgeway Joinery")))
 
-    assert "Ridgeway Joinery" in running.company_file.read_text()
+    assert "Ridgeway Joinery" in saved(running.company_file)
     _, body = running.ask(qbxml(customer_add("Ridgeway Joinery", "2")))
     assert b'requestID="2" statusCode="3100"' in body
