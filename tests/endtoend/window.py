@@ -1,6 +1,7 @@
 """The window program, seen and worked from outside through the driver (tests/driver)."""
 
 import collections
+import select
 import shutil
 import subprocess
 import time
@@ -18,7 +19,8 @@ BM_CLICK = 0xF5
 VK_RETURN, VK_ESCAPE, VK_DOWN = 0x0D, 0x1B, 0x28
 SW_HIDE, SW_SHOWMINIMIZED = 0, 2
 TRAY_MESSAGE, TRAY_ICON = 0x200, 1
-ID_OK, ID_CANCEL, ID_YES, ID_NO = 1, 2, 6, 7
+ID_OK, ID_CANCEL = 1, 2
+FILE_NAME = 1148  # the file dialog's field
 
 Window = collections.namedtuple("Window", "handle kind visible iconic enabled title")
 Control = collections.namedtuple("Control", "handle id kind visible enabled text")
@@ -61,6 +63,8 @@ class Driver:
         line = "\t".join(escaped(field) for field in fields)
         self.process.stdin.write(line.encode() + b"\n")
         self.process.stdin.flush()
+        readable, _, _ = select.select([self.process.stdout], [], [], LIMIT)
+        assert readable, f"no answer to {fields}"
         answer = self.process.stdout.readline().decode().rstrip("\r\n")
         outcome, *answered = map(unescaped, answer.split("\t"))
         if outcome != "ok":
@@ -97,7 +101,11 @@ class Driver:
 
     def __exit__(self, *_):
         self.process.stdin.close()
-        self.process.wait(LIMIT)
+        try:
+            self.process.wait(LIMIT)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
         self.process.stdout.close()
 
 
@@ -131,6 +139,7 @@ class StandIn:
         shutil.copy(program_file("OstrelSimulator"), self.program)
 
     def register(self):
+        self.stop()  # one may be left over from tests that were cut short
         assert self.driver.run(self.program, "/regserver") == 0
 
     def unregister(self):
@@ -177,6 +186,11 @@ class Dialog:
 
     def write(self, number, text):
         self.driver.ask("settext", self.control(number).handle, text)
+
+    def press_keys(self, *keys):
+        """To whatever in it has the focus, which is a button."""
+        for key in keys:
+            self.driver.post(self.controls("button")[0].handle, WM_KEYDOWN, key)
 
     def close(self):
         """Its close box."""
@@ -342,16 +356,13 @@ class WindowProgram(Gateway):
         """As the user's choice arrives at the window."""
         self.driver.post(self.window(), WM_COMMAND, self.item(caption).id)
 
-    def popup(self):
-        """The window of the menu that is open; None when there is none."""
-        return next((row.handle for row in self.windows() if row.kind == "#32768"), None)
-
     def open_menu(self, letter):
         """By the keyboard: Alt and the letter. Returns its items."""
         self.driver.post(self.window(), WM_SYSCHAR, ord(letter), 1 << 29)
         return self.read_menu(wait_until(self.open_popup, f"the menu of Alt+{letter}"))
 
     def open_popup(self):
+        """The window of the menu that is open; None when there is none."""
         return next(
             (row.handle for row in self.windows() if row.kind == "#32768" and row.visible == "1"),
             None,

@@ -89,14 +89,16 @@ BOOL CALLBACK AddChild(HWND window, LPARAM fields) {
 
 /// WINDOW: of each window in it six fields.
 Fields ListChildren(const Fields& arguments) {
+  const HWND window = WindowOf(arguments[0]);
+  if (!IsWindow(window)) throw CommandError("the window is gone");
   Fields fields;
-  EnumChildWindows(WindowOf(arguments[0]), AddChild, reinterpret_cast<LPARAM>(&fields));
+  EnumChildWindows(window, AddChild, reinterpret_cast<LPARAM>(&fields));
   return fields;
 }
 
 Fields GetText(const Fields& arguments) { return {TextOf(WindowOf(arguments[0]))}; }
 
-/// WINDOW LEFT TOP WIDTH HEIGHT, or its present place when only asked.
+/// WINDOW: left, top, width and height.
 Fields GetPlace(const Fields& arguments) {
   RECT place{};
   GetWindowRect(WindowOf(arguments[0]), &place);
@@ -153,22 +155,36 @@ Fields RegisteredMessage(const Fields& arguments) {
 
 // --- list boxes
 
+/// Nobody tells the list box how much room there is, and the line may have changed since its length
+/// was asked.
+constexpr std::size_t kLongestLine = 65536;
+
 std::wstring LineOf(HWND list, WPARAM index) {
-  const LRESULT length = SendTo(list, LB_GETTEXTLEN, index, 0);
-  if (length < 0) throw CommandError("the line is gone");
-  std::wstring line(static_cast<std::size_t>(length) + 1, L'\0');
+  std::wstring line(kLongestLine, L'\0');
   const LRESULT read = SendTo(list, LB_GETTEXT, index, reinterpret_cast<LPARAM>(line.data()));
-  line.resize(static_cast<std::size_t>(read < 0 ? 0 : read));
+  if (read < 0) throw CommandError("the line is gone");
+  line.resize(static_cast<std::size_t>(read));
   return line;
 }
 
-/// LIST: its lines from the top.
-Fields ListLines(const Fields& arguments) {
-  const HWND list = WindowOf(arguments[0]);
+Fields ReadLines(HWND list) {
   const auto count = static_cast<WPARAM>(SendTo(list, LB_GETCOUNT, 0, 0));
   Fields lines;
   for (WPARAM index = 0; index < count; ++index) lines.push_back(LineOf(list, index));
   return lines;
+}
+
+/// LIST: its lines from the top. What is read while a line is added is no list that ever was: it
+/// counts when it is read twice.
+Fields ListLines(const Fields& arguments) {
+  const HWND list = WindowOf(arguments[0]);
+  Fields lines = ReadLines(list);
+  for (int attempts = 0; attempts < 10; ++attempts) {
+    Fields again = ReadLines(list);
+    if (again == lines) return lines;
+    lines = std::move(again);
+  }
+  throw CommandError("the list is changing");
 }
 
 /// LIST INDEX: the mouse's double click on the line, which is scrolled into sight.
