@@ -90,19 +90,26 @@ Catalog MakeCatalog() {
   return catalog;
 }
 
-bool IsOneOf(std::string_view value, std::initializer_list<std::string_view> values) {
-  return std::ranges::find(values, value) != values.end();
+const Catalog& TheCatalog() {
+  static const Catalog catalog = MakeCatalog();
+  return catalog;
 }
 
+constexpr std::string_view kMetaData[] = {"NoMetaData", "MetaDataOnly", "MetaDataAndResponseData"};
+constexpr std::string_view kIterator[] = {"Start", "Continue", "Stop"};
+constexpr AttributeRule kAttributes[] = {
+    {.name = "requestID"},
+    {.name = "metaData", .since = 40, .values = kMetaData},  // of queries only, from here on
+    {.name = "iterator", .since = 50, .values = kIterator},
+    {.name = "iteratorID", .since = 50},
+};
+
 bool MayHave(const Message& message, const Attribute& attribute, int version) {
-  if (message.reply != QueryObjects || version < 40) return false;
-  const auto& [name, value] = attribute;
-  if (name == "metaData") {
-    return IsOneOf(value, {"NoMetaData", "MetaDataOnly", "MetaDataAndResponseData"});
-  }
-  if (version < 50) return false;
-  return name == "iteratorID" ||
-         (name == "iterator" && IsOneOf(value, {"Start", "Continue", "Stop"}));
+  const auto rules = AttributesOf(message);
+  const auto rule = std::ranges::find(rules, attribute.name, &AttributeRule::name);
+  if (rule == rules.end() || version < rule->since) return false;
+  return rule->values.empty() ||
+         std::ranges::find(rule->values, attribute.value) != rule->values.end();
 }
 
 // An iterator pages through what filters find, and is named from its second page on.
@@ -116,17 +123,25 @@ bool IteratorFits(const Element& element) {
 }  // namespace
 
 const Message* FindMessage(std::string_view name) {
-  static const Catalog catalog = MakeCatalog();
-  const auto found = catalog.find(name);
-  return found == catalog.end() ? nullptr : &found->second;
+  const auto found = TheCatalog().find(name);
+  return found == TheCatalog().end() ? nullptr : &found->second;
+}
+
+std::vector<const Message*> AllMessages() {
+  std::vector<const Message*> messages;
+  for (const auto& [name, message] : TheCatalog()) messages.push_back(&message);
+  return messages;
+}
+
+std::span<const AttributeRule> AttributesOf(const Message& message) {
+  const std::span all(kAttributes);
+  return message.reply == QueryObjects ? all : all.first(1);
 }
 
 bool HasRightAttributes(const Message& message, const Element& element, int version) {
-  return std::ranges::all_of(element.attributes,
-                             [&](const Attribute& attribute) {
-                               return attribute.name == "requestID" ||
-                                      MayHave(message, attribute, version);
-                             }) &&
+  return std::ranges::all_of(
+             element.attributes,
+             [&](const Attribute& attribute) { return MayHave(message, attribute, version); }) &&
          IteratorFits(element);
 }
 

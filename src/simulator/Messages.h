@@ -48,6 +48,16 @@ struct Call {
 
 /// Null for an unknown message.
 const Message* FindMessage(std::string_view name);
+/// All of them, by name.
+std::vector<const Message*> AllMessages();
+
+/// What an element of a message may have beside its name.
+struct AttributeRule {
+  std::string_view name;
+  int since = 0;                                  // qbXML version times ten
+  std::span<const std::string_view> values = {};  // the only ones allowed; empty: any
+};
+std::span<const AttributeRule> AttributesOf(const Message& message);
 /// Whether the message may have the attributes that the element has.
 bool HasRightAttributes(const Message& message, const Element& element, int version);
 
