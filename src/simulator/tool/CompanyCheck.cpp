@@ -1,0 +1,224 @@
+#include "simulator/tool/CompanyCheck.h"
+
+#include <map>
+#include <unordered_set>
+
+#include "platform/SystemError.h"
+#include "simulator/Company.h"
+#include "simulator/Decimal.h"
+#include "simulator/Draft.h"
+#include "simulator/Objects.h"
+#include "simulator/Reckoning.h"
+#include "simulator/XmlReader.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::size_t kMaxElements = 16'000'000;
+constexpr std::size_t kMostProblems = 100;
+
+std::string Quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+
+std::string Told(const Kind& kind, const Element& object) {
+  const bool isList = kind.category == Category::kList;
+  const std::string_view name = isList ? FullNameOf(kind, object) : object.ChildText("RefNumber");
+  const std::string_view id = object.ChildText(kind.IdField());
+  return std::string(kind.name) + ' ' + Quoted(name.empty() ? id : name);
+}
+
+class Problems {
+ public:
+  explicit Problems(CompanyReport& report) : oReport(report) {}
+
+  void Add(const std::string& problem) {
+    if (oReport.problems.size() < kMostProblems) oReport.problems.push_back(FromUtf8(problem));
+  }
+  bool IsFull() const { return oReport.problems.size() >= kMostProblems; }
+
+ private:
+  CompanyReport& oReport;
+};
+
+// Files that were written by hand may leave the full name out.
+std::string NameOf(const Kind& kind, const Element& object) {
+  const std::string_view fullName = FullNameOf(kind, object);
+  if (!fullName.empty()) return std::string(fullName);
+  const Element* parent = object.Child("ParentRef");
+  return JoinedName(parent ? parent->ChildText("FullName") : "", object.ChildText(kind.nameField));
+}
+
+// What the file says by itself, for the reader refuses it altogether.
+void CheckNamesAndIds(const Element& root, Problems& problems) {
+  std::unordered_set<std::string> ids;
+  std::unordered_set<std::string> names;
+  for (const Element& object : root.children) {
+    const Kind* kind = FindKind(object.name);
+    if (!kind) continue;
+    const std::string id(object.ChildText(kind->IdField()));
+    if (!id.empty() && !ids.insert(id).second) problems.Add("ID " + Quoted(id) + " is there twice");
+    const std::string name = NameOf(*kind, object);
+    if (kind->category != Category::kList || name.empty()) continue;
+    const std::string_view space = kind->family.empty() ? kind->name : kind->family;
+    const std::string key = std::string(space) + '\n' + ToUtf8(LowerCase(FromUtf8(name)));
+    if (!names.insert(key).second) {
+      problems.Add("the name " + Quoted(name) + " is there twice (" + std::string(space) + ")");
+    }
+  }
+}
+
+// Also of what payments were applied to.
+void CheckReferences(const Kind& kind, const Element& object, std::span<const Field> fields,
+                     const std::string& told, const Company& company, Problems& problems) {
+  for (const Element& child : object.children) {
+    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    if (!field) continue;
+    if (field->type != FieldType::kReference) {
+      CheckReferences(kind, child, field->children, told, company, problems);
+    } else if (!FindTarget(company, field->refers, child)) {
+      const std::string_view id = child.ChildText("ListID");
+      problems.Add(told + ": " + child.name + " leads to " +
+                   Quoted(id.empty() ? child.ChildText("FullName") : id) + ", which is not there");
+    }
+    const bool settles = !kind.settles.empty() && child.Child("TxnID");
+    if (settles && !company.List(*FindKind(kind.settles)).Find(child.ChildText("TxnID"))) {
+      problems.Add(told + " is applied to " + Quoted(child.ChildText("TxnID")) +
+                   ", which is not there");
+    }
+  }
+}
+
+void CheckAllReferences(const Company& company, Problems& problems) {
+  for (const Kind* kind : AllKinds()) {
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      if (problems.IsFull()) return;
+      CheckReferences(*kind, object, kind->fields, Told(*kind, object), company, problems);
+    }
+  }
+}
+
+constexpr std::string_view kBalances[] = {"Balance", "TotalBalance"};
+
+// All balances from nothing, as the transactions move them.
+void Repost(const Company& company, Draft& draft) {
+  for (const Kind* kind : AllKinds()) {
+    if (!kind->Has("Balance")) continue;
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      Element& cleared = draft.Edit(*kind, object.ChildText("ListID"));
+      for (const std::string_view balance : kBalances) {
+        if (cleared.Child(balance)) cleared.Set(balance, "0.00");
+      }
+    }
+  }
+  for (const Kind* kind : AllKinds()) {
+    for (const auto& [key, object] : company.List(*kind).InOrder()) Post(*kind, object, draft);
+  }
+}
+
+void CheckBalances(const Company& company, Problems& problems) {
+  Draft draft(company);
+  Repost(company, draft);
+  for (const Kind* kind : AllKinds()) {
+    if (!kind->Has("Balance")) continue;
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      const Element& reposted = *draft.Find(*kind, object.ChildText("ListID"));
+      for (const std::string_view balance : kBalances) {
+        if (Decimal::Of(object.ChildText(balance)) == Decimal::Of(reposted.ChildText(balance))) {
+          continue;
+        }
+        problems.Add(Told(*kind, object) + ": " + std::string(balance) + " is " +
+                     std::string(object.ChildText(balance)) + ", its transactions come to " +
+                     std::string(reposted.ChildText(balance)));
+      }
+    }
+  }
+}
+
+using Paid = std::map<std::string, Decimal, std::less<>>;  // by TxnID
+
+Paid AllPaid(const Company& company) {
+  Paid paid;
+  for (const Kind* kind : AllKinds()) {
+    if (kind->settles.empty()) continue;
+    for (const auto& [key, payment] : company.List(*kind).InOrder()) {
+      for (const Element& child : payment.children) {
+        if (child.name != "AppliedToTxnRet") continue;
+        paid[std::string(child.ChildText("TxnID"))] += Decimal::Of(child.ChildText("Amount"));
+      }
+    }
+  }
+  return paid;
+}
+
+void CheckPaid(const Company& company, Problems& problems) {
+  const Paid paid = AllPaid(company);
+  for (const Kind* kind : AllKinds()) {
+    if (kind->sums.applied.empty()) continue;
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      const auto found = paid.find(object.ChildText("TxnID"));
+      const Decimal sum = found == paid.end() ? Decimal() : found->second;
+      const Decimal applied = Decimal::Of(object.ChildText(kind->sums.applied)).Negated();
+      const Decimal open = TotalOf(*kind, object) - applied;
+      if (applied != sum) {
+        problems.Add(Told(*kind, object) + " is paid with " + applied.ToString(2) +
+                     ", its payments come to " + sum.ToString(2));
+      } else if (open != OpenAmountOf(*kind, object)) {
+        problems.Add(Told(*kind, object) + ": what is open is not its total without payments");
+      }
+    }
+  }
+}
+
+Text Summary(const Company& company) {
+  std::string summary;
+  for (const Kind* kind : AllKinds()) {
+    const std::size_t count = company.List(*kind).InOrder().size();
+    if (count == 0) continue;
+    if (!summary.empty()) summary += ", ";
+    summary += std::to_string(count) + ' ' + std::string(kind->name);
+  }
+  return FromUtf8(summary.empty() ? "nothing" : summary);
+}
+
+void CheckJournal(JournalState journal, Problems& problems) {
+  if (journal == JournalState::kTorn) {
+    problems.Add("the journal is damaged at its end; its whole records count");
+  }
+  if (journal == JournalState::kForeign) {
+    problems.Add("the journal continues another company file and does not count");
+  }
+}
+
+}  // namespace
+
+CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& now) {
+  CompanyReport report;
+  Problems problems(report);
+  std::string bytes;
+  report.error = storage.Read(path, bytes);
+  if (report.error != 0) return report;
+  XmlDocument document;
+  if (ReadXmlBytes(bytes, kMaxElements, document) != XmlFault::kNone) {
+    problems.Add("the company file is not well-formed XML");
+    return report;
+  }
+  CheckNamesAndIds(document.root, problems);
+  document = {};
+  CompanyFile file{Text(path), storage};
+  CompanyFile::Contents contents;
+  const int unread = file.Read(contents);
+  if (unread != 0 && unread != platform::kInvalidData) report.error = unread;
+  CheckJournal(contents.journal, problems);
+  int error = 0;
+  const auto company = Company::FromFile(file, now, error);
+  if (!company) {
+    problems.Add("QuickBooks cannot open this company");
+    return report;
+  }
+  CheckAllReferences(*company, problems);
+  CheckBalances(*company, problems);
+  CheckPaid(*company, problems);
+  report.summary = Summary(*company);
+  return report;
+}
+
+}  // namespace ostrel::simulator

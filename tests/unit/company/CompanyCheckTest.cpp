@@ -1,0 +1,141 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "../simulator/FakeCompanyStorage.h"
+#include "simulator/Journal.h"
+#include "simulator/tool/Business.h"
+#include "simulator/tool/CompanyCheck.h"
+
+namespace ostrel::simulator {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+const Stamp kNow = {1262682187, "2010-01-05T09:03:07+00:00"};
+constexpr char16_t kPath[] = u"made.qbw";
+
+class CompanyCheck : public testing::Test {
+ protected:
+  CompanyCheck() { File() = MakeBusiness({.customers = 6, .items = 5, .invoices = 9}); }
+
+  std::string& File() { return oStorage.Files[kPath]; }
+  std::string& JournalFile() { return oStorage.Files[u"made.qbw.journal"]; }
+
+  // Puts other bytes in the place of the first ones like these behind `where`.
+  void Replace(std::string_view where, std::string_view from, std::string_view to) {
+    const std::size_t at = File().find(from, File().find(where));
+    ASSERT_NE(at, std::string::npos);
+    File().replace(at, from.size(), to);
+  }
+
+  std::vector<std::string> Problems() {
+    const CompanyReport report = CheckCompany(kPath, oStorage, kNow);
+    EXPECT_EQ(report.error, 0);
+    std::vector<std::string> problems;
+    for (const Text& problem : report.problems) problems.push_back(ToUtf8(problem));
+    return problems;
+  }
+
+  doubles::FakeCompanyStorage oStorage;
+};
+
+TEST_F(CompanyCheck, FindsNothingInASoundCompanyAndCountsWhatItHolds) {
+  const CompanyReport report = CheckCompany(kPath, oStorage, kNow);
+
+  EXPECT_EQ(report.problems, std::vector<Text>());
+  EXPECT_THAT(ToUtf8(report.summary), HasSubstr("6 Customer, "));
+  EXPECT_THAT(ToUtf8(report.summary), HasSubstr("9 Invoice, "));
+}
+
+TEST_F(CompanyCheck, SaysThatAFileIsMissing) {
+  oStorage.Files.clear();
+
+  EXPECT_EQ(CheckCompany(kPath, oStorage, kNow).error, platform::kFileNotFound);
+}
+
+TEST_F(CompanyCheck, FindsBrokenXml) {
+  File().resize(File().size() / 2);
+
+  EXPECT_THAT(Problems(), Contains(HasSubstr("not well-formed")));
+}
+
+TEST_F(CompanyCheck, FindsWhatIsNoCompany) {
+  File() = "<Settings/>";
+
+  EXPECT_THAT(Problems(), Contains(HasSubstr("cannot open")));
+}
+
+TEST_F(CompanyCheck, FindsAnIdThatIsThereTwice) {
+  File() =
+      "<Company><Class><ListID>80000001-1</ListID><Name>A</Name></Class>"
+      "<Class><ListID>80000001-1</ListID><Name>B</Name></Class></Company>";
+
+  EXPECT_THAT(Problems(), Contains("ID \"80000001-1\" is there twice"));
+}
+
+TEST_F(CompanyCheck, FindsANameThatIsThereTwiceInItsFamily) {
+  File() =
+      "<Company><Customer><Name>Jo</Name></Customer><Vendor><Name>JO</Name></Vendor></Company>";
+
+  EXPECT_THAT(Problems(), Contains("the name \"JO\" is there twice (Entity)"));
+}
+
+TEST_F(CompanyCheck, FindsAReferenceThatLeadsNowhere) {
+  Replace("<Customer>", "<TermsRef>\n      <ListID>8", "<TermsRef>\n      <ListID>7");
+
+  EXPECT_THAT(Problems(), Contains(HasSubstr(": TermsRef leads to \"7")));
+}
+
+TEST_F(CompanyCheck, FindsAPaymentOfNothing) {
+  const std::size_t link = File().find("<AppliedToTxnRet>");
+  File().insert(File().find("<TxnID>", link) + 7, "FFF");
+
+  EXPECT_THAT(Problems(), Contains(HasSubstr("is applied to \"FFF")));
+}
+
+TEST_F(CompanyCheck, FindsABalanceThatDoesNotFollowFromTheTransactions) {
+  Replace("<Name>Savings</Name>", "<Balance>15000.00</Balance>", "<Balance>15000.01</Balance>");
+
+  EXPECT_THAT(Problems(), testing::ElementsAre("Account \"Savings\": Balance is 15000.01, its "
+                                               "transactions come to 15000.00"));
+}
+
+TEST_F(CompanyCheck, FindsAnInvoiceThatSaysItIsPaidWithoutAPayment) {
+  Replace("<Invoice>", "<AppliedAmount>", "<AppliedAmount>-1");
+
+  EXPECT_THAT(Problems(), Contains(HasSubstr("its payments come to")));
+}
+
+TEST_F(CompanyCheck, FindsATornJournal) {
+  JournalWriter writer;
+  JournalFile() = writer.Continues(VersionOf(File()));
+  EXPECT_TRUE(Problems().empty());
+
+  JournalFile() += "<?record";
+
+  EXPECT_THAT(Problems(), testing::ElementsAre(HasSubstr("the journal is damaged at its end")));
+}
+
+TEST_F(CompanyCheck, FindsTheJournalOfAnotherFile) {
+  JournalWriter writer;
+  JournalFile() = writer.Continues(VersionOf("another"));
+
+  EXPECT_THAT(Problems(), testing::ElementsAre(HasSubstr("continues another company file")));
+}
+
+TEST_F(CompanyCheck, LooksAtWhatTheJournalAdds) {
+  JournalWriter writer;
+  JournalFile() = writer.Continues(VersionOf(File()));
+  Element customer{.name = "Customer"};
+  customer.Add("ListID", "8000FFFF-1");
+  customer.Add("FullName", "Later");
+  customer.Add("Balance", "5.00");
+  JournalFile() +=
+      writer.Changed({{.kind = FindKind("Customer"), .id = "8000FFFF-1", .object = customer}});
+
+  EXPECT_THAT(Problems(), Contains(HasSubstr("Customer \"Later\": Balance is 5.00")));
+}
+
+}  // namespace
+}  // namespace ostrel::simulator
