@@ -43,10 +43,10 @@ class Business {
   std::string Make() {
     oBooks.SetTime(kFirstDay, kOpens);
     AddFixedLists(oBooks, oPeople, kFirstDay);
-    for (std::uint64_t i = 0; i < oSize.vendors; ++i) AddVendor(i);
-    for (std::uint64_t i = 0; i < oSize.items; ++i) AddItem(i);
-    for (std::uint64_t i = 0; i < oSize.customers; ++i) AddCustomer(i);
-    for (std::uint64_t i = 0; i < oSize.invoices; ++i) {
+    for (std::size_t i = 0; i < oSize.vendors; ++i) AddVendor(i);
+    for (std::size_t i = 0; i < oSize.items; ++i) AddItem(i);
+    for (std::size_t i = 0; i < oSize.customers; ++i) AddCustomer(i);
+    for (std::size_t i = 0; i < oSize.invoices; ++i) {
       const auto day = static_cast<int>(i * kYear / oSize.invoices);
       ReachDay(day);
       Sell(day);
@@ -78,11 +78,11 @@ class Business {
   static std::string Date(int day) { return DateText(kFirstDay + days(day)); }
 
   // Lists grow over the first weeks.
-  void SetListTime(std::uint64_t index, std::uint64_t count) {
-    SetTime(static_cast<int>(index * 20 / std::max<std::uint64_t>(count, 1)));
+  void SetListTime(std::size_t index, std::size_t count) {
+    SetTime(static_cast<int>(index * 20 / std::max<std::size_t>(count, 1)));
   }
 
-  void AddVendor(std::uint64_t index) {
+  void AddVendor(std::size_t index) {
     SetListTime(index, oSize.vendors);
     const bool goods = oChance.InHundred(80);
     const std::string name = oPeople.Unique(oPeople.NewFirm(words::Wares()));
@@ -104,13 +104,13 @@ class Business {
   }
 
   // The forms of all shelves in turn; when there are no more of them, in other qualities.
-  void AddItem(std::uint64_t index) {
+  void AddItem(std::size_t index) {
     SetListTime(index, oSize.items);
     const auto shelves = words::Shelves();
     const words::Goods& goods = shelves[index % shelves.size()];
-    const std::uint64_t turn = index / shelves.size();
+    const std::size_t turn = index / shelves.size();
     const std::string form(goods.forms[turn % goods.forms.size()]);
-    const std::uint64_t quality = turn / goods.forms.size();
+    const std::size_t quality = turn / goods.forms.size();
     Ware ware{.name = std::string(goods.name) + ' ' + form};
     if (quality > 0)
       ware.name = std::string(goods.name.substr(0, 15)) + " #" + std::to_string(index);
@@ -155,7 +155,7 @@ class Business {
     return fields;
   }
 
-  void AddCustomer(std::uint64_t index) {
+  void AddCustomer(std::size_t index) {
     SetListTime(index, oSize.customers);
     if (!sLastFirm.empty() && oChance.InHundred(20)) return AddJob();
     const bool firm = oChance.InHundred(55);

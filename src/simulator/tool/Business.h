@@ -2,17 +2,17 @@
 // What it sells and is paid goes through the engine's own messages, so that all sums are right.
 #pragma once
 
-#include <cstdint>
+#include <cstddef>
 #include <string>
 
 namespace ostrel::simulator {
 
 struct BusinessSize {
-  std::uint64_t customers = 24;
-  std::uint64_t vendors = 8;
-  std::uint64_t items = 20;
-  std::uint64_t invoices = 40;
-  std::uint64_t seed = 1;
+  std::size_t customers = 24;
+  std::size_t vendors = 8;
+  std::size_t items = 20;
+  std::size_t invoices = 40;
+  std::size_t seed = 1;
 };
 
 /// The company file. The same size and seed make the same bytes on every system.

@@ -36,12 +36,12 @@ written, 64 the command line cannot be understood.
 
 namespace {
 
-constexpr std::uint64_t kMost = 1'000'000;
-constexpr std::uint64_t kMostSeeds = UINT32_MAX;
+constexpr std::size_t kMost = 1'000'000;
+constexpr std::size_t kMostSeeds = UINT32_MAX;
 
-std::uint64_t Number(TextView option, TextView text, std::uint64_t largest) {
+std::size_t Number(TextView option, TextView text, std::size_t largest) {
   const std::string digits = ToUtf8(text);
-  std::uint64_t number = 0;
+  std::size_t number = 0;
   const auto end = std::from_chars(digits.data(), digits.data() + digits.size(), number);
   const bool whole = end.ec == std::errc() && end.ptr == digits.data() + digits.size();
   if (whole && number <= largest) return number;
@@ -50,7 +50,7 @@ std::uint64_t Number(TextView option, TextView text, std::uint64_t largest) {
 }
 
 using Values = std::span<const Text>;
-using Numbered = std::uint64_t BusinessSize::*;
+using Numbered = std::size_t BusinessSize::*;
 
 const std::map<TextView, Numbered> kNumbers = {
     {u"--customers", &BusinessSize::customers}, {u"--vendors", &BusinessSize::vendors},

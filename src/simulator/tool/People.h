@@ -18,9 +18,9 @@ class Chance {
   explicit Chance(std::uint64_t seed) : oNumbers(seed) {}
 
   /// From 0 to count - 1.
-  std::uint64_t Below(std::uint64_t count) { return oNumbers() % count; }
+  std::size_t Below(std::size_t count) { return static_cast<std::size_t>(oNumbers() % count); }
   int Between(int least, int most) {
-    return least + static_cast<int>(Below(static_cast<std::uint64_t>(most - least + 1)));
+    return least + static_cast<int>(Below(static_cast<std::size_t>(most - least + 1)));
   }
   bool InHundred(int cases) { return Between(1, 100) <= cases; }
   template <class Thing>
