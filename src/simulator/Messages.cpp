@@ -159,8 +159,8 @@ std::string Described(const Kind& kind, const Element& object) {
       .append("\"");
 }
 
-Status CommitFor(const Call& call, Changes changes, std::string_view described) {
-  const int error = call.company.Commit(std::move(changes));
+Status CommitFor(const Call& call, const Changes& changes, std::string_view described) {
+  const int error = call.company.Commit(changes);
   if (error == 0) return {};
   return CannotSave(described, ToUtf8(platform::SystemErrorText(error)));
 }

@@ -76,7 +76,7 @@ std::string OneRet(const Call& call, const Kind& kind, const Element& object);
 /// As in CannotSave: "Customers list, element "Jo"" or "Invoice".
 std::string Described(const Kind& kind, const Element& object);
 /// Commits; the status of a failure names the object.
-Status CommitFor(const Call& call, Changes changes, std::string_view described);
+Status CommitFor(const Call& call, const Changes& changes, std::string_view described);
 
 /// As in <?qbxml version="..."?>, oldest first.
 std::span<const std::string_view> SupportedVersions();

@@ -22,7 +22,7 @@ OpenCompany::~OpenCompany() {
   if (bChanged && oFile.IsLong()) Fold();
 }
 
-int OpenCompany::Commit(Changes changes) noexcept {
+int OpenCompany::Commit(const Changes& changes) noexcept {
   try {
     if (changes.empty()) return 0;
     Company::Prepared prepared = oCompany.Prepare(changes);

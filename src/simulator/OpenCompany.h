@@ -42,7 +42,7 @@ class OpenCompany {
 
   /// Makes the changes safe on disk, then carries them out in memory. On failure nothing has
   /// changed, here or there, and the error number (platform/SystemError.h) is returned.
-  int Commit(Changes changes) noexcept;
+  int Commit(const Changes& changes) noexcept;
 
  private:
   int MakeSafe(const Changes& changes);

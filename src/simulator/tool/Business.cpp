@@ -112,8 +112,9 @@ class Business {
     const std::string form(goods.forms[turn % goods.forms.size()]);
     const std::size_t quality = turn / goods.forms.size();
     Ware ware{.name = std::string(goods.name) + ' ' + form};
-    if (quality > 0)
+    if (quality > 0) {
       ware.name = std::string(goods.name.substr(0, 15)) + " #" + std::to_string(index);
+    }
     ware.counted = !oChance.InHundred(20);
     const int cost = goods.cost * (100 + oChance.Between(0, 60)) / 100;
     const int price = cost * oChance.Between(140, 190) / 100 / 5 * 5 + 4;

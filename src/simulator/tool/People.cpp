@@ -31,7 +31,7 @@ std::string People::NewFirm(std::span<const std::string_view> trades) {
   return name.append(" ").append(oChance.Of(trades));
 }
 
-std::string People::Unique(std::string name) {
+std::string People::Unique(const std::string& name) {
   const int count = ++oNames[name];
   return count == 1 ? name : Unique(name + ' ' + std::to_string(count));
 }

@@ -20,7 +20,7 @@ class Chance {
   /// From 0 to count - 1.
   std::size_t Below(std::size_t count) { return static_cast<std::size_t>(oNumbers() % count); }
   int Between(int least, int most) {
-    return least + static_cast<int>(Below(static_cast<std::size_t>(most - least + 1)));
+    return least + static_cast<int>(Below(static_cast<std::size_t>(most - least) + 1));
   }
   bool InHundred(int cases) { return Between(1, 100) <= cases; }
   template <class Thing>
@@ -44,7 +44,7 @@ class People {
   /// "Harbor Landscaping"
   std::string NewFirm(std::span<const std::string_view> trades);
   /// The name itself when it is the first of it, or one with a number behind it.
-  std::string Unique(std::string name);
+  std::string Unique(const std::string& name);
 
   /// BillAddress or another, with who is to read it in its first line.
   Element NewAddress(std::string_view field, std::string_view firstLine);
