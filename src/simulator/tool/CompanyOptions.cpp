@@ -11,6 +11,7 @@ const TextView kCompanyUsage =
     uR"(ostrel-company [--customers N] [--vendors N] [--items N] [--invoices N] [--seed S] FILE
 ostrel-company --check FILE
 ostrel-company --print FILE [KIND]
+ostrel-company --schema FILE
 
 Makes and looks after company files for the QuickBooks stand-in.
 
@@ -23,6 +24,7 @@ Makes and looks after company files for the QuickBooks stand-in.
   --check FILE   see whether a company file and its journal are sound: names and IDs that are there
                  once, references that lead somewhere, balances that follow from the transactions
   --print FILE   print a company as tables, or one KIND: Customer, Invoice, Item
+  --schema FILE  write the schema of the requests that the stand-in understands (qbxmlops30.xsd)
 
 Examples:
   ostrel-company sample.qbw
@@ -60,14 +62,15 @@ const std::map<TextView, Numbered> kNumbers = {
 const std::map<TextView, CompanyTask> kTasks = {{u"--help", CompanyTask::kHelp},
                                                 {u"-h", CompanyTask::kHelp},
                                                 {u"--check", CompanyTask::kCheck},
-                                                {u"--print", CompanyTask::kPrint}};
+                                                {u"--print", CompanyTask::kPrint},
+                                                {u"--schema", CompanyTask::kSchema}};
 
 // Takes the option at the front of `rest`; false when there is none.
 bool TakeOption(CompanyOptions& options, Values& rest, bool& sized) {
   const Text& name = rest.front();
   if (const auto task = kTasks.find(name); task != kTasks.end()) {
     if (options.task != CompanyTask::kCreate && options.task != task->second) {
-      throw UsageError(u"one thing at a time: --check or --print");
+      throw UsageError(u"one thing at a time: --check, --print or --schema");
     }
     options.task = task->second;
     rest = rest.subspan(1);

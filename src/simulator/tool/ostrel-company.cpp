@@ -1,4 +1,5 @@
-// ostrel-company: makes, checks and shows company files of the QuickBooks stand-in.
+// ostrel-company: makes, checks and shows company files of the QuickBooks stand-in, and writes the
+// schema of what it understands.
 #include <exception>
 #include <new>
 
@@ -6,6 +7,7 @@
 #include "platform/Console.h"
 #include "platform/SystemError.h"
 #include "simulator/Company.h"
+#include "simulator/QbxmlSchema.h"
 #include "simulator/tool/CompanyCheck.h"
 #include "simulator/tool/CompanyOptions.h"
 #include "simulator/tool/CompanyTables.h"
@@ -57,6 +59,11 @@ ExitCode Print(const CompanyOptions& options) {
   return kDone;
 }
 
+ExitCode WriteSchema(const CompanyOptions& options) {
+  const int error = CompanyFiles().WriteFrom(0, options.file, QbxmlSchema());
+  return error == 0 ? kDone : TellFileTrouble(options.file, error);
+}
+
 ExitCode Run(const std::vector<Text>& arguments) {
   const CompanyOptions options = ParseCompanyOptions(arguments);
   switch (options.task) {
@@ -67,6 +74,8 @@ ExitCode Run(const std::vector<Text>& arguments) {
       return Check(options);
     case CompanyTask::kPrint:
       return Print(options);
+    case CompanyTask::kSchema:
+      return WriteSchema(options);
     case CompanyTask::kCreate:
       break;
   }

@@ -34,11 +34,12 @@ TEST(CompanyOptions, TakeEveryNumber) {
   EXPECT_EQ(options.size.seed, 4294967295u);
 }
 
-TEST(CompanyOptions, TakeACheckAndAPrint) {
+TEST(CompanyOptions, TakeATask) {
   EXPECT_EQ(ParseCompanyOptions({u"--check", u"a.qbw"}).task, CompanyTask::kCheck);
   const CompanyOptions print = ParseCompanyOptions({u"--print", u"a.qbw", u"Invoice"});
   EXPECT_EQ(print.task, CompanyTask::kPrint);
   EXPECT_EQ(print.kind, u"Invoice");
+  EXPECT_EQ(ParseCompanyOptions({u"--schema", u"a.xsd"}).task, CompanyTask::kSchema);
   EXPECT_EQ(ParseCompanyOptions({u"--help"}).task, CompanyTask::kHelp);
 }
 
@@ -50,7 +51,7 @@ TEST(CompanyOptions, ComplainInWords) {
             "--items takes a number from 0 to 1000000, not \"-1\"");
   EXPECT_EQ(Complaint({u"a.qbw", u"b.qbw"}), "too much behind the file: b.qbw");
   EXPECT_EQ(Complaint({u"--check", u"--print", u"a.qbw"}),
-            "one thing at a time: --check or --print");
+            "one thing at a time: --check, --print or --schema");
   EXPECT_EQ(Complaint({u"--check", u"--seed", u"1", u"a.qbw"}),
             "numbers are for a company that is created");
   EXPECT_EQ(Complaint({u"--items", u"0", u"a.qbw"}), "invoices need customers and items");
