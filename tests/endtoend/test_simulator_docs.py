@@ -2,12 +2,13 @@
 
 import re
 import shutil
+import subprocess
 import xml.etree.ElementTree as ElementTree
 
 import pytest
 
 from gateway import qbxml
-from system import ROOT, UNDER_WINE, as_known
+from system import ROOT, UNDER_WINE, as_known, command, program_file
 
 DOCUMENT = (ROOT / "docs" / "simulator.md").read_text(encoding="utf-8")
 SCHEMA = ROOT / "samples" / "qbxmlops30.xsd"
@@ -215,3 +216,13 @@ def test_every_fault_has_an_example():
     assert set(re.findall(r'^ *\{"(\w+)", Read', source, re.M)) == knobs
     companies = "\n".join(blocks("company"))
     assert sorted(knob for knob in knobs if not re.search(rf"<Fault[^>]*\b{knob}=", companies)) == []
+
+
+def test_every_option_of_ostrel_company_is_named():
+    helped = subprocess.run(
+        command(program_file("ostrel-company"), "--help"), check=True, capture_output=True, timeout=60
+    )
+    options = set(re.findall(r"--[a-z]+", helped.stdout.decode()))
+
+    assert {"--customers", "--check"} <= options
+    assert sorted(option for option in options if option not in DOCUMENT) == []
