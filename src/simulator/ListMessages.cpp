@@ -71,14 +71,6 @@ void RenameBelow(const Kind& kind, const Element& before, const Element& after, 
   }
 }
 
-// The answer with the object as it is in the company now.
-Answer Saved(const Call& call, Draft& draft, const Kind& kind, const Element& object) {
-  const std::string id(object.ChildText("ListID"));
-  Status status = CommitFor(call, draft.Take(), Described(kind, object));
-  if (status.IsError()) return {.status = std::move(status)};
-  return {.status = {}, .body = OneRet(call, kind, *call.company.Data().List(kind).Find(id))};
-}
-
 }  // namespace
 
 Answer AddListObject(const Call& call) {
@@ -91,7 +83,7 @@ Answer AddListObject(const Call& call) {
   DropPassing(object, kind.fields);
   Draft draft(company);
   draft.Put(kind, object);
-  return Saved(call, draft, kind, object);
+  return Saved(call, draft.Take(), object);
 }
 
 Answer ModifyListObject(const Call& call) {
@@ -111,7 +103,7 @@ Answer ModifyListObject(const Call& call) {
   Draft draft(company);
   RenameBelow(kind, *before, object, draft);
   draft.Put(kind, object);
-  return Saved(call, draft, kind, object);
+  return Saved(call, draft.Take(), object);
 }
 
 Answer DeleteListObject(const Call& call) {

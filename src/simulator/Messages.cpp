@@ -165,6 +165,15 @@ Status CommitFor(const Call& call, const Changes& changes, std::string_view desc
   return CannotSave(described, ToUtf8(platform::SystemErrorText(error)));
 }
 
+Answer Saved(const Call& call, const Changes& changes, const Element& object) {
+  const Kind& kind = call.OfKind();
+  Status status = CommitFor(call, changes, Described(kind, object));
+  if (status.IsError()) return {.status = std::move(status)};
+  const ObjectList& objects = call.company.Data().List(kind);
+  return {.status = {},
+          .body = OneRet(call, kind, *objects.Find(object.ChildText(kind.IdField())))};
+}
+
 std::span<const std::string_view> SupportedVersions() { return kVersions; }
 
 }  // namespace ostrel::simulator

@@ -77,6 +77,8 @@ std::string OneRet(const Call& call, const Kind& kind, const Element& object);
 std::string Described(const Kind& kind, const Element& object);
 /// Commits; the status of a failure names the object.
 Status CommitFor(const Call& call, const Changes& changes, std::string_view described);
+/// Commits what was added or modified; the answer holds the object as it is in the company then.
+Answer Saved(const Call& call, const Changes& changes, const Element& object);
 
 /// As in <?qbxml version="..."?>, oldest first.
 std::span<const std::string_view> SupportedVersions();

@@ -83,13 +83,6 @@ std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& gi
   return std::nullopt;
 }
 
-Answer Saved(const Call& call, Draft& draft, const Kind& kind, const Element& object) {
-  const std::string id(object.ChildText("TxnID"));
-  Status status = CommitFor(call, draft.Take(), kind.name);
-  if (status.IsError()) return {.status = std::move(status)};
-  return {.status = {}, .body = OneRet(call, kind, *call.company.Data().List(kind).Find(id))};
-}
-
 // The sums, what is paid, and the balances of others.
 std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
                             const Applications& applications) {
@@ -122,7 +115,7 @@ Answer AddTransaction(const Call& call) {
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
   Draft draft(company);
   if (auto status = Enter(call, draft, object, applications)) return {*status};
-  return Saved(call, draft, kind, object);
+  return Saved(call, draft.Take(), object);
 }
 
 Answer ModifyTransaction(const Call& call) {
@@ -147,7 +140,7 @@ Answer ModifyTransaction(const Call& call) {
   if (OpenAmountOf(kind, object) < Decimal()) {
     return {CannotModify(kind.name, "The amount is less than what has been paid.")};
   }
-  return Saved(call, draft, kind, object);
+  return Saved(call, draft.Take(), object);
 }
 
 Answer DeleteTransaction(const Call& call) {
