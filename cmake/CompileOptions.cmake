@@ -45,7 +45,6 @@ function(ostrel_test name)
   list(TRANSFORM ARG_UNPARSED_ARGUMENTS APPEND /*.cpp)
   file(GLOB sources CONFIGURE_DEPENDS ${ARG_UNPARSED_ARGUMENTS})
   ostrel_program(${name} SOURCES ${sources} DEPENDS ${ARG_DEPENDS} GTest::gmock_main)
-  target_compile_definitions(${name} PRIVATE OSTREL_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
   # Most of the time to build everything is for the tests' own code, which is neither to be fast nor
   # what is looked at for undefined behaviour.
   target_compile_options(${name} PRIVATE -O0 $<$<BOOL:${OSTREL_SANITIZE}>:-fno-sanitize=undefined>)
