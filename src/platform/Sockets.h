@@ -45,12 +45,13 @@ class SocketLayer {
   /// Ends its notifications too. What was sent goes on to the peer.
   virtual int Close(SocketHandle socket) = 0;
 
-  /// A port that any other socket listens on is in use: 10048. One whose listener has just gone is
-  /// free at once.
+  /// A port that another socket listens on at the same address is in use: 10048. One whose listener
+  /// has gone is free at once, also while connections of it are still open or linger.
   virtual int Bind(SocketHandle socket, SocketAddress address) = 0;
   /// At least `backlog` connections may wait to be accepted.
   virtual int Listen(SocketHandle socket, int backlog) = 0;
-  /// The handle of the connection that waited longest.
+  /// The handle of the connection that waited longest. A peer that vanishes without a word is found
+  /// out: the first probe goes out when nothing has come for a minute, then one every ten seconds.
   virtual SocketResult<SocketHandle> Accept(SocketHandle listener) = 0;
   /// kWouldBlock: the connect notification tells how it ended.
   virtual int Connect(SocketHandle socket, SocketAddress peer) = 0;
@@ -58,7 +59,8 @@ class SocketLayer {
   virtual int ShutdownSend(SocketHandle socket) = 0;
 
   /// Bytes accepted, which may be fewer than offered; they leave at once, however few they are. A
-  /// datagram socket sends to `peer`, others take none. Never raises a signal.
+  /// datagram socket sends to `peer`, others take none. 10057 on a stream before its connect
+  /// notification. Never raises a signal.
   virtual SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
                                           const SocketAddress* peer) = 0;
   /// Bytes received; 0 when the peer has finished. A datagram socket fills in `peer`, if given.

@@ -4,7 +4,6 @@
 #include <array>
 #include <bit>
 #include <limits>
-#include <new>
 #include <utility>
 
 #include "sockets/DottedAddress.h"
@@ -24,9 +23,8 @@ static_assert(std::endian::native == std::endian::little, "numbers travel in the
 
 constexpr int kBacklog = 5;
 constexpr int kInvalidArgument = 10022;
+constexpr int kShutDown = 10058;
 constexpr int kWrongState = 40006;
-constexpr int kOutOfMemory = 7;
-constexpr int kInternalError = 51;
 constexpr std::int32_t kLargestChunk = 1024 * 1024;
 
 [[noreturn]] void Raise(int number, TextView source) {
@@ -49,16 +47,12 @@ std::int32_t Count(std::size_t bytes) {
   return static_cast<std::int32_t>(std::min(bytes, most));
 }
 
-RunTimeError AsRunTimeError(const std::exception_ptr& exception) {
-  try {
-    std::rethrow_exception(exception);
-  } catch (const RunTimeError& error) {
-    return error;
-  } catch (const std::bad_alloc&) {
-    return RunTimeError(kOutOfMemory, u"CSocket", u"Out of memory");
-  } catch (...) {
-    return RunTimeError(kInternalError, u"CSocket", u"Internal error");
-  }
+/// Errors of a send after which nothing more gets through. All others pass, want of memory in the
+/// system and a connection that is not there yet among them.
+bool IsLost(int error) {
+  constexpr int lost[] = {10038 /* no socket */,  10052 /* reset */,    10053 /* aborted */,
+                          10054 /* reset */,      kShutDown, 10060 /* timed out */};
+  return std::find(std::begin(lost), std::end(lost), error) != std::end(lost);
 }
 
 /// Queues a value in the form in which it travels.
@@ -165,6 +159,7 @@ void CSocket::Accept(std::int32_t requestID) {
   oSupport.TakeOver(requestID);
   lHandle = requestID;
   ++lIncarnation;
+  lBytesSent = 0;
   ReadProperties();
   Register(u"CSocket.Accept");
   iState = SocketState::kConnected;
@@ -175,9 +170,14 @@ void CSocket::vbSocket() {
   oSupport.InitWinsockService();
   const auto opened = oSupport.Layer().Open(iProtocol);
   RaiseIf(opened.error, source);
+  if (lHandle != kNoSocket) {
+    LetGo();
+    iState = SocketState::kClosed;
+  }
   oReceived.Clear();
   lHandle = opened.value;
   ++lIncarnation;
+  lBytesSent = 0;
   ReadProperties();
   Register(source);
 }
@@ -210,12 +210,18 @@ void CSocket::CloseSocket() {
   const bool tcp = iProtocol == SocketProtocol::kTcp;
   if (tcp && lHandle != kNoSocket && iState == SocketState::kConnected) {
     iState = SocketState::kClosing;
-    oSendQueue.Clear();
-    bSendPending = false;
-    return RaiseIf(oSupport.Layer().ShutdownSend(lHandle), u"CSocket.CloseSocket");
+    bEndsSending = true;
+    return EndSendingWhenQueueIsEmpty();
   }
   DestroySocket();
   iState = SocketState::kClosed;
+}
+
+void CSocket::EndSendingWhenQueueIsEmpty() {
+  if (bEndsSending && oSendQueue.Empty()) {
+    bEndsSending = bSendPending = false;
+    RaiseIf(oSupport.Layer().ShutdownSend(lHandle), u"CSocket.CloseSocket");
+  }
 }
 
 void CSocket::CancelResolve() {
@@ -233,7 +239,7 @@ int CSocket::LetGo() {
   oSupport.UnregisterSocket(lHandle);
   ++lIncarnation;
   oSendQueue.Clear();
-  bSendPending = false;
+  bSendPending = bEndsSending = false;
   lSendChunk = 0;
   return oSupport.Layer().Close(std::exchange(lHandle, kNoSocket));
 }
@@ -249,12 +255,19 @@ void CSocket::SendData(const SocketValue& vData) {
   if (lHandle == kNoSocket) {
     vbSocket();
   }
+  RaiseIf(bEndsSending ? kShutDown : 0, u"CSocket.SendData");
+  const std::size_t before = oSendQueue.Size();
   std::visit(Enqueue{oSendQueue}, vData);
-  bSendPending = true;
-  RaiseIf(PassQueuedData(), u"CSocket.SendData");
+  const bool pendingBefore = std::exchange(bSendPending, true);
+  const int error = PassQueuedData();
+  if (error != 0 && !oSendQueue.Empty()) {
+    oSendQueue.RemoveLast(oSendQueue.Size() - before);
+    bSendPending = pendingBefore;
+  }
+  RaiseIf(error, u"CSocket.SendData");
 }
 
-/// One attempt. 0, or the error number; what cannot be sent any more is dropped.
+/// One attempt. 0, or the error number; what cannot be sent on a lost connection is dropped.
 int CSocket::PassQueuedData() {
   if (oSendQueue.Empty()) {
     return 0;
@@ -264,14 +277,17 @@ int CSocket::PassQueuedData() {
   const auto sent = oSupport.Layer().Send(lHandle, oSendQueue.Front(), udp ? &peer : nullptr);
   if (sent.error == 0) {
     oSendQueue.Remove(static_cast<std::size_t>(sent.value));
+    lBytesSent += static_cast<std::uint64_t>(sent.value);
     ReportSendProgress(sent.value);
     return 0;
   }
   if (sent.error == kWouldBlock) {
     return 0;
   }
-  oSendQueue.Clear();
-  bSendPending = false;
+  if (IsLost(sent.error)) {
+    oSendQueue.Clear();
+    bSendPending = false;
+  }
   return sent.error;
 }
 
@@ -325,6 +341,7 @@ void CSocket::OnWriteEvent() {
     bSendPending = false;
     ReportSendComplete();
   }
+  EndSendingWhenQueueIsEmpty();
 }
 
 void CSocket::OnAcceptEvent() {
@@ -354,17 +371,27 @@ bool CSocket::Drain() {
   return lIncarnation == own;
 }
 
+/// Passes on what the network takes of the queue; whether the peer still wants it or not, the close
+/// is reported. False when a handler has meanwhile closed the socket.
+bool CSocket::PassAllQueuedData() {
+  const auto own = lIncarnation;
+  std::size_t before;
+  do {
+    before = oSendQueue.Size();
+    if (PassQueuedData() != 0) {
+      break;
+    }
+  } while (lIncarnation == own && oSendQueue.Size() < before);
+  return lIncarnation == own;
+}
+
 void CSocket::OnCloseEvent() {
   if (!Drain()) {
     return;
   }
   const bool silently = iState == SocketState::kClosing;
-  const auto own = lIncarnation;
-  if (!silently) {
-    iState = SocketState::kClosing;
-    PassQueuedData();  // whether the peer still takes it or not, the close is reported
-  }
-  if (lIncarnation != own) {
+  iState = SocketState::kClosing;
+  if (!PassAllQueuedData()) {
     return;
   }
   DestroySocket();
@@ -387,7 +414,7 @@ void CSocket::PostGetHostEvent(int error, std::uint32_t ip) {
 /// The connection that a listener's handler failed for is closed already; the listener goes on.
 void CSocket::OnException(const std::exception_ptr& exception) {
   if (iState != SocketState::kListening) {
-    const RunTimeError error = AsRunTimeError(exception);
+    const RunTimeError error = AsRunTimeError(exception, u"CSocket");
     Fail(error.Number, error.Description, error.Source);
   }
 }
@@ -476,7 +503,8 @@ void CSocket::ReportDataArrival() {
 }
 
 void CSocket::ReportError(int number, Text description, TextView source) {
-  const auto Number = static_cast<std::int16_t>(number);
+  const bool fits = std::in_range<std::uint16_t>(number);
+  const auto Number = static_cast<std::uint16_t>(fits ? number : RunTimeError::kInternalError);
   bool cancelDisplay = false;
   if (oCallback != nullptr) {
     oCallback->OnError(iIndex, Number, description, 0, source, {}, 0, cancelDisplay);

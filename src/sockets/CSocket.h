@@ -35,8 +35,9 @@ struct SocketEvents {
   std::function<void(std::int32_t requestID)> OnConnectionRequest;
   /// bytesTotal: bytes now held in the receive buffer.
   std::function<void(std::int32_t bytesTotal)> OnDataArrival;
-  /// The socket is gone. Source: the notification's number, or the member that failed.
-  std::function<void(std::int16_t Number, Text& Description, std::int32_t Scode, TextView Source,
+  /// The socket is gone. Source: the notification's number, or the member that failed. A number
+  /// that 16 bits do not hold is told as 51.
+  std::function<void(std::uint16_t Number, Text& Description, std::int32_t Scode, TextView Source,
                      TextView HelpFile, std::int32_t HelpContext, bool& CancelDisplay)>
       OnError;
   std::function<void()> OnSendComplete;
@@ -59,6 +60,7 @@ class CSocket final : public SocketOwner {
   SocketEvents Events;
   /// Without a callback the index is 0, whatever was given. The callback is not owned.
   void SetCallback(std::int16_t Index, ISocketServer* callback);
+  std::int16_t CallbackIndex() const { return iIndex; }
 
   /// What is not given stays as it was. The host is a dotted address or a name. How it ended is
   /// told by OnConnect or OnError.
@@ -69,13 +71,16 @@ class CSocket final : public SocketOwner {
   void Listen();
   /// Owns the connection from here on, also when it raises.
   void Accept(std::int32_t requestID);
-  /// Creates the system's socket and registers it.
+  /// Creates the system's socket and registers it; one that is there already is closed at once.
   void vbSocket();
-  /// A connected socket ends its sending direction and is closed, silently, once the peer has
-  /// closed too; what still waits to be sent is dropped. Any other is closed at once.
+  /// A connected socket ends its sending direction once the network has taken all that is queued,
+  /// and is closed, silently, once the peer has closed too. Any other is closed at once, also one
+  /// that is closing already.
   void CloseSocket();
 
-  /// Error 40006 on a TCP socket that is not there.
+  /// Queues the data and offers it to the network. Error 40006 on a TCP socket that is not there,
+  /// 10057 on one that is not connected yet. Data for which it raises is not queued; what was
+  /// queued before stays, unless the connection is lost. Raises std::bad_alloc without memory.
   void SendData(const SocketValue& vData);
   void SendString(TextView text) { SendData(text); }
 
@@ -102,6 +107,10 @@ class CSocket final : public SocketOwner {
   }
   /// In the receive buffer.
   std::int32_t BytesReceived() const;
+  /// Queued, and not yet taken by the network.
+  std::size_t BytesToSend() const { return oSendQueue.Size(); }
+  /// Taken by the network since the system's socket was made; kept after the close.
+  std::uint64_t BytesSent() const { return lBytesSent; }
 
   SocketState State() const { return iState; }
   std::int32_t SocketHandle() const { return lHandle; }
@@ -139,6 +148,8 @@ class CSocket final : public SocketOwner {
   platform::SocketResult<std::int32_t> RecvToBuffer();
   bool Drain();
   int PassQueuedData();
+  bool PassAllQueuedData();
+  void EndSendingWhenQueueIsEmpty();
   void ConnectTo(std::uint32_t ip, TextView source);
   void Register(TextView source);
   void ReadProperties();
@@ -165,7 +176,9 @@ class CSocket final : public SocketOwner {
   platform::LookUpHandle lLookUp = 0;
   SendQueue oSendQueue;
   ReceiveBuffer oReceived;
+  std::uint64_t lBytesSent = 0;
   bool bSendPending = false;
+  bool bEndsSending = false;  // closed by this side, with data still queued
   std::int32_t lSendChunk = 0;
   std::int32_t lReceiveChunk = 0;
   Text sRemoteHost;

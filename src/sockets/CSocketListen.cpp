@@ -1,8 +1,9 @@
 #include "sockets/CSocketListen.h"
 
+#include <exception>
+
 #include "platform/EventLoop.h"
 #include "sockets/CSocket.h"
-#include "util/RunTimeError.h"
 
 namespace ostrel {
 
@@ -15,7 +16,7 @@ CSocketListen::CSocketListen(MSocketSupport& support)
   oListen->Events.OnConnectionRequest = [this](std::int32_t requestID) {
     oListen_OnConnectionRequest(requestID);
   };
-  oListen->Events.OnError = [this](std::int16_t Number, Text& Description, std::int32_t Scode,
+  oListen->Events.OnError = [this](std::uint16_t Number, Text& Description, std::int32_t Scode,
                                    TextView Source, TextView, std::int32_t,
                                    bool&) { oListen_OnError(Number, Description, Scode, Source); };
   oListen->Events.OnClose = [this] { oListen_OnClose(); };
@@ -70,7 +71,7 @@ bool CSocketListen::StopListen() {
   const auto keep = shared_from_this();
   try {
     oListen->CloseSocket();
-  } catch (const RunTimeError&) {  // a socket that cannot even be closed is no listener either
+  } catch (const std::exception&) {  // a socket that cannot even be closed is no listener either
     bListenning = false;
   }
   sState = u"Closed";
@@ -92,7 +93,7 @@ void CSocketListen::oListen_OnConnectionRequest(std::int32_t requestID) {
   }
 }
 
-void CSocketListen::oListen_OnError(std::int16_t Number, Text& Description, std::int32_t Scode,
+void CSocketListen::oListen_OnError(std::uint16_t Number, Text& Description, std::int32_t Scode,
                                     TextView Source) {
   if (const auto handler = Events.Error) {
     handler(Number, Description, Scode, Source);

@@ -18,7 +18,7 @@ struct SocketListenEvents {
   std::function<void(std::int32_t requestID, std::int32_t LocalPort, TextView RemoteIP,
                      TextView RemoteHost)>
       ConnectionRequest;
-  std::function<void(std::int16_t Number, Text& Description, std::int32_t Scode, TextView Source)>
+  std::function<void(std::uint16_t Number, Text& Description, std::int32_t Scode, TextView Source)>
       Error;
   /// True when listening began, false when it ended; also by a StopListen that had nothing to stop.
   std::function<void(bool listening)> ServerListening;
@@ -36,9 +36,10 @@ class CSocketListen : public std::enable_shared_from_this<CSocketListen> {
   SocketListenEvents Events;
 
   /// Listens anew. An empty LocalIP listens on all interfaces and is then filled with the machine's
-  /// own address. False, after the event StartFailed, when the port cannot be had; never raises.
+  /// own address. False, after the event StartFailed, when the port cannot be had. Raises only what
+  /// a handler of StartFailed raises.
   bool StartListen(std::int32_t Port, Text& LocalIP);
-  /// Always false.
+  /// Always false. Raises only what a handler of ServerListening raises.
   bool StopListen();
 
   bool Listenning() const { return bListenning; }
@@ -51,7 +52,7 @@ class CSocketListen : public std::enable_shared_from_this<CSocketListen> {
   explicit CSocketListen(MSocketSupport& support);
 
   void oListen_OnConnectionRequest(std::int32_t requestID);
-  void oListen_OnError(std::int16_t Number, Text& Description, std::int32_t Scode, TextView Source);
+  void oListen_OnError(std::uint16_t Number, Text& Description, std::int32_t Scode, TextView Source);
   void oListen_OnClose();
 
   void Listen(std::int32_t Port, Text& LocalIP);

@@ -1,5 +1,6 @@
 #include "sockets/CSocketServer.h"
 
+#include <algorithm>
 #include <exception>
 #include <limits>
 #include <utility>
@@ -22,13 +23,13 @@ const CSocketListen& Existing(const std::shared_ptr<CSocketListen>& listener, Te
   return *listener;
 }
 
-/// What a socket raises is left in Err.
+/// What a socket or a handler raises is left in Err.
 template <typename Operation>
-void Guarded(Operation operation) {
+void Guarded(const Operation& operation) noexcept {
   try {
     operation();
-  } catch (const RunTimeError& error) {
-    Err.Set(error.Number, error.Source, error.Description);
+  } catch (...) {
+    Err.SetFrom(std::current_exception(), u"CSocketServer");
   }
 }
 
@@ -46,20 +47,14 @@ CSocketServer::CSocketServer(MSocketSupport& support)
   Subscribe();
 }
 
-CSocketServer::~CSocketServer() {
-  try {
-    StopServer();
-  } catch (...) {  // by a handler of ServerStopped; nobody is left to tell
-    CloseAllSockets();
-  }
-}
+CSocketServer::~CSocketServer() { StopServer(); }
 
 void CSocketServer::Subscribe() {
   auto& events = oListen->Events;
   events.ConnectionRequest = [this](std::int32_t requestID, std::int32_t, TextView, TextView) {
     oListen_ConnectionRequest(requestID);
   };
-  events.Error = [this](std::int16_t Number, Text& Description, std::int32_t Scode,
+  events.Error = [this](std::uint16_t Number, Text& Description, std::int32_t Scode,
                         TextView Source) { oListen_Error(Number, Description, Scode, Source); };
   events.ServerListening = [this](bool listening) { oListen_ServerListening(listening); };
   events.OnClose = [this] { CloseAllSockets(); };
@@ -70,14 +65,29 @@ void CSocketServer::Subscribe() {
   };
 }
 
+/// The listener may be on the stack, about to raise more: none of that reaches the server.
+void CSocketServer::ReleaseListener() {
+  if (const auto listener = std::exchange(oListen, nullptr)) {
+    listener->Events = {};
+  }
+}
+
 bool CSocketServer::StartServer(std::int32_t Port, Text& LocalIP) {
+  Err.Clear();
+  bool started = false;
+  Guarded([&] { started = Start(Port, LocalIP); });
+  return started;
+}
+
+bool CSocketServer::Start(std::int32_t Port, Text& LocalIP) {
   const std::weak_ptr<void> life = oLife;
+  bServerStarted = false;
   if (!oListen) {
     oListen = CSocketListen::Create(oSupport);
     Subscribe();
   }
   const auto listener = oListen;
-  listener->StopListen();  // kept: ServerStopped comes with every start
+  Guarded([&] { listener->StopListen(); });  // kept: ServerStopped comes with every start
   if (life.expired() || listener != oListen) {
     return false;
   }
@@ -91,19 +101,23 @@ bool CSocketServer::StartServer(std::int32_t Port, Text& LocalIP) {
 
 bool CSocketServer::StopServer() {
   const std::weak_ptr<void> life = oLife;
-  if (const auto listener = std::exchange(oListen, nullptr)) {
-    listener->StopListen();
-  }
+  StopListening();
   if (life.expired()) {
     return false;
   }
-  CloseAllSockets();
+  ReleaseListener();
+  CloseEverySocket();
   sState = u"Closed";
   bServerStarted = false;
-  if (const auto handler = Events.ServerStopped) {  // kept: a second time for one stop
-    handler();
-  }
+  Guarded([this] { oListen_ServerListening(false); });  // kept: a second time for one stop
   return false;
+}
+
+void CSocketServer::StopListening() {
+  Err.Clear();
+  if (const auto listener = oListen) {
+    Guarded([&] { listener->StopListen(); });
+  }
 }
 
 std::int32_t CSocketServer::ServerPort() const {
@@ -134,7 +148,11 @@ std::shared_ptr<CSocket> CSocketServer::SocketAt(std::int32_t index) const {
 
 void CSocketServer::SendData(const SocketValue& vData, std::int32_t lIndex) {
   Err.Clear();
-  if (const auto socket = SocketAt(lIndex)) {
+  SendTo(SocketAt(lIndex), vData);
+}
+
+void CSocketServer::SendTo(const std::shared_ptr<CSocket>& socket, const SocketValue& vData) {
+  if (socket) {
     Guarded([&] { socket->SendData(vData); });
   }
 }
@@ -144,34 +162,47 @@ void CSocketServer::SendString(TextView Data, std::int32_t lIndex) { SendData(Da
 void CSocketServer::BroadcastData(const SocketValue& vData) {
   Err.Clear();
   for (std::int32_t i = 1; i <= ConnectionCount(); ++i) {
-    SendData(vData, i);
+    SendTo(SocketAt(i), vData);
   }
 }
 
 void CSocketServer::CloseSocket(std::int16_t Index) {
+  Err.Clear();
   if (const auto socket = SocketAt(Index)) {
+    SearchFrom(Index);
     Guarded([&] { socket->CloseSocket(); });
   }
 }
 
 void CSocketServer::CloseAllSockets() {
-  const auto connections = std::exchange(oConnections, decltype(oConnections)(1));
-  for (const auto& socket : connections) {
-    if (socket) {
+  Err.Clear();
+  CloseEverySocket();
+}
+
+/// No event is raised here: the array stays as it is until its end.
+void CSocketServer::CloseEverySocket() {
+  for (auto& slot : oConnections) {
+    if (const auto socket = std::exchange(slot, nullptr)) {
       Guarded([&] { socket->CloseSocket(); });
       socket->SetCallback(0, nullptr);
     }
   }
+  oConnections.resize(1);
+  lSearchFrom = 1;
 }
 
 Text CSocketServer::GetRemoteHost(std::int16_t Index) const {
   const auto socket = SocketAt(Index);
-  return socket ? socket->RemoteHost() : Text();
+  Text host;
+  Guarded([&] { host = socket ? socket->RemoteHost() : Text(); });
+  return host;
 }
 
 Text CSocketServer::GetRemoteIP(std::int16_t Index) const {
   const auto socket = SocketAt(Index);
-  return socket ? socket->RemoteHostIP() : Text();
+  Text address;
+  Guarded([&] { address = socket ? socket->RemoteHostIP() : Text(); });
+  return address;
 }
 
 std::int32_t CSocketServer::GetBytesReceived(std::int16_t Index) const {
@@ -179,17 +210,33 @@ std::int32_t CSocketServer::GetBytesReceived(std::int16_t Index) const {
   return socket ? socket->BytesReceived() : 0;
 }
 
+std::size_t CSocketServer::GetBytesToSend(std::int16_t Index) const {
+  const auto socket = SocketAt(Index);
+  return socket ? socket->BytesToSend() : 0;
+}
+
+std::uint64_t CSocketServer::GetBytesSent(std::int16_t Index) const {
+  const auto socket = SocketAt(Index);
+  return socket ? socket->BytesSent() : 0;
+}
+
 std::int16_t CSocketServer::GetState(std::int16_t Index) const {
   const auto socket = SocketAt(Index);
   return static_cast<std::int16_t>(socket ? socket->State() : SocketState::kClosed);
 }
 
+void CSocketServer::SearchFrom(std::int16_t index) {
+  lSearchFrom = std::min(lSearchFrom, static_cast<std::size_t>(index));
+}
+
 /// The lowest free index, with an empty slot for it; 0 when every number is taken.
 std::int16_t CSocketServer::TakeSlot() {
   constexpr std::size_t most = std::numeric_limits<std::int16_t>::max();
-  std::size_t index = 1;
-  while (index < oConnections.size() && !Reusable(oConnections[index])) {
-    ++index;
+  std::size_t index = lSearchFrom;
+  for (; index < oConnections.size() && !Reusable(oConnections[index]); ++index) {
+    // A socket that is closing will be free without a word.
+    const bool stays = oConnections[index]->State() != SocketState::kClosing;
+    lSearchFrom += index == lSearchFrom && stays ? 1 : 0;
   }
   if (index > most) {
     return 0;
@@ -221,14 +268,17 @@ void CSocketServer::oListen_ConnectionRequest(std::int32_t requestID) {
   }
 }
 
-void CSocketServer::oListen_Error(std::int16_t Number, Text& Description, std::int32_t Scode,
+void CSocketServer::oListen_Error(std::uint16_t Number, Text& Description, std::int32_t Scode,
                                   TextView Source) {
   const std::weak_ptr<void> life = oLife;
-  if (const auto handler = Events.Error) {
-    handler(0, Number, Description, Scode, Source);
-  }
+  Err.Clear();
+  Guarded([&] {
+    if (const auto handler = Events.Error) {
+      handler(0, Number, Description, Scode, Source);
+    }
+  });
   if (!life.expired()) {
-    CloseAllSockets();
+    CloseEverySocket();
   }
 }
 
@@ -251,6 +301,7 @@ void CSocketServer::OnDataArrival(std::int16_t Index, std::int32_t bytesTotal) {
 }
 
 void CSocketServer::OnClose(std::int16_t Index) {
+  SearchFrom(Index);
   const auto socket = SocketAt(Index);
   const auto handler = Events.SocketClosed;
   if (socket && handler) {
@@ -258,8 +309,9 @@ void CSocketServer::OnClose(std::int16_t Index) {
   }
 }
 
-void CSocketServer::OnError(std::int16_t Index, std::int16_t Number, Text& Description,
+void CSocketServer::OnError(std::int16_t Index, std::uint16_t Number, Text& Description,
                             std::int32_t Scode, TextView Source, TextView, std::int32_t, bool&) {
+  SearchFrom(Index);
   if (const auto handler = Events.Error) {
     handler(Index, Number, Description, Scode, Source);
   }

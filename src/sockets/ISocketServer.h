@@ -17,7 +17,7 @@ class ISocketServer {
   virtual void OnConnectionRequest(std::int16_t Index, std::int32_t requestID) = 0;
   /// bytesTotal: bytes now held in the socket's receive buffer.
   virtual void OnDataArrival(std::int16_t Index, std::int32_t bytesTotal) = 0;
-  virtual void OnError(std::int16_t Index, std::int16_t Number, Text& Description,
+  virtual void OnError(std::int16_t Index, std::uint16_t Number, Text& Description,
                        std::int32_t Scode, TextView Source, TextView HelpFile,
                        std::int32_t HelpContext, bool& CancelDisplay) = 0;
   virtual void OnSendComplete(std::int16_t Index) = 0;

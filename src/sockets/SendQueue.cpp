@@ -15,12 +15,14 @@ constexpr std::size_t kChunkBytes = 64 * 1024;
 /// The last chunk while it has room, else a new one. The first takes no more than its own bytes:
 /// most messages leave at once.
 std::string& SendQueue::ChunkFor(std::size_t bytes) {
-  if (chunks.empty() || chunks.back().capacity() - chunks.back().size() < bytes) {
-    std::string chunk;
-    chunk.reserve(chunks.empty() ? bytes : std::max(bytes, kChunkBytes));
+  if (chunks.empty() || chunks.back().sBytes.capacity() - chunks.back().sBytes.size() < bytes) {
+    Chunk chunk;
+    const std::size_t room = chunks.empty() ? bytes : std::max(bytes, kChunkBytes);
+    chunk.oShare.Resize(room);
+    chunk.sBytes.reserve(room);
     chunks.push_back(std::move(chunk));
   }
-  return chunks.back();
+  return chunks.back().sBytes;
 }
 
 void SendQueue::AddText(TextView text) {
@@ -38,7 +40,7 @@ void SendQueue::AddBytes(std::span<const char> bytes) {
 }
 
 std::span<const char> SendQueue::Front() const {
-  return Empty() ? std::span<const char>() : std::span<const char>(chunks.front()).subspan(taken);
+  return Empty() ? std::span<const char>() : std::span<const char>(chunks.front().sBytes).subspan(taken);
 }
 
 void SendQueue::Remove(std::size_t count) {
@@ -46,9 +48,25 @@ void SendQueue::Remove(std::size_t count) {
   size -= count;
   if (Empty()) {
     Clear();
-  } else if (taken == chunks.front().size()) {
+  } else if (taken == chunks.front().sBytes.size()) {
     chunks.pop_front();
     taken = 0;
+  }
+}
+
+void SendQueue::RemoveLast(std::size_t count) {
+  size -= count;
+  if (Empty()) {
+    return Clear();
+  }
+  while (count > 0) {
+    std::string& last = chunks.back().sBytes;
+    const std::size_t part = std::min(count, last.size());
+    last.resize(last.size() - part);
+    count -= part;
+    if (last.empty()) {
+      chunks.pop_back();
+    }
   }
 }
 

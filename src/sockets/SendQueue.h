@@ -1,5 +1,6 @@
 // Bytes accepted for sending that the network has not taken yet. Held in chunks, so that taking
-// some off the front moves nothing, and queueing more never copies what waits already.
+// some off the front moves nothing, and queueing more never copies what waits already. The chunks
+// count against the budget of all texts.
 #pragma once
 
 #include <cstdint>
@@ -8,11 +9,13 @@
 #include <string>
 
 #include "util/Text.h"
+#include "util/TextBudget.h"
 
 namespace ostrel {
 
 class SendQueue {
  public:
+  /// These raise std::bad_alloc, the queue unchanged, without memory for all of it.
   void AddText(TextView text);
   void AddBytes(std::span<const char> bytes);
 
@@ -22,12 +25,19 @@ class SendQueue {
   std::span<const char> Front() const;
   /// Takes bytes off the front, at most as many as Front has.
   void Remove(std::size_t count);
+  /// Takes back the bytes that were added last.
+  void RemoveLast(std::size_t count);
   void Clear();
 
  private:
+  struct Chunk {
+    TextBudget::Share oShare;
+    std::string sBytes;
+  };
+
   std::string& ChunkFor(std::size_t bytes);
 
-  std::deque<std::string> chunks;
+  std::deque<Chunk> chunks;
   std::size_t taken = 0;  // bytes of the first chunk that are gone
   std::size_t size = 0;
 };

@@ -12,6 +12,9 @@ namespace ostrel {
 /// Raised by the file class's profile operations, the linked list and the socket classes.
 class RunTimeError : public std::exception {
  public:
+  static constexpr int kOutOfMemory = 7;
+  static constexpr int kInternalError = 51;
+
   explicit RunTimeError(int number, Text source = {}, Text description = {})
       : Number(number), Source(std::move(source)), Description(std::move(description)) {}
   const char* what() const noexcept override { return "run-time error"; }
@@ -20,6 +23,10 @@ class RunTimeError : public std::exception {
   Text Source;
   Text Description;
 };
+
+/// Any exception as a run-time error: std::bad_alloc is error 7, what is no run-time error is 51,
+/// both with the given source. Raises std::bad_alloc without memory for the texts.
+RunTimeError AsRunTimeError(const std::exception_ptr& exception, TextView source);
 
 /// The pending error of the socket library: one record for the process. A guarded operation clears
 /// it when it starts and records in it what it did not raise. Number 0: no error is pending.
@@ -32,6 +39,8 @@ struct PendingError {
   void Set(int number, Text source, Text description) {
     *this = {number, std::move(source), std::move(description)};
   }
+  /// What AsRunTimeError makes of it; error 7 without texts when there is no memory for them.
+  void SetFrom(const std::exception_ptr& exception, TextView source) noexcept;
 };
 
 inline PendingError Err;

@@ -407,7 +407,9 @@ TEST_F(SocketsTest, FindsAPortInUseWhenAnotherSocketListensOnIt) {
 }
 
 TEST_F(SocketsTest, FindsAPortInUseOnAllInterfacesToo) {
-  const SocketHandle listener = OpenListener();
+  const SocketHandle listener = Open();
+  ASSERT_EQ(sockets.Bind(listener, {0, 0}), 0);
+  ASSERT_EQ(sockets.Listen(listener, 5), 0);
   const SocketHandle second = Open();
 
   EXPECT_EQ(sockets.Bind(second, {0, AddressOf(listener).port}), 10048);
@@ -421,6 +423,50 @@ TEST_F(SocketsTest, FindsThePortOfAListenerThatHasGoneFree) {
 
   EXPECT_EQ(sockets.Bind(second, address), 0);
   EXPECT_EQ(sockets.Listen(second, 5), 0);
+}
+
+TEST_F(SocketsTest, FindsThePortFreeWhileConnectionsOfTheLastListenerAreOpen) {
+  const SocketHandle listener = Open();
+  ASSERT_EQ(sockets.Bind(listener, {0, 0}), 0);
+  ASSERT_EQ(sockets.Listen(listener, 5), 0);
+  const SocketAddress address = AddressOf(listener);
+  const SocketHandle client = Open();
+  ASSERT_THAT(sockets.Connect(client, {kLoopback, address.port}), AnyOf(0, kWouldBlock));
+  ASSERT_TRUE(AwaitEvent(listener, SocketEvent::kAccept));
+  const SocketHandle server = Keep(sockets.Accept(listener));
+  Close(listener);
+
+  const SocketHandle second = Open();
+
+  EXPECT_EQ(sockets.Bind(second, address), 0);
+  EXPECT_EQ(sockets.Listen(second, 5), 0);
+  EXPECT_EQ(sockets.Properties(server).value.peer.ip, kLoopback);
+}
+
+TEST_F(SocketsTest, FindsThePortFreeWhileConnectionsOfTheLastListenerLinger) {
+  const SocketHandle listener = OpenListener();
+  const SocketAddress address = AddressOf(listener);
+  StartConnecting(listener);
+  ASSERT_TRUE(AwaitEvent(listener, SocketEvent::kAccept));
+  Close(Keep(sockets.Accept(listener)));  // this side ends it, the client does not
+  Close(listener);
+
+  const SocketHandle second = Open();
+
+  EXPECT_EQ(sockets.Bind(second, address), 0);
+  EXPECT_EQ(sockets.Listen(second, 5), 0);
+}
+
+TEST_F(SocketsTest, DoesNotSendBeforeTheConnectionIsThere) {
+  const SocketHandle listener = OpenListener();
+  const SocketHandle unconnected = Open();
+  const SocketHandle client = StartConnecting(listener);
+
+  EXPECT_EQ(sockets.Send(unconnected, std::string("x"), nullptr).error, 10057);
+  EXPECT_EQ(sockets.Send(client, std::string("x"), nullptr).error, 10057);
+
+  ASSERT_TRUE(AwaitEvent(client, SocketEvent::kConnect));
+  Send(client, "x");
 }
 
 TEST_F(SocketsTest, RefusesAnAddressThatIsNotTheMachines) {

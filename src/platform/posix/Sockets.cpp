@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "platform/posix/SocketErrors.h"
 #include "platform/posix/SocketTable.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr int kNotASocket = 10038;
 constexpr int kTooManyOpenFiles = 10024;
+constexpr int kNotConnected = 10057;
 constexpr int kShutDown = 10058;
 constexpr int kNoBuffers = 10055;
 
@@ -52,6 +54,17 @@ int ResultOf(int result) { return result == 0 ? 0 : SocketErrorOf(errno); }
 void SendAtOnce(int descriptor) {
   const int on = 1;
   setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
+/// Of a connection on which nothing comes: the first probe after a minute, given up after six.
+void ProbeWhenIdle(int descriptor) {
+  constexpr std::pair<int, int> kSeconds[] = {
+      {TCP_KEEPIDLE, 60}, {TCP_KEEPINTVL, 10}, {TCP_KEEPCNT, 6}};
+  const int on = 1;
+  setsockopt(descriptor, SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+  for (const auto& [option, value] : kSeconds) {
+    setsockopt(descriptor, IPPROTO_TCP, option, &value, sizeof value);
+  }
 }
 
 class PosixSockets final : public SocketLayer {
@@ -134,6 +147,7 @@ SocketResult<SocketHandle> PosixSockets::Accept(SocketHandle listener) {
     return {kNoSocket, error};
   }
   SendAtOnce(descriptor);
+  ProbeWhenIdle(descriptor);
   return Adopt(descriptor, SocketRole::kStream);
 }
 
@@ -167,6 +181,9 @@ SocketResult<std::int32_t> PosixSockets::Send(SocketHandle socket, std::span<con
   WatchedSocket* const own = TheSockets().Find(socket);
   if (own == nullptr) {
     return {0, kNotASocket};
+  }
+  if (own->Role() == SocketRole::kNew || own->Role() == SocketRole::kConnecting) {
+    return {0, kNotConnected};
   }
   sockaddr_in system{};
   const bool addressed = peer != nullptr && own->Role() == SocketRole::kDatagram;

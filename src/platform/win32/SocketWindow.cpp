@@ -49,7 +49,7 @@ SocketWindow& TheSocketWindow() {
 }
 
 SocketWindow::SocketWindow()
-    : oResume(std::chrono::milliseconds(100), [this] { ResumeAccepting(); }) {}
+    : tmrUnposted(std::chrono::milliseconds(100), [this] { PostUnposted(); }) {}
 
 SocketWindow::~SocketWindow() { Destroy(); }
 
@@ -115,6 +115,11 @@ void SocketWindow::Connecting(SocketHandle handle) {
   }
 }
 
+bool SocketWindow::IsConnecting(SocketHandle handle) {
+  const Socket* const socket = Find(handle);
+  return socket != nullptr && socket->connecting;
+}
+
 /// Windows itself tells of room only after a send would have blocked.
 void SocketWindow::Sent(SocketHandle handle) {
   Socket* const socket = Find(handle);
@@ -132,20 +137,21 @@ void SocketWindow::Received(SocketHandle handle) {
 }
 
 void SocketWindow::PauseAccepting(SocketHandle listener) {
-  paused.push_back(listener);
-  oResume.SetEnabled(true);
+  unposted.emplace_back(listener, FD_ACCEPT);
+  tmrUnposted.SetEnabled(true);
 }
 
-void SocketWindow::ResumeAccepting() {
-  oResume.SetEnabled(false);
-  for (const SocketHandle listener : std::exchange(paused, {})) {
-    Post(listener, FD_ACCEPT);
+void SocketWindow::PostUnposted() {
+  tmrUnposted.SetEnabled(false);
+  for (const auto& [handle, event] : std::exchange(unposted, {})) {
+    Post(handle, event);
   }
 }
 
 void SocketWindow::Closed(SocketHandle socket) {
   sockets.erase(socket);
-  ResumeAccepting();
+  std::erase_if(unposted, [=](const auto& one) { return one.first == socket; });
+  PostUnposted();
 }
 
 SocketWindow::Socket* SocketWindow::Find(SocketHandle handle) {
@@ -153,8 +159,13 @@ SocketWindow::Socket* SocketWindow::Find(SocketHandle handle) {
   return found == sockets.end() ? nullptr : &found->second;
 }
 
+/// A full message queue takes no more; nobody else would tell of this event again.
 void SocketWindow::Post(SocketHandle handle, int event) {
-  PostMessageA(oWindow, socketMessage, static_cast<WPARAM>(handle), MAKELPARAM(event, 0));
+  const auto socket = static_cast<WPARAM>(handle);
+  if (!PostToQueue(oWindow, socketMessage, socket, MAKELPARAM(event, 0))) {
+    unposted.emplace_back(handle, event);
+    tmrUnposted.SetEnabled(true);
+  }
 }
 
 void SocketWindow::Announce(SocketHandle handle, SocketEvent event, int error) {

@@ -8,10 +8,11 @@
 #include <winsock2.h>
 
 #include <array>
+#include <deque>
 #include <map>
 #include <memory>
 #include <unordered_map>
-#include <vector>
+#include <utility>
 
 #include "platform/EventLoop.h"
 #include "platform/SocketNotifications.h"
@@ -37,10 +38,14 @@ class SocketWindow {
   /// For the operations to say what became of a socket.
   void Opened(SocketHandle socket);
   void Connecting(SocketHandle socket);
+  bool IsConnecting(SocketHandle socket);
   void Sent(SocketHandle socket);
   void Received(SocketHandle socket);
   void PauseAccepting(SocketHandle listener);
   void Closed(SocketHandle socket);
+
+  /// Puts a notification into the thread's message queue; tests let it fail.
+  decltype(&PostMessageA) PostToQueue = &PostMessageA;
 
  private:
   struct Socket {
@@ -63,7 +68,7 @@ class SocketWindow {
   Socket* Find(SocketHandle handle);
   void Post(SocketHandle handle, int event);
   void Announce(SocketHandle handle, SocketEvent event, int error = 0);
-  void ResumeAccepting();
+  void PostUnposted();
 
   HWND oWindow = nullptr;
   WNDPROC oPreviousProcedure = nullptr;
@@ -72,8 +77,9 @@ class SocketWindow {
   SocketSink* oSink = nullptr;
   std::unordered_map<SocketHandle, Socket> sockets;
   std::map<LookUpHandle, std::unique_ptr<LookUpReply>> lookUps;
-  std::vector<SocketHandle> paused;
-  Timer oResume;
+  /// What the queue had no room for, and listeners for whose connection there was no handle.
+  std::deque<std::pair<SocketHandle, int>> unposted;
+  Timer tmrUnposted;
 };
 
 SocketWindow& TheSocketWindow();

@@ -2,6 +2,8 @@
 
 #include <winsock2.h>
 
+#include <mstcpip.h>
+
 #include <algorithm>
 #include <limits>
 #include <new>
@@ -53,6 +55,15 @@ void SendAtOnce(SOCKET socket) {
   setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
 }
 
+/// Of a connection on which nothing comes: the first probe after a minute. Windows gives up after
+/// ten.
+void ProbeWhenIdle(SOCKET socket) {
+  tcp_keepalive values = {.onoff = 1, .keepalivetime = 60'000, .keepaliveinterval = 10'000};
+  DWORD returned = 0;
+  WSAIoctl(socket, SIO_KEEPALIVE_VALS, &values, sizeof values, nullptr, 0, &returned, nullptr,
+           nullptr);
+}
+
 class WindowsSockets final : public SocketLayer {
  public:
   WindowsSockets() { TheSocketWindow(); }  // made first, so that it is there until these have gone
@@ -94,10 +105,9 @@ SocketResult<SocketHandle> WindowsSockets::Open(SocketProtocol protocol) {
   if (opened == INVALID_SOCKET) {
     return {kNoSocket, WSAGetLastError()};
   }
-  if (tcp) {  // else another program could listen on the same port and take the connections
-    const BOOL on = TRUE;
-    setsockopt(opened, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&on),
-               sizeof on);
+  // No option for the port's use: with the exclusive one a restarted server would wait for the last
+  // lingering connection of its port, with the shared one two servers could listen on it.
+  if (tcp) {
     SendAtOnce(opened);
   }
   return Adopt(opened);
@@ -122,6 +132,7 @@ SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
   const SOCKET accepted = accept(ToSystem(listener), nullptr, nullptr);
   if (accepted != INVALID_SOCKET) {
     SendAtOnce(accepted);
+    ProbeWhenIdle(accepted);
     return Adopt(accepted);
   }
   const int error = WSAGetLastError();
@@ -148,6 +159,9 @@ SocketResult<std::int32_t> WindowsSockets::Send(SocketHandle socket, std::span<c
   sockaddr_in system{};
   if (peer != nullptr) {
     system = ToSystem(*peer);
+  }
+  if (TheSocketWindow().IsConnecting(socket)) {
+    return {0, WSAENOTCONN};
   }
   const auto* const to = peer != nullptr ? reinterpret_cast<const sockaddr*>(&system) : nullptr;
   std::size_t sent = 0;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/HostNames.h"
@@ -32,10 +33,17 @@ class FakeSockets final : public platform::SocketLayer,
     int open = 0, close = 0, bind = 0, listen = 0, connect = kWouldBlock, shutdown = 0, send = 0;
     int select = 0, startUp = 0, lookUp = 0;
   };
-  /// One receive: bytes, or how it fails.
+  /// One receive: bytes, or how it fails; the sender, for a datagram socket.
   struct Incoming {
     std::string bytes;
     int error = 0;
+    SocketAddress from = {};
+  };
+  /// One call of Send: what was offered, and to whom.
+  struct Offered {
+    SocketHandle socket;
+    std::string bytes;
+    std::optional<SocketAddress> peer;
   };
 
   Errors errors;
@@ -50,17 +58,21 @@ class FakeSockets final : public platform::SocketLayer,
 
   // What was done.
   std::set<SocketHandle> open, selected, shutDown;
-  int starts = 0, cleanUps = 0, sends = 0, backlog = 0;
+  int starts = 0, cleanUps = 0, sinksConnected = 0, sends = 0, backlog = 0;
   SocketAddress bound, connectedTo;
+  SocketHandle boundSocket = kNoSocket, listeningSocket = kNoSocket, acceptedFrom = kNoSocket,
+               connectedSocket = kNoSocket;
+  std::vector<Offered> offered;
+  std::size_t receiveBuffer = 0;  // bytes that the last Receive had room for
   std::string lookedUp;
   platform::LookUpHandle cancelled = 0;
   SocketHandle lastOpened = kNoSocket;
 
   void Tell(SocketHandle socket, SocketEvent event, int error = 0) {
-    sink->OnSocket(socket, event, error);
+    if (sink != nullptr) sink->OnSocket(socket, event, error);
   }
   void TellLookUp(platform::LookUpHandle lookUp, int error, std::uint32_t ip) {
-    sink->OnLookUp(lookUp, error, ip);
+    if (sink != nullptr) sink->OnLookUp(lookUp, error, ip);
   }
   void Receives(SocketHandle socket, const std::string& bytes) {
     incoming[socket].push_back({bytes});
@@ -90,33 +102,41 @@ class FakeSockets final : public platform::SocketLayer,
   }
   int Close(SocketHandle socket) override {
     selected.erase(socket);
-    return open.erase(socket) == 0 ? 10038 : errors.close;
+    return open.erase(socket) == 0 ? kNotASocket : errors.close;
   }
-  int Bind(SocketHandle, SocketAddress address) override {
+  int Bind(SocketHandle socket, SocketAddress address) override {
     bound = address;
-    return errors.bind;
+    boundSocket = socket;
+    return open.contains(socket) ? errors.bind : kNotASocket;
   }
   int Listen(SocketHandle socket, int most) override {
     backlog = most;
-    return open.contains(socket) ? errors.listen : 10038;
+    listeningSocket = socket;
+    return open.contains(socket) ? errors.listen : kNotASocket;
   }
-  SocketResult<SocketHandle> Accept(SocketHandle) override {
+  SocketResult<SocketHandle> Accept(SocketHandle listener) override {
+    acceptedFrom = listener;
+    if (!open.contains(listener)) return {kNoSocket, kNotASocket};
     if (waiting.empty()) return {kNoSocket, kWouldBlock};
     const auto next = waiting.front();
     waiting.pop_front();
     return next;
   }
-  int Connect(SocketHandle, SocketAddress peer) override {
+  int Connect(SocketHandle socket, SocketAddress peer) override {
     connectedTo = peer;
-    return errors.connect;
+    connectedSocket = socket;
+    return open.contains(socket) ? errors.connect : kNotASocket;
   }
   int ShutdownSend(SocketHandle socket) override {
     shutDown.insert(socket);
-    return errors.shutdown;
+    return open.contains(socket) ? errors.shutdown : kNotASocket;
   }
   SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
-                                  const SocketAddress*) override {
+                                  const SocketAddress* peer) override {
     ++sends;
+    offered.push_back({socket, std::string(bytes.data(), bytes.size()),
+                       peer == nullptr ? std::nullopt : std::optional(*peer)});
+    if (!open.contains(socket)) return {0, kNotASocket};
     if (errors.send != 0) return {0, errors.send};
     std::size_t taken = bytes.size();
     if (!room.empty()) {
@@ -128,12 +148,16 @@ class FakeSockets final : public platform::SocketLayer,
     return {static_cast<std::int32_t>(taken), 0};
   }
   SocketResult<std::int32_t> Receive(SocketHandle socket, std::span<char> buffer,
-                                     SocketAddress*) override {
+                                     SocketAddress* peer) override {
+    receiveBuffer = buffer.size();
+    if (!open.contains(socket)) return {0, kNotASocket};
     auto& queue = incoming[socket];
     if (queue.empty()) return {0, kWouldBlock};
-    const Incoming next = queue.front();
+    Incoming next = std::move(queue.front());
     queue.pop_front();
     const std::size_t size = next.bytes.copy(buffer.data(), buffer.size());
+    if (size < next.bytes.size()) queue.push_front({next.bytes.substr(size), next.error});
+    if (peer != nullptr && next.from.port != 0) *peer = next.from;
     return {static_cast<std::int32_t>(size), next.error};
   }
   SocketResult<platform::SocketProperties> Properties(SocketHandle socket) override {
@@ -148,6 +172,7 @@ class FakeSockets final : public platform::SocketLayer,
   }
   void CleanUp() override { ++cleanUps; }
   bool ConnectSink(platform::SocketSink& newSink) override {
+    ++sinksConnected;
     sink = &newSink;
     return sinkCanBeHad;
   }
@@ -174,6 +199,8 @@ class FakeSockets final : public platform::SocketLayer,
   }
 
  private:
+  static constexpr int kNotASocket = 10038;
+
   platform::SocketSink* sink = nullptr;
   SocketHandle lastHandle = 100;
 };

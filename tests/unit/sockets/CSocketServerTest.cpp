@@ -4,10 +4,12 @@
 #include <limits>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "sockets/CSocketListen.h"
 #include "sockets/CSocketServer.h"
 #include "sockets/MSocketSupport.h"
+#include "tests/support/TextBudgetLimit.h"
 #include "tests/unit/doubles/FakeSockets.h"
 #include "util/RunTimeError.h"
 
@@ -28,7 +30,7 @@ class CSocketServerTest : public testing::Test {
       Log("data " + std::to_string(index) + " " + ToUtf8(data) + " " + std::to_string(bytesTotal) +
           " " + ToUtf8(remoteIP));
     };
-    events.Error = [this](std::int16_t index, std::int16_t number, Text& description,
+    events.Error = [this](std::int16_t index, std::uint16_t number, Text& description,
                           std::int32_t scode, TextView source) {
       Log("error " + std::to_string(index) + " " + std::to_string(number) + " " +
           ToUtf8(description) + " " + std::to_string(scode) + " " + ToUtf8(source));
@@ -377,6 +379,214 @@ TEST_F(CSocketServerTest, LeavesWhatASocketRaisedInThePendingError) {
   EXPECT_EQ(Err.Source, u"CSocket.SendData");
 }
 
+TEST_F(CSocketServerTest, LeavesWantOfMemoryInThePendingError) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  const TextBudgetLimit limit(ProcessTextBudget().Held());
+
+  server->SendData(u"x", 1);
+
+  EXPECT_EQ(Err.Number, 7);
+  EXPECT_EQ(Err.Source, u"CSocketServer");
+  EXPECT_EQ(Err.Description, u"Out of memory");
+}
+
+TEST_F(CSocketServerTest, LeavesTheErrorOfOneConnectionAfterItHasSentToAll) {
+  ASSERT_TRUE(Start());
+  const auto first = Arrives();
+  Arrives();
+  network.CloseByPeer(first);
+
+  server->BroadcastData(u"x");
+
+  EXPECT_EQ(Err.Number, 40006);
+}
+
+TEST_F(CSocketServerTest, ClearsThePendingErrorBeforeItSendsToAll) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  Err.Set(10054, u"before", u"before");
+
+  server->BroadcastData(u"x");
+
+  EXPECT_EQ(Err.Number, 0);
+}
+
+TEST_F(CSocketServerTest, LeavesTheErrorOfACloseInThePendingError) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  network.errors.shutdown = 10057;
+
+  server->CloseSocket(1);
+  EXPECT_EQ(Err.Number, 10057);
+  EXPECT_EQ(Err.Source, u"CSocket.CloseSocket");
+
+  server->CloseSocket(7);
+  EXPECT_EQ(Err.Number, 0);
+}
+
+TEST_F(CSocketServerTest, ClearsThePendingErrorBeforeItClosesAll) {
+  ASSERT_TRUE(Start());
+  Err.Set(10054, u"before", u"before");
+  server->CloseAllSockets();
+  EXPECT_EQ(Err.Number, 0);
+
+  Arrives();
+  network.errors.shutdown = 10057;
+  server->CloseAllSockets();
+  EXPECT_EQ(Err.Number, 10057);
+}
+
+TEST_F(CSocketServerTest, TellsWhatIsQueuedAndWhatWasTaken) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  network.room = {3};
+
+  server->SendData(u"abcdefgh", 1);
+
+  EXPECT_EQ(server->GetBytesToSend(1), 5u);
+  EXPECT_EQ(server->GetBytesSent(1), 3u);
+  EXPECT_EQ(server->GetBytesToSend(2), 0u);
+  EXPECT_EQ(server->GetBytesSent(2), 0u);
+}
+
+TEST_F(CSocketServerTest, SendsWhatIsQueuedBeforeAConnectionIsClosed) {
+  ASSERT_TRUE(Start());
+  const auto first = Arrives();
+  network.room = {0};
+  server->SendData(u"abc", 1);
+
+  server->CloseSocket(1);
+  network.Tell(first, SocketEvent::kWrite);
+
+  EXPECT_EQ(network.sent[first], "abc");
+  EXPECT_TRUE(network.shutDown.contains(first));
+}
+
+TEST_F(CSocketServerTest, EndsTheListenerAlone) {
+  ASSERT_TRUE(Start());
+  const auto first = Arrives();
+  log.clear();
+
+  server->StopListening();
+  network.Receives(first, "abc");
+
+  EXPECT_THAT(log, ElementsAre("stopped", "data 1 abc 3 10.0.0.1"));
+  EXPECT_FALSE(network.open.contains(listener));
+  EXPECT_TRUE(network.open.contains(first));
+}
+
+TEST_F(CSocketServerTest, HasItsPortUntilItHasToldThatItStopped) {
+  ASSERT_TRUE(Start());
+  server->Events.ServerStopped = [this] {
+    try {
+      Log("port " + std::to_string(server->ServerPort()) + " " + ToUtf8(server->ServerIP()));
+    } catch (const RunTimeError& error) {
+      Log("error " + std::to_string(error.Number));
+    }
+  };
+
+  server->StopServer();
+
+  EXPECT_THAT(log, ElementsAre("port 4999 127.0.0.1", "error 91"));
+}
+
+TEST_F(CSocketServerTest, StopsWhateverItsHandlerRaises) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  server->Events.ServerStopped = [] { throw RunTimeError(9, u"Handler", u"Oops"); };
+
+  EXPECT_FALSE(server->StopServer());
+
+  EXPECT_EQ(Err.Number, 9);
+  EXPECT_EQ(server->State(), u"Closed");
+  EXPECT_TRUE(network.open.empty());
+}
+
+TEST_F(CSocketServerTest, StartsWhateverTheHandlerOfItsStopRaises) {
+  server->Events.ServerStopped = [] { throw std::bad_alloc(); };
+  Text ip = u"127.0.0.1";
+
+  EXPECT_TRUE(server->StartServer(4999, ip));
+
+  EXPECT_EQ(Err.Number, 7);
+}
+
+TEST_F(CSocketServerTest, RaisesNothingOfTheHandlerOfItsFailure) {
+  ASSERT_TRUE(Start());
+  network.errors.bind = 10048;
+  server->Events.StartFailed = [] { throw RunTimeError(9, u"Handler", u"Oops"); };
+  Text ip;
+
+  EXPECT_FALSE(server->StartServer(4999, ip));
+
+  EXPECT_EQ(Err.Number, 9);
+  EXPECT_FALSE(server->ServerStarted());
+}
+
+TEST_F(CSocketServerTest, GoesWhateverItsHandlersRaise) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  server->Events.ServerStopped = [] { throw 1; };
+
+  server.reset();
+
+  EXPECT_TRUE(network.open.empty());
+}
+
+TEST_F(CSocketServerTest, ClosesEveryConnectionEvenIfTheHandlerOfTheListenersErrorFails) {
+  ASSERT_TRUE(Start());
+  Arrives();
+  server->Events.Error = [](std::int16_t, std::uint16_t, Text&, std::int32_t, TextView) {
+    throw std::runtime_error("handler");
+  };
+
+  network.Tell(listener, SocketEvent::kAccept, 10050);
+
+  EXPECT_EQ(server->ConnectionCount(), 0);
+}
+
+TEST_F(CSocketServerTest, MayBeDestroyedByTheHandlerOfItsStartThatThenFails) {
+  int failures = 0;
+  server->Events = {};
+  server->Events.StartFailed = [&] { ++failures; };
+  server->Events.ServerStarted = [this] {
+    server.reset();
+    throw std::runtime_error("handler");
+  };
+  Text ip = u"127.0.0.1";
+
+  EXPECT_FALSE(server->StartServer(4999, ip));
+
+  EXPECT_EQ(failures, 0);
+  EXPECT_TRUE(network.open.empty());
+}
+
+TEST_F(CSocketServerTest, MayBeStoppedByTheHandlerOfItsStart) {
+  server->Events = {};
+  server->Events.ServerStarted = [this] { server->StopServer(); };
+  Text ip = u"127.0.0.1";
+
+  EXPECT_FALSE(server->StartServer(4999, ip));
+
+  EXPECT_FALSE(server->ServerStarted());
+  EXPECT_TRUE(network.open.empty());
+}
+
+TEST_F(CSocketServerTest, StaysStoppedWhenTheHandlerOfItsStopStartsIt) {
+  ASSERT_TRUE(Start());
+  bool again = false;
+  server->Events.ServerStopped = [&] {
+    Text ip = u"127.0.0.1";
+    if (!std::exchange(again, true)) server->StartServer(4999, ip);
+  };
+
+  server->StopServer();
+
+  EXPECT_FALSE(server->ServerStarted());
+  EXPECT_TRUE(network.open.empty());
+}
+
 TEST_F(CSocketServerTest, ClearsThePendingErrorBeforeItSends) {
   ASSERT_TRUE(Start());
   Arrives();
@@ -423,7 +633,7 @@ TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerOfAConnection) {
 TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerOfTheListener) {
   ASSERT_TRUE(Start());
   server->Events = {};
-  server->Events.Error = [&](std::int16_t, std::int16_t, Text&, std::int32_t, TextView) {
+  server->Events.Error = [&](std::int16_t, std::uint16_t, Text&, std::int32_t, TextView) {
     server.reset();
   };
 
@@ -436,7 +646,7 @@ TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerOfTheListener) {
 TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerThatThenFails) {
   ASSERT_TRUE(Start());
   server->Events = {};
-  server->Events.Error = [&](std::int16_t, std::int16_t, Text&, std::int32_t, TextView) {
+  server->Events.Error = [&](std::int16_t, std::uint16_t, Text&, std::int32_t, TextView) {
     server.reset();
     throw std::runtime_error("handler");
   };
@@ -542,6 +752,7 @@ TEST(CSocketListen, SaysWhatItDoes) {
   const auto listener = CSocketListen::Create(support);
   Text ip = u"127.0.0.1";
   EXPECT_EQ(listener->State(), u"");
+  EXPECT_FALSE(listener->Listenning());
 
   listener->StartListen(4999, ip);
   EXPECT_EQ(listener->State(), u"Listenning");

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "sockets/CSocket.h"
+#include "tests/support/TextBudgetLimit.h"
 #include "tests/unit/doubles/FakeSockets.h"
 #include "util/RunTimeError.h"
 
@@ -44,7 +45,7 @@ class CSocketTest : public testing::Test {
     own.Events.OnDataArrival = [this](std::int32_t bytes) {
       log.push_back("data " + std::to_string(bytes));
     };
-    own.Events.OnError = [this](std::int16_t Number, Text& Description, std::int32_t Scode,
+    own.Events.OnError = [this](std::uint16_t Number, Text& Description, std::int32_t Scode,
                                 TextView Source, TextView HelpFile, std::int32_t HelpContext,
                                 bool&) {
       log.push_back("error " + std::to_string(Number) + " " + ToUtf8(Description) + " from " +
@@ -239,6 +240,26 @@ TEST_P(PortOutOfRange, IsAnInvalidArgument) {
   EXPECT_EQ(raised.number, 10022);
   EXPECT_EQ(raised.source, u"CSocket.Bind");
   EXPECT_TRUE(network.open.empty());
+}
+
+TEST_P(PortOutOfRange, CannotBeConnectedTo) {
+  const Raised raised = WhatIsRaised([&] { socket->Connect(u"10.0.0.1", GetParam()); });
+
+  EXPECT_EQ(raised.number, 10022);
+  EXPECT_EQ(raised.source, u"CSocket.Connect");
+}
+
+TEST_F(CSocketTest, TakesTheHighestPort) {
+  network.properties.local.port = 65535;
+
+  socket->Bind(65535, u"");
+  EXPECT_EQ(network.bound.port, 65535);
+  socket->CloseSocket();
+  socket->Connect(u"10.0.0.1", 65535);
+
+  EXPECT_EQ(network.connectedTo.port, 65535);
+  EXPECT_EQ(network.boundSocket, 101);
+  EXPECT_EQ(network.connectedSocket, socket->SocketHandle());
 }
 
 INSTANTIATE_TEST_SUITE_P(CSocket, PortOutOfRange,
@@ -508,6 +529,133 @@ TEST_F(CSocketTest, RaisesASendThatFailsAndDropsWhatIsQueued) {
   EXPECT_EQ(network.sent[handle], "");
 }
 
+TEST_F(CSocketTest, KeepsWhatWasQueuedBeforeASendThatFailsOnAConnectionThatIsThere) {
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(u"before ");
+  network.errors.send = 10055;
+
+  const Raised raised = WhatIsRaised([&] { socket->SendData(u"refused "); });
+  network.errors.send = 0;
+  socket->SendData(u"after");
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_EQ(raised.number, 10055);
+  EXPECT_EQ(network.sent[handle], "before after");
+}
+
+TEST_F(CSocketTest, QueuesNothingOfAnOnlySendThatFails) {
+  const auto handle = Accepted();
+  network.errors.send = 10055;
+  WhatIsRaised([&] { socket->SendData(u"refused"); });
+  network.errors.send = 0;
+
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_EQ(socket->BytesToSend(), 0u);
+  EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CSocketTest, TakesBackAFailedPieceOfSeveralChunks) {
+  const auto handle = Accepted();
+  const std::string before(100'000, 'b');
+  const Text refused(300'000, u'r');
+  network.room = {1, 0};
+  socket->SendData(std::span(reinterpret_cast<const std::uint8_t*>(before.data()), before.size()));
+  socket->SendData(u"c");
+  network.errors.send = 10055;
+
+  WhatIsRaised([&] { socket->SendData(refused); });
+  network.errors.send = 0;
+  while (socket->BytesToSend() > 0) network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_EQ(network.sent[handle], before + "c");
+}
+
+TEST_F(CSocketTest, StillReportsThatSendingIsCompleteAfterAPieceThatFailed) {
+  const auto handle = Accepted();
+  socket->SendData(u"abc");
+  network.errors.send = 10055;
+  WhatIsRaised([&] { socket->SendData(u"refused"); });
+  network.errors.send = 0;
+  log.clear();
+
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_THAT(log, ElementsAre("complete"));
+}
+
+class LostConnection : public CSocketTest, public testing::WithParamInterface<int> {};
+
+TEST_P(LostConnection, EmptiesTheQueue) {
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(u"before");
+  network.errors.send = GetParam();
+
+  const Raised raised = WhatIsRaised([&] { socket->SendData(u"after"); });
+  network.errors.send = 0;
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_EQ(raised.number, GetParam());
+  EXPECT_EQ(network.sent[handle], "");
+  EXPECT_TRUE(log.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(CSocket, LostConnection,
+                         testing::Values(10038, 10052, 10053, 10054, 10058, 10060));
+
+TEST_F(CSocketTest, RaisesWantOfMemoryAndKeepsWhatIsQueued) {
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(u"before");
+  const TextBudgetLimit limit(ProcessTextBudget().Held() + 100);
+
+  EXPECT_THROW(socket->SendData(Text(200, u'x')), std::bad_alloc);
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_EQ(network.sent[handle], "before");
+}
+
+TEST_F(CSocketTest, CountsWhatIsQueuedAndWhatWasTaken) {
+  const auto handle = Accepted();
+  network.room = {4, 3};
+  socket->SendData(u"abcdefghij");
+  EXPECT_EQ(socket->BytesToSend(), 6u);
+  EXPECT_EQ(socket->BytesSent(), 4u);
+
+  network.Tell(handle, SocketEvent::kWrite);
+  network.incoming[handle].push_back({""});
+  network.room = {0};
+  network.Tell(handle, SocketEvent::kClose);
+
+  EXPECT_EQ(socket->BytesToSend(), 0u);
+  EXPECT_EQ(socket->BytesSent(), 7u);
+  socket->Accept(network.NewHandle());
+  EXPECT_EQ(socket->BytesSent(), 0u);
+}
+
+TEST_F(CSocketTest, CountsAnewForItsNextSystemSocket) {
+  Accepted();
+  socket->SendData(u"abc");
+  socket->vbSocket();
+
+  EXPECT_EQ(socket->BytesSent(), 0u);
+}
+
+TEST_F(CSocketTest, GivesBackTheMemoryOfWhatWasSent) {
+  const std::size_t before = ProcessTextBudget().Held();
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(Text(200'000, u'x'));
+  const std::size_t queued = ProcessTextBudget().Held();
+
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_GE(queued, before + 200'000);
+  EXPECT_EQ(ProcessTextBudget().Held(), before);
+}
+
 TEST_F(CSocketTest, ReportsTheLastDataBeforeTheClose) {
   const auto handle = Accepted();
   network.incoming[handle] = {{"abc"}, {"de"}};
@@ -551,6 +699,42 @@ TEST_F(CSocketTest, SendsWhatIsQueuedOnceMoreBeforeTheClose) {
   EXPECT_THAT(log, ElementsAre("sent 3 of 3", "close"));
 }
 
+TEST_F(CSocketTest, PassesOnEveryChunkBeforeTheClose) {
+  const auto handle = Accepted();
+  network.room = {0, 0, 0};
+  for (const char16_t letter : {u'a', u'b', u'c'}) socket->SendData(Text(70'000, letter));
+
+  network.CloseByPeer(handle);
+
+  EXPECT_EQ(network.sent[handle], std::string(70'000, 'a') + std::string(70'000, 'b') +
+                                      std::string(70'000, 'c'));
+}
+
+TEST_F(CSocketTest, ClosesWithWhatThePeerDidNotTake) {
+  const auto handle = Accepted();
+  network.room = {0, 2, 0};
+  socket->SendData(u"abc");
+
+  network.CloseByPeer(handle);
+
+  EXPECT_EQ(network.sent[handle], "ab");
+  EXPECT_EQ(network.sends, 3);
+  EXPECT_EQ(socket->State(), SocketState::kClosed);
+}
+
+TEST_F(CSocketTest, MayBeClosedByTheReportOfItsLastSending) {
+  const auto handle = Accepted();
+  network.room = {0, 1};
+  socket->SendData(u"abc");
+  socket->Events.OnSendProgress = [&](std::int32_t, std::int32_t) { socket->CloseSocket(); };
+
+  network.CloseByPeer(handle);
+
+  EXPECT_EQ(network.sent[handle], "a");
+  EXPECT_EQ(socket->State(), SocketState::kClosed);
+  EXPECT_TRUE(log.empty());
+}
+
 TEST_F(CSocketTest, ReportsTheCloseWhenThePeerTakesNoMore) {
   const auto handle = Accepted();
   network.room = {0};
@@ -575,6 +759,98 @@ TEST_F(CSocketTest, ClosesSilentlyWhenThisSideBeganTheClose) {
   EXPECT_EQ(socket->State(), SocketState::kClosed);
   EXPECT_FALSE(network.open.contains(handle));
   EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CSocketTest, EndsItsSendingOnceWhatIsQueuedHasGoneOut) {
+  const auto handle = Accepted();
+  network.room = {0, 2};
+  socket->SendData(u"abc");
+
+  socket->CloseSocket();
+  EXPECT_EQ(socket->State(), SocketState::kClosing);
+  network.Tell(handle, SocketEvent::kWrite);
+  EXPECT_FALSE(network.shutDown.contains(handle));
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_TRUE(network.shutDown.contains(handle));
+  EXPECT_EQ(network.sent[handle], "abc");
+}
+
+TEST_F(CSocketTest, TakesNoMoreOnceItIsToClose) {
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(u"abc");
+  socket->CloseSocket();
+
+  const Raised raised = WhatIsRaised([&] { socket->SendData(u"x"); });
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_EQ(raised.number, 10058);
+  EXPECT_EQ(raised.source, u"CSocket.SendData");
+  EXPECT_EQ(network.sent[handle], "abc");
+}
+
+TEST_F(CSocketTest, ClosesAtOnceWhenItIsClosedTwice) {
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(u"abc");
+
+  socket->CloseSocket();
+  socket->CloseSocket();
+
+  EXPECT_EQ(socket->State(), SocketState::kClosed);
+  EXPECT_FALSE(network.open.contains(handle));
+}
+
+TEST_F(CSocketTest, PassesOnWhatIsQueuedWhenThePeerClosesMeanwhile) {
+  const auto handle = Accepted();
+  network.room = {0};
+  socket->SendData(u"abc");
+  socket->CloseSocket();
+  log.clear();
+
+  network.CloseByPeer(handle);
+
+  EXPECT_EQ(network.sent[handle], "abc");
+  EXPECT_EQ(socket->State(), SocketState::kClosed);
+  EXPECT_THAT(log, ElementsAre("sent 3 of 3"));
+}
+
+TEST_F(CSocketTest, DoesNotReportThatSendingIsCompleteAfterItsClose) {
+  const auto handle = Accepted();
+  socket->SendData(u"abc");
+  log.clear();
+
+  socket->CloseSocket();
+  network.Tell(handle, SocketEvent::kWrite);
+
+  EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CSocketTest, OwesTheNextConnectionNoReportOfTheLast) {
+  const auto first = Accepted();
+  socket->SendData(u"abc");
+  network.CloseByPeer(first);
+  const auto second = Accepted();
+  log.clear();
+
+  network.Tell(second, SocketEvent::kWrite);
+
+  EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CSocketTest, EndsNothingOfTheNextConnection) {
+  Accepted();
+  network.room = {0};
+  socket->SendData(u"abc");
+  socket->CloseSocket();
+  const auto second = Accepted();
+
+  socket->SendData(u"def");
+  network.Tell(second, SocketEvent::kWrite);
+
+  EXPECT_EQ(network.sent[second], "def");
+  EXPECT_FALSE(network.shutDown.contains(second));
 }
 
 TEST_F(CSocketTest, RaisesAShutdownThatFails) {
@@ -663,6 +939,75 @@ TEST_F(CSocketTest, PassesTheErrorOfAHandlerOn) {
   EXPECT_THAT(log, ElementsAre("error 13 Oops from Handler"));
 }
 
+TEST_F(CSocketTest, TellsTheNumberOfAHandlersErrorWhole) {
+  const auto handle = Accepted();
+  const auto closed = CSocket::Create(support);
+  socket->Events.OnDataArrival = [&](std::int32_t) { closed->SendData(u"x"); };
+
+  network.Receives(handle, "abc");
+
+  EXPECT_THAT(log, ElementsAre("error 40006 Wrong protocol or connection state for the requested "
+                               "transaction or request. from CSocket.SendData"));
+}
+
+TEST_F(CSocketTest, TellsANumberThatDoesNotFitAsAnInternalError) {
+  const auto handle = Accepted();
+  const auto other = CSocket::Create(support);
+  Subscribe(*other);
+  const auto otherHandle = network.NewHandle();
+  other->Accept(otherHandle);
+  socket->Events.OnDataArrival = [](std::int32_t) { throw RunTimeError(65536, u"", u"Oops"); };
+  other->Events.OnDataArrival = [](std::int32_t) { throw RunTimeError(65535, u"", u"Oops"); };
+
+  network.Receives(handle, "abc");
+  network.Receives(otherHandle, "abc");
+
+  EXPECT_THAT(log, ElementsAre("error 51 Oops from ", "error 65535 Oops from "));
+}
+
+TEST_F(CSocketTest, MayConnectAnewFromTheHandlerOfItsLastData) {
+  const auto handle = Accepted();
+  network.incoming[handle] = {{"abc"}, {"de"}};
+  socket->Events.OnDataArrival = [&](std::int32_t bytes) {
+    log.push_back("data " + std::to_string(bytes));
+    socket->CloseSocket();
+    socket->CloseSocket();
+    socket->Connect(u"10.0.0.7", 80);
+    network.incoming[socket->SocketHandle()] = {{"not announced yet"}};
+  };
+
+  network.CloseByPeer(handle);
+
+  EXPECT_THAT(log, ElementsAre("data 3"));
+  EXPECT_EQ(socket->State(), SocketState::kConnecting);
+  EXPECT_TRUE(network.open.contains(socket->SocketHandle()));
+  EXPECT_EQ(socket->BytesReceived(), 0);
+}
+
+TEST_F(CSocketTest, ClosesItsFirstSystemSocketWhenItMakesASecond) {
+  socket->vbSocket();
+  const auto first = socket->SocketHandle();
+
+  socket->vbSocket();
+  const auto second = socket->SocketHandle();
+  socket.reset();
+  network.Tell(first, SocketEvent::kRead);
+  network.Tell(second, SocketEvent::kRead);
+
+  EXPECT_NE(first, second);
+  EXPECT_TRUE(network.open.empty());
+  EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CSocketTest, IsClosedWithANewSystemSocketInPlaceOfAConnection) {
+  const auto handle = Accepted();
+
+  socket->vbSocket();
+
+  EXPECT_FALSE(network.open.contains(handle));
+  EXPECT_EQ(socket->State(), SocketState::kClosed);
+}
+
 TEST_F(CSocketTest, MayBeClosedByItsHandlerDuringTheClose) {
   const auto handle = Accepted();
   network.incoming[handle] = {{"abc"}, {"de"}};
@@ -735,7 +1080,7 @@ class Callback : public ISocketServer {
   MOCK_METHOD(void, OnConnectionRequest, (std::int16_t, std::int32_t), (override));
   MOCK_METHOD(void, OnDataArrival, (std::int16_t, std::int32_t), (override));
   MOCK_METHOD(void, OnError,
-              (std::int16_t, std::int16_t, Text&, std::int32_t, TextView, TextView, std::int32_t,
+              (std::int16_t, std::uint16_t, Text&, std::int32_t, TextView, TextView, std::int32_t,
                bool&),
               (override));
   MOCK_METHOD(void, OnSendComplete, (std::int16_t), (override));
@@ -789,6 +1134,30 @@ TEST_F(CSocketTest, ForgetsTheIndexWithTheCallback) {
   network.Receives(handle, "x");
 }
 
+TEST_F(CSocketTest, HasNoIndexWithoutACallback) {
+  testing::StrictMock<Callback> callback;
+  EXPECT_EQ(socket->CallbackIndex(), 0);
+
+  socket->SetCallback(5, &callback);
+  EXPECT_EQ(socket->CallbackIndex(), 5);
+
+  socket->SetCallback(6, nullptr);
+  EXPECT_EQ(socket->CallbackIndex(), 0);
+}
+
+TEST_F(CSocketTest, OffersAConnectionToItsCallbackInsteadOfItsEvents) {
+  testing::StrictMock<Callback> callback;
+  socket->Events.OnConnectionRequest = [this](std::int32_t) { log.push_back("request"); };
+  socket->SetCallback(5, &callback);
+  socket->Bind(4999, u"");
+  socket->Listen();
+  EXPECT_CALL(callback, OnConnectionRequest(5, testing::_));
+
+  network.Arrives(socket->SocketHandle());
+
+  EXPECT_TRUE(log.empty());
+}
+
 TEST_F(CSocketTest, KnowsTheMachinesName) { EXPECT_EQ(socket->LocalHostName(), u"OWNNAME"); }
 
 TEST_F(CSocketTest, MakesADatagramSocketOnFirstUse) {
@@ -797,6 +1166,66 @@ TEST_F(CSocketTest, MakesADatagramSocketOnFirstUse) {
   socket->SendData(u"abc");
 
   EXPECT_EQ(network.sent[socket->SocketHandle()], "abc");
+}
+
+TEST_F(CSocketTest, SendsADatagramToItsPeer) {
+  socket->protocol(platform::SocketProtocol::kUdp);
+  socket->Connect(u"10.0.0.7", 80);
+
+  socket->SendData(u"abc");
+
+  ASSERT_EQ(network.offered.size(), 1u);
+  const auto& sent = network.offered[0];
+  EXPECT_EQ(sent.bytes, "abc");
+  EXPECT_EQ(sent.socket, socket->SocketHandle());
+  ASSERT_TRUE(sent.peer);
+  EXPECT_EQ(sent.peer->ip, 0x0A000007u);
+  EXPECT_EQ(sent.peer->port, 80);
+}
+
+TEST_F(CSocketTest, NamesNoPeerWhenItSendsOnAConnection) {
+  Accepted();
+
+  socket->SendData(u"abc");
+
+  EXPECT_FALSE(network.offered.at(0).peer);
+}
+
+TEST_F(CSocketTest, RepliesToTheSenderOfADatagram) {
+  socket->protocol(platform::SocketProtocol::kUdp);
+  socket->Bind(4999, u"");
+  const auto handle = socket->SocketHandle();
+  network.incoming[handle] = {{"abc", 0, {0x0A000009, 1234}}};
+
+  network.Tell(handle, SocketEvent::kRead);
+  socket->SendData(u"reply");
+
+  EXPECT_EQ(socket->RemoteHostIP(), u"10.0.0.9");
+  EXPECT_EQ(socket->RemotePort(), 1234);
+  EXPECT_EQ(network.offered.at(0).peer->ip, 0x0A000009u);
+  EXPECT_EQ(network.offered.at(0).peer->port, 1234);
+}
+
+TEST_F(CSocketTest, IsConnectedAtOnceAsADatagramSocket) {
+  socket->protocol(platform::SocketProtocol::kUdp);
+
+  socket->Connect(u"10.0.0.7", 80);
+
+  EXPECT_EQ(socket->State(), SocketState::kConnected);
+}
+
+TEST_F(CSocketTest, ReceivesDatagramsOfEverySizeAndStreamsInChunks) {
+  network.properties.receiveBytes = 4000;
+  const auto stream = Accepted();
+  network.Tell(stream, SocketEvent::kRead);
+  EXPECT_EQ(network.receiveBuffer, 4000u);
+
+  socket->CloseSocket();
+  socket->CloseSocket();
+  socket->protocol(platform::SocketProtocol::kUdp);
+  socket->Bind(4999, u"");
+  network.Tell(socket->SocketHandle(), SocketEvent::kRead);
+  EXPECT_EQ(network.receiveBuffer, 65467u);
 }
 
 }  // namespace

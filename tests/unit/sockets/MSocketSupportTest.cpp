@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <stdexcept>
+#include <utility>
 
 #include "sockets/MSocketSupport.h"
 #include "sockets/SocketErrorText.h"
@@ -60,6 +62,22 @@ TEST_F(MSocketSupportTest, MayBeStartedAgainAfterItsCleanup) {
 
   EXPECT_EQ(network.cleanUps, 1);
   EXPECT_EQ(network.starts, 2);
+}
+
+TEST_F(MSocketSupportTest, IsToldOfSocketsAgainAfterItsCleanup) {
+  support.InitWinsockService();
+  ASSERT_TRUE(support.RegisterSocket(7, *owner));
+  ASSERT_TRUE(support.RegisterSocket(8, *owner));
+  EXPECT_EQ(network.sinksConnected, 1);
+
+  support.Cleanup();
+  network.Tell(7, SocketEvent::kRead);
+  EXPECT_TRUE(owner->events.empty());
+  ASSERT_TRUE(support.RegisterSocket(9, *owner));
+  network.Tell(9, SocketEvent::kRead);
+
+  EXPECT_EQ(network.sinksConnected, 2);
+  EXPECT_EQ(owner->events.size(), 1u);
 }
 
 struct StartUpFailure {
@@ -218,6 +236,64 @@ TEST_F(MSocketSupportTest, TakesADottedAddressAsItIsAndAsksForAName) {
 
   network.hostAddress.reset();
   EXPECT_EQ(support.AddressOf(u"server"), 0xFFFFFFFFu);
+}
+
+constexpr std::pair<int, TextView> kTexts[] = {
+    {10004, u"Interrupted function call."},
+    {10013, u"Permission denied."},
+    {10014, u"Bad address."},
+    {10022, u"Invalid argument."},
+    {10024, u"Too many open files."},
+    {10035, u"Resource temporarily unavailable."},
+    {10036, u"Operation now in progress."},
+    {10037, u"Operation already in progress."},
+    {10038, u"Socket operation on nonsocket."},
+    {10039, u"Destination address required."},
+    {10040, u"Message too long."},
+    {10041, u"Protocol wrong type for socket."},
+    {10042, u"Bad protocol option."},
+    {10043, u"Protocol not supported."},
+    {10044, u"Socket type not supported."},
+    {10045, u"Operation not supported."},
+    {10046, u"Protocol family not supported."},
+    {10047, u"Address family not supported by protocol family."},
+    {10048, u"Address already in use."},
+    {10049, u"Cannot assign requested address."},
+    {10050, u"Network is down."},
+    {10051, u"Network is unreachable."},
+    {10052, u"Network dropped connection on reset."},
+    {10053, u"Software caused connection abort."},
+    {10054, u"Connection closed by Remote server."},
+    {10055, u"No buffer space available."},
+    {10056, u"Socket is already connected."},
+    {10057, u"Socket is not connected."},
+    {10058, u"Cannot send after socket shutdown."},
+    {10060, u"Connection timed out."},
+    {10061, u"Connection refused."},
+    {10064, u"Host is down."},
+    {10065, u"No route to host."},
+    {10067, u"Too many processes."},
+    {10091, u"Network subsystem is unavailable."},
+    {10092, u"Winsock.dll version out of range."},
+    {10093, u"Successful WSAStartup not yet performed."},
+    {10101, u"Graceful shutdown in progress."},
+    {10107, u"System call failure."},
+    {10109, u"Class type not found."},
+    {11001, u"Host not found."},
+    {11002, u"Nonauthoritative host not found."},
+    {11003, u"This is a nonrecoverable error."},
+    {11004, u"Valid name, no data record of requested type."},
+};
+
+TEST(SocketErrorText, KnowsFortyFourTextsAndNoOther) {
+  std::map<int, TextView> texts(std::begin(kTexts), std::end(kTexts));
+  EXPECT_EQ(texts.size(), 44u);
+
+  for (int number = 9'999; number <= 11'100; ++number) {
+    const auto known = texts.find(number);
+    EXPECT_EQ(SocketErrorText(number), known == texts.end() ? u"Unknown error." : known->second)
+        << number;
+  }
 }
 
 TEST(SocketErrorText, KnowsTheTextOfEachNumber) {
