@@ -62,6 +62,12 @@ class LoadServer : private ClientConnections {
  private:
   void SendData(TextView data, std::int16_t socket) override { oServer.SendData(data, socket); }
   void CloseSocket(std::int16_t socket) override { oServer.CloseSocket(socket); }
+  std::size_t BytesToSend(std::int16_t socket) const override {
+    return oServer.GetBytesToSend(socket);
+  }
+  std::uint64_t BytesSent(std::int16_t socket) const override {
+    return oServer.GetBytesSent(socket);
+  }
   float ProcessRequest(Text& request, Text& response);
 
   Text sPrepared;

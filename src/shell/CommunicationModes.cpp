@@ -98,6 +98,12 @@ void CommunicationModes::mnuCommunicationsSocket_Click() {
   ChooseFlavour(0);
 }
 
+void CommunicationModes::TakeNoMore() {
+  oFolderTransport.TakeNoMore();
+  oSocketTransport.TakeNoMore();
+  if (oSocketServer != nullptr && !bApplying) oSocketServer->StopListening();
+}
+
 void CommunicationModes::StopTransports() {
   tmrSocketProcess.SetEnabled(false);
   if (oSocketServer != nullptr) oSocketServer->StopServer();

@@ -38,6 +38,8 @@ class CommunicationModes {
   void mnuCommunicationsFolder_Click();
   void mnuCommunicationsSocket_Click();
 
+  /// The shut-down: no connection and no request is taken any more; what is being sent goes on.
+  void TakeNoMore();
   /// The shut-down: stops the transports without a word.
   void StopTransports();
 

@@ -9,7 +9,9 @@ constexpr std::int32_t kHighestPort = 65535;
 
 }  // namespace
 
-GatewaySocketServer::GatewaySocketServer(SocketTransport& transport, Trace& trace) {
+GatewaySocketServer::GatewaySocketServer(SocketTransport& transport, Trace& trace,
+                                         MSocketSupport& support)
+    : oSocketServer(support) {
   SocketServerEvents& events = oSocketServer.Events;
   events.SocketOpened = [&](std::int16_t socket, std::int32_t, TextView, TextView) {
     Guarded(trace, u"oSocketServer_SocketOpened",
@@ -20,7 +22,7 @@ GatewaySocketServer::GatewaySocketServer(SocketTransport& transport, Trace& trac
     Guarded(trace, u"oSocketServer_DataArrival",
             [&] { transport.oSocketServer_DataArrival(socket, data); });
   };
-  events.Error = [&](std::int16_t socket, std::int16_t number, const Text& description,
+  events.Error = [&](std::int16_t socket, std::uint16_t number, const Text& description,
                      std::int32_t, TextView) {
     Guarded(trace, u"oSocketServer_Error",
             [&] { transport.oSocketServer_Error(socket, number, description); });

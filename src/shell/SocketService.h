@@ -15,6 +15,8 @@ class SocketService : public ClientConnections {
   /// Listens on all interfaces. False when the port cannot be had. Events may be dispatched before
   /// it returns.
   virtual bool StartServer(std::int32_t port) = 0;
+  /// Closes the listener only: no new connections, those that are there stay.
+  virtual void StopListening() = 0;
   /// Closes the listener and every connection, without an event for those.
   virtual void StopServer() = 0;
 };

@@ -97,6 +97,11 @@ frmMain::frmMain(Surroundings surroundings)
       tmrLook(milliseconds(2000), [this] { tmrLook_Timer(); }),
       tmrClose(milliseconds(1000), [this] { tmrClose_Timer(); }),
       tmrLoadingFlag(milliseconds(5000), [this] { tmrLoadingFlag_Timer(); }),
+      tmrDelivery(milliseconds(20),
+                  [this] {
+                    tmrDelivery.SetEnabled(false);
+                    Unload();
+                  }),
       tmrUnload(milliseconds(1),
                 [this] {
                   tmrUnload.SetEnabled(false);
@@ -212,8 +217,8 @@ void frmMain::CloseRequest(platform::ApplicationWindow::CloseReason reason) {
       return;
     }
     mnuFileExit_Click();
-    // The system does not wait for the request in work.
-    if (reason == Reason::kSystemEnds && !bUnloaded) oQBXML.GiveUp();
+    // The system waits neither for the request in work nor for slow clients.
+    if (reason == Reason::kSystemEnds && !bUnloaded) GiveUpWaiting();
   });
 }
 
@@ -285,16 +290,20 @@ void frmMain::mnuFileHide_Click() {
   oSurroundings.frame.SetState(platform::WindowState::kNormal);
 }
 
-// The first waits for a request in work. The second gives it up: QuickBooks may never answer.
+// The first waits for a request in work and for responses that are being sent. The second gives
+// them up: QuickBooks may never answer, a client may be slow.
 void frmMain::mnuFileExit_Click() {
-  if (bUnloadWanted) {
-    oQBXML.GiveUp();
-    return;
-  }
+  if (bUnloadWanted) return GiveUpWaiting();
   Unload();
   if (!bUnloaded && oGate.IsBusy()) {
     oLogs.AddStatus(u"Exit waits for the request in work; exit again to give it up");
   }
+}
+
+void frmMain::GiveUpWaiting() {
+  bWaitingGivenUp = true;
+  oQBXML.GiveUp();
+  Unload();
 }
 
 void frmMain::OpenWindow() {
@@ -311,8 +320,9 @@ bool frmMain::LetEventsRun() const {
 void frmMain::Unload() {
   if (bUnloaded) return;
   bUnloadWanted = true;
-  oFolderTransport.TakeNoMore();
+  Guarded(oLogs, u"Unload", [this] { oCommunications.TakeNoMore(); });
   if (oGate.IsBusy() || oCommunications.IsApplying()) return;
+  if (!bWaitingGivenUp && AwaitDelivery()) return;
   bUnloaded = true;
   Guarded(oLogs, u"QueryUnload", [this] { QueryUnload(); });
   Guarded(oLogs, u"Unload", [this] {
@@ -321,6 +331,16 @@ void frmMain::Unload() {
     oSurroundings.frame.RemoveMark(kWindowMark);
   });
   oSurroundings.unloaded();
+}
+
+// True while responses are still going out; Unload is entered again soon.
+bool frmMain::AwaitDelivery() {
+  if (!oSocketTransport.IsDelivering()) return false;
+  if (!std::exchange(bDeliveryTold, true)) {
+    oLogs.AddStatus(u"Exit waits for responses that are being sent; exit again to give them up");
+  }
+  tmrDelivery.SetEnabled(true);
+  return true;
 }
 
 void frmMain::QueryUnload() {

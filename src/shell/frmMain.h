@@ -76,7 +76,8 @@ class frmMain {
   /// loaded, its window shown. Never raises.
   void Load();
   /// Ends the session, stops the transports and unloads. While a request is in work it is put off
-  /// until that has ended. Harmless when repeated; never raises.
+  /// until that has ended, and then until the responses have gone out, unless no client has taken
+  /// anything for five seconds. Harmless when repeated; never raises.
   void Unload();
   bool IsUnloaded() const { return bUnloaded; }
 
@@ -106,6 +107,8 @@ class frmMain {
   // failure: what is told when the step fails. False when the window has been hidden.
   bool RunLoadSteps(TextView& failure);
   void QueryUnload();
+  bool AwaitDelivery();
+  void GiveUpWaiting();
   void CarryOutUnload();
   float ProcessRequest(Text& request, Text& response);
   std::shared_ptr<clsWatchFolder> CreateWatcher();
@@ -146,10 +149,13 @@ class frmMain {
   platform::Timer tmrLook;  // looks at the process folder again while it is watched
   platform::Timer tmrClose;
   platform::Timer tmrLoadingFlag;
+  platform::Timer tmrDelivery;  // looks whether the responses have gone out
   platform::Timer tmrUnload;  // carries out an unload that was put off
   CommunicationModes oCommunications;
   std::array<bool, mnuLast + 1> bRunning{};  // by menu item: its command is on the stack
   bool bUnloadWanted = false;
+  bool bWaitingGivenUp = false;  // by a second exit
+  bool bDeliveryTold = false;
   bool bUnloaded = false;
 };
 

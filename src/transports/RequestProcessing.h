@@ -1,9 +1,11 @@
-// What a transport hands a request to.
+// What a transport hands a request to, and what it gets back.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 #include "util/Text.h"
+#include "util/TextBudget.h"
 
 namespace ostrel {
 
@@ -12,5 +14,17 @@ using RequestProcessing = std::function<float(Text& request, Text& response)>;
 
 /// Characters; no transport takes a longer request.
 inline constexpr std::size_t kLongestRequest = std::size_t{256} * 1024 * 1024;
+
+/// A response with its share of the budget of all texts.
+struct HeldResponse {
+  float fResult = 0;  // above 0 for an error
+  Text sText;
+  TextBudget::Share oShare;
+};
+
+/// Has the request processed. A response that would pass the budget is given up for error 7.
+/// bytesToSend: what each of its characters will take on its way, beside the text.
+HeldResponse ProcessWithinBudget(const RequestProcessing& process, Text& request,
+                                 std::size_t bytesToSend = 0);
 
 }  // namespace ostrel

@@ -1,5 +1,6 @@
 #include "transports/RequestText.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrel {
@@ -9,19 +10,34 @@ constexpr std::size_t kChunk = 1024 * 1024;  // characters; most requests are sh
 
 }  // namespace
 
-/// The first chunk grows with the request; who has filled it will fill others.
-Text& RequestText::ChunkWithRoom() {
+void RequestText::Chunk::Reserve(std::size_t characters) {
+  if (characters <= sText.capacity()) return;
+  oShare.Resize(characters * sizeof(char16_t));
+  sText.reserve(characters);
+  oShare.Resize(sText.capacity() * sizeof(char16_t));
+}
+
+/// Room for some of the wanted characters. The first chunk grows with the request; who has filled
+/// it will fill others.
+Text& RequestText::ChunkWithRoom(std::size_t wanted) {
   if (chunks.empty()) {
     chunks.emplace_back();
-  } else if (chunks.back().size() == kChunk) {
-    chunks.emplace_back().reserve(kChunk);
+  } else if (chunks.back().sText.size() == kChunk) {
+    Chunk next;
+    next.Reserve(kChunk);
+    chunks.push_back(std::move(next));
   }
-  return chunks.back();
+  Chunk& chunk = chunks.back();
+  const std::size_t size = chunk.sText.size() + std::min(wanted, kChunk - chunk.sText.size());
+  if (size > chunk.sText.capacity()) {
+    chunk.Reserve(std::min(std::max(size, 2 * chunk.sText.capacity()), kChunk));
+  }
+  return chunk.sText;
 }
 
 void RequestText::Append(TextView piece) {
   while (!piece.empty()) {
-    Text& chunk = ChunkWithRoom();
+    Text& chunk = ChunkWithRoom(piece.size());
     const TextView part = piece.substr(0, kChunk - chunk.size());
     chunk.append(part);
     lLength += part.size();
@@ -30,16 +46,20 @@ void RequestText::Append(TextView piece) {
 }
 
 Text RequestText::Take() {
-  std::vector<Text> parts = std::exchange(chunks, {});
+  std::vector<Chunk> parts = std::exchange(chunks, {});
   const std::size_t length = std::exchange(lLength, 0);
-  if (parts.size() == 1) return std::move(parts.front());
-  Text whole;
-  whole.reserve(length);
-  for (Text& part : parts) {
-    whole.append(part);
-    part = Text();
+  Chunk whole;
+  if (parts.size() == 1) {
+    whole = std::move(parts.front());
+  } else {
+    whole.Reserve(length);
+    for (Chunk& part : parts) {
+      whole.sText.append(part.sText);
+      part = Chunk();
+    }
   }
-  return whole;
+  oTaken = std::move(whole.oShare);
+  return std::move(whole.sText);
 }
 
 }  // namespace ostrel

@@ -1,5 +1,6 @@
 #include "transports/SocketSlots.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
 
@@ -10,42 +11,39 @@ constexpr std::int32_t kGrowth = 10;
 
 std::int32_t NumberIn(const LinkedList::Value& value) { return std::get<std::int32_t>(value); }
 
-std::int32_t ItemAt(const LinkedList& list, std::int32_t index) {
-  return NumberIn(list.Item(index));
+std::int32_t AddKeyed(LinkedList& list, std::int16_t socket, std::int32_t slot) {
+  const std::int32_t entry = list.Add(std::int32_t{socket});
+  list.ExtraData(entry, slot);
+  return entry;
 }
 
-std::int32_t SlotAt(const LinkedList& list, std::int32_t index) {
-  return NumberIn(list.ExtraData(index));
-}
-
-void AddKeyed(LinkedList& list, std::int16_t socket, std::int32_t slot) {
-  list.ExtraData(list.Add(std::int32_t{socket}), slot);
-}
-
-// One walk, whatever is removed on the way.
-template <typename Condition>
-void RemoveWhere(LinkedList& list, Condition condition) {
-  list.MoveFirst();
-  while (list.CurrIndex() != 0) {
-    if (condition(list.CurrIndex())) {
-      list.Remove();
-    } else {
-      list.MoveNext();
-    }
-  }
+void RemoveEach(LinkedList& list) {
+  for (list.MoveFirst(); list.CurrIndex() != 0;) list.Remove();
 }
 
 }  // namespace
 
-std::int32_t SocketSlots::ReceivingSlot(std::int16_t socket) {
-  const std::int32_t index = ReceivingSockets.Find(std::int32_t{socket});
-  return index == 0 ? 0 : SlotAt(ReceivingSockets, index);
+const SocketSlots::Connection& SocketSlots::Known(std::int16_t socket) const {
+  static const Connection none;
+  const auto index = static_cast<std::uint16_t>(socket);
+  return index < oConnections.size() ? oConnections[index] : none;
+}
+
+SocketSlots::Connection& SocketSlots::ConnectionOf(std::int16_t socket) {
+  const auto index = static_cast<std::uint16_t>(socket);
+  if (index >= oConnections.size()) oConnections.resize(index + std::size_t{1});
+  return oConnections[index];
+}
+
+std::int32_t SocketSlots::ReceivingSlot(std::int16_t socket) const {
+  const std::int32_t entry = Known(socket).lReceivingEntry;
+  return entry == 0 ? 0 : NumberIn(ReceivingSockets.ExtraData(entry));
 }
 
 std::int32_t SocketSlots::StartReceiving(std::int16_t socket) {
   const std::int32_t slot = FirstFreeSlot();
   if (slot == 0) return 0;
-  AddKeyed(ReceivingSockets, socket, slot);
+  ConnectionOf(socket).lReceivingEntry = AddKeyed(ReceivingSockets, socket, slot);
   FreeSlots.MoveFirst();
   FreeSlots.Remove();
   At(slot).iSocket = socket;
@@ -68,24 +66,36 @@ void SocketSlots::Grow() {
 }
 
 bool SocketSlots::FreeAnswered() {
-  std::vector<bool> waits(SocketStorage.size() + 1);
-  for (ProcessQueue.MoveFirst(); ProcessQueue.CurrIndex() != 0; ProcessQueue.MoveNext()) {
-    waits[static_cast<std::size_t>(NumberIn(ProcessQueue.Item()))] = true;
-  }
+  bool any = false;
+  for (Connection& connection : oConnections) any = FreeAnsweredOf(connection) || any;
+  return any;
+}
+
+bool SocketSlots::FreeAnsweredOf(Connection& connection) {
   const std::int32_t before = QueuedSockets.Count();
-  RemoveWhere(QueuedSockets, [&](std::int32_t index) {
-    const std::int32_t slot = SlotAt(QueuedSockets, index);
-    if (waits[static_cast<std::size_t>(slot)]) return false;
-    FreeSlot(slot);
-    return true;
-  });
+  std::int32_t waiting = 0;
+  for (std::int32_t slot = connection.lFirstQueued; slot != 0;) {
+    const std::int32_t next = At(slot).lNextSlot;
+    if (At(slot).lProcessEntry == 0) {
+      FreeSlot(slot);
+    } else {
+      At(slot).lNextSlot = std::exchange(waiting, slot);
+    }
+    slot = next;
+  }
+  connection.lFirstQueued = waiting;
   return QueuedSockets.Count() < before;
 }
 
+// Each step leaves the slot where ForgetConnection finds it, should there be no memory for the next.
 void SocketSlots::Queue(std::int16_t socket, std::int32_t slot) {
-  AddKeyed(QueuedSockets, socket, slot);
-  ProcessQueue.Add(slot);
-  ReceivingSockets.RemoveByKey(std::int32_t{socket});
+  Connection& connection = ConnectionOf(socket);
+  Slot& queued = At(slot);
+  queued.lQueuedEntry = AddKeyed(QueuedSockets, socket, slot);
+  queued.lNextSlot = std::exchange(connection.lFirstQueued, slot);
+  ReceivingSockets.Remove(std::exchange(connection.lReceivingEntry, 0));
+  queued.lProcessEntry = ProcessQueue.Add(slot);
+  ++connection.lWaiting;
 }
 
 std::optional<SocketSlots::Request> SocketSlots::TakeOldest() {
@@ -93,7 +103,17 @@ std::optional<SocketSlots::Request> SocketSlots::TakeOldest() {
   ProcessQueue.MoveFirst();
   Slot& slot = At(NumberIn(ProcessQueue.Item()));
   ProcessQueue.Remove();
+  slot.lProcessEntry = 0;
+  --ConnectionOf(slot.iSocket).lWaiting;
   return Request{slot.iSocket, std::exchange(slot.sRequest, {})};
+}
+
+std::int16_t SocketSlots::Busiest() const {
+  const auto busiest = std::max_element(
+      oConnections.begin(), oConnections.end(),
+      [](const Connection& a, const Connection& b) { return a.lWaiting < b.lWaiting; });
+  const bool any = busiest != oConnections.end() && busiest->lWaiting > 0;
+  return static_cast<std::int16_t>(any ? busiest - oConnections.begin() : 0);
 }
 
 void SocketSlots::ForgetClosed(std::int16_t socket) {
@@ -110,11 +130,12 @@ void SocketSlots::ForgetConnection(std::int16_t socket) {
 }
 
 void SocketSlots::ForgetAll() {
-  for (LinkedList* list : {&ProcessQueue, &QueuedSockets, &ReceivingSockets}) {
-    RemoveWhere(*list, [](std::int32_t) { return true; });
-  }
+  for (LinkedList* list : {&ProcessQueue, &QueuedSockets, &ReceivingSockets}) RemoveEach(*list);
+  oConnections.clear();
   for (std::int32_t slot = 1; slot <= iStorageSize; ++slot) {
-    if (At(slot).iSocket != 0) FreeSlot(slot);
+    if (At(slot).iSocket == 0) continue;
+    At(slot) = Slot();
+    FreeSlots.Add(slot);
   }
 }
 
@@ -128,28 +149,32 @@ std::int32_t SocketSlots::FirstFreeSlot() {
   return 0;
 }
 
+/// Takes the slot out of QueuedSockets and ProcessQueue; its connection's chain is the caller's.
 void SocketSlots::FreeSlot(std::int32_t slot) {
-  At(slot) = Slot();
+  const Slot freed = std::exchange(At(slot), Slot());
+  if (freed.lQueuedEntry != 0) QueuedSockets.Remove(freed.lQueuedEntry);
+  if (freed.lProcessEntry != 0) {
+    ProcessQueue.Remove(freed.lProcessEntry);
+    --ConnectionOf(freed.iSocket).lWaiting;
+  }
   FreeSlots.Add(slot);
 }
 
 bool SocketSlots::FreeQueued(std::int16_t socket) {
-  RemoveWhere(ProcessQueue, [&](std::int32_t index) {
-    return At(ItemAt(ProcessQueue, index)).iSocket == socket;
-  });
-  const std::int32_t before = QueuedSockets.Count();
-  RemoveWhere(QueuedSockets, [&](std::int32_t index) {
-    if (ItemAt(QueuedSockets, index) != socket) return false;
-    FreeSlot(SlotAt(QueuedSockets, index));
-    return true;
-  });
-  return QueuedSockets.Count() < before;
+  if (Known(socket).lFirstQueued == 0) return false;
+  std::int32_t slot = std::exchange(ConnectionOf(socket).lFirstQueued, 0);
+  while (slot != 0) {
+    const std::int32_t next = At(slot).lNextSlot;
+    FreeSlot(slot);
+    slot = next;
+  }
+  return true;
 }
 
 void SocketSlots::FreeReceiving(std::int16_t socket) {
   const std::int32_t slot = ReceivingSlot(socket);
   if (slot == 0) return;
-  ReceivingSockets.Remove();
+  ReceivingSockets.Remove(std::exchange(ConnectionOf(socket).lReceivingEntry, 0));
   FreeSlot(slot);
 }
 

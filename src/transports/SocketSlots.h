@@ -1,6 +1,9 @@
 // Where the socket transport keeps the requests of its connections: one slot a request, from its
 // first piece until its connection is closed. Slots are numbered from 1; a connection is known by
 // the socket server's index, from 1. A connection that sends several requests has several slots.
+//
+// What one connection does costs nothing per request of the others: each connection knows its
+// slots, and each slot its entries in the lists.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +20,10 @@ class SocketSlots {
   struct Slot {
     std::int16_t iSocket = 0;  // 0: the slot is free
     RequestText sRequest;      // what has arrived of the request
+    // Indices of this slot's entries in QueuedSockets and ProcessQueue; 0: it has none.
+    std::int32_t lQueuedEntry = 0;
+    std::int32_t lProcessEntry = 0;
+    std::int32_t lNextSlot = 0;  // of the same connection, in QueuedSockets
   };
   struct Request {
     std::int16_t iSocket;
@@ -24,7 +31,7 @@ class SocketSlots {
   };
 
   /// Slot of the connection's incomplete request; 0 when there is none.
-  std::int32_t ReceivingSlot(std::int16_t socket);
+  std::int32_t ReceivingSlot(std::int16_t socket) const;
   /// Gives the connection a slot for a new request. 0 when no known slot is free.
   std::int32_t StartReceiving(std::int16_t socket);
 
@@ -45,6 +52,11 @@ class SocketSlots {
   /// Takes the oldest complete request from ProcessQueue, its text moved out of its slot.
   std::optional<Request> TakeOldest();
 
+  /// The connection's requests in ProcessQueue.
+  std::int32_t Waiting(std::int16_t socket) const { return Known(socket).lWaiting; }
+  /// The connection with the most requests in ProcessQueue; 0 when that is empty.
+  std::int16_t Busiest() const;
+
   /// The client closed the connection. A connection with only an incomplete request keeps slot and
   /// entry in ReceivingSockets (kept: required), though not the text: the next connection of this
   /// index must not inherit it.
@@ -62,10 +74,21 @@ class SocketSlots {
   LinkedList ProcessQueue;          // slot numbers of complete requests, oldest first
 
  private:
+  struct Connection {
+    std::int32_t lReceivingEntry = 0;  // in ReceivingSockets; 0: none
+    std::int32_t lFirstQueued = 0;     // slot; the others follow by lNextSlot
+    std::int32_t lWaiting = 0;
+  };
+
+  const Connection& Known(std::int16_t socket) const;
+  Connection& ConnectionOf(std::int16_t socket);
   std::int32_t FirstFreeSlot();
   void FreeSlot(std::int32_t slot);
+  bool FreeAnsweredOf(Connection& connection);
   bool FreeQueued(std::int16_t socket);
   void FreeReceiving(std::int16_t socket);
+
+  std::vector<Connection> oConnections;  // by socket index
 };
 
 }  // namespace ostrel

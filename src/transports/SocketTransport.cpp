@@ -1,5 +1,6 @@
 #include "transports/SocketTransport.h"
 
+#include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -9,7 +10,15 @@
 namespace ostrel {
 namespace {
 
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+constexpr int kNoBuffers = 10055;  // of the system, as a socket reports it
+constexpr std::size_t kQueuedBytes = 1;  // of a character on its way
+
 constexpr TextView kNoMemory = u"no memory for its request";
+constexpr TextView kNoMemoryForResponse = u"no memory for its response";
+constexpr TextView kIdle = u"it took nothing of its response for five minutes";
 constexpr TextView kTooLong = u"its request is too long";
 constexpr TextView kNoRoom = u"no room for another request";
 constexpr TextView kAttributeMarkText(&kAttributeMark, 1);
@@ -55,12 +64,21 @@ SocketTransport::SocketTransport(const TransportSettings& settings, Trace& trace
       iActiveSocket(activeSocket),
       ProcessRequest(std::move(processRequest)) {}
 
-void SocketTransport::Attach(ClientConnections& connections) { oConnections = &connections; }
+void SocketTransport::Attach(ClientConnections& connections) {
+  oConnections = &connections;
+  bTakeNoMore = false;
+  oEndBegan.reset();
+}
 
 void SocketTransport::Detach() {
   oConnections = nullptr;
+  ForgetAll();
+}
+
+void SocketTransport::ForgetAll() {
   iReplyTo = 0;
   EndedSockets.clear();
+  oDeliveries.ForgetAll();
   oSlots.ForgetAll();
 }
 
@@ -68,11 +86,12 @@ void SocketTransport::oSocketServer_SocketOpened(std::int16_t socket) {
   // The server reuses an index it has closed itself, which raised no event.
   StopReplyTo(socket);
   EndedSockets.erase(socket);
+  oDeliveries.Forget(socket);
   oSlots.ForgetClosed(socket);
 }
 
 void SocketTransport::oSocketServer_DataArrival(std::int16_t socket, TextView data) {
-  if (EndedSockets.contains(socket)) return;
+  if (bTakeNoMore || EndedSockets.contains(socket)) return;
   try {
     Receive(socket, data);
   } catch (const std::bad_alloc&) {
@@ -99,6 +118,10 @@ void SocketTransport::Receive(std::int16_t socket, TextView data) {
   if (data.size() > lLongestRequest - request.Length()) return EndConnection(socket, kTooLong);
   request.Append(data);
   if (!complete) return;
+  if (oSlots.Waiting(socket) >= lMostWaiting) {
+    return EndConnection(socket,
+                         u"more than " + ToText(std::int64_t{lMostWaiting}) + u" requests wait");
+  }
   Log(socket, u"Adds to Process Queue");
   oSlots.Queue(socket, slot);
 }
@@ -110,47 +133,53 @@ std::int32_t SocketTransport::SlotFor(std::int16_t socket) {
     if (oSlots.CanGrow()) {
       Log(socket, u"Resize socket Storage Array: ", ToText(std::int64_t{oSlots.SizeAfterGrowth()}));
       oSlots.Grow();
-    } else if (!oSlots.FreeAnswered()) {
+    } else if (!oSlots.FreeAnswered() && !MakeRoomFor(socket)) {
       return 0;
     }
   }
 }
 
-void SocketTransport::oSocketServer_Error(std::int16_t socket, std::int16_t number,
+// Nobody is shut out by the many requests of another.
+bool SocketTransport::MakeRoomFor(std::int16_t socket) {
+  const std::int16_t busiest = oSlots.Busiest();
+  if (oSlots.Waiting(busiest) <= oSlots.Waiting(socket) + 1) return false;
+  EndConnection(busiest, kNoRoom);
+  return true;
+}
+
+void SocketTransport::oSocketServer_Error(std::int16_t socket, std::uint16_t number,
                                           TextView description) {
   oTrace.AddStatus(u"Socket Error " + ToText(std::int64_t{socket}) + u" - " +
                    ToText(std::int64_t{number}) + u" - " + Text(description));
   iActiveSocket = 0;
   if (oConnections != nullptr) oConnections->CloseSocket(socket);
-  if (socket == 0) {
-    iReplyTo = 0;
-    EndedSockets.clear();
-    oSlots.ForgetAll();
-    return;
-  }
+  if (socket == 0) return ForgetAll();
   StopReplyTo(socket);
+  oDeliveries.Forget(socket);
   oSlots.ForgetConnection(socket);
   EndedSockets.insert(socket);
 }
 
 void SocketTransport::oSocketServer_SocketClosed(std::int16_t socket) {
   StopReplyTo(socket);
+  oDeliveries.Forget(socket);
   oSlots.ForgetClosed(socket);
 }
 
 void SocketTransport::tmrSocketProcess_Timer() {
-  if (oSlots.ProcessQueue.IsEmpty()) return;
+  LetGoOfIdleClients();
+  if (bTakeNoMore || oSlots.ProcessQueue.IsEmpty()) return;
   const auto pass = oGate.TryEnter();
   if (!pass) return;
 
   auto request = oSlots.TakeOldest();
   const InWork inWork(*this, request->iSocket);
   try {
-    Answer(request->sRequest.Take());
+    Answer(request->sRequest);
   } catch (const std::bad_alloc&) {
-    EndConnection(request->iSocket, kNoMemory);
+    EndReply(kNoMemory);
   } catch (const std::length_error&) {
-    EndConnection(request->iSocket, kTooLong);
+    EndReply(kTooLong);
   } catch (const RunTimeError& error) {
     Log(request->iSocket, u"Error: ", error.Description);
   } catch (const std::exception& error) {
@@ -158,37 +187,44 @@ void SocketTransport::tmrSocketProcess_Timer() {
   }
 }
 
-void SocketTransport::Answer(Text request) {
-  Text response;
-  const float result = ProcessRequest(request, response);
-  request = Text();
-  if (result > 0) {
-    SendFailure(result, response);
+// The request's text goes before the response is sent, and its share of the budget with it.
+void SocketTransport::Answer(RequestText& request) {
+  HeldResponse response;
+  {
+    Text text = request.Take();
+    response = ProcessWithinBudget(ProcessRequest, text, kQueuedBytes);
+  }
+  request = {};
+  if (response.fResult > 0) {
+    SendFailure(response);
   } else {
     SendResponse(response);
   }
 }
 
-void SocketTransport::SendFailure(float result, TextView response) {
-  Text reply = u"ERROR: " + ToText(result);
-  reply.append(kAttributeMarkText).append(response).append(kEndOfDataMarkText);
+void SocketTransport::SendFailure(HeldResponse& response) {
+  Text& reply = response.sText;
+  reply.insert(0, u"ERROR: " + ToText(response.fResult).append(kAttributeMarkText));
+  reply.append(kEndOfDataMarkText);
+  response.oShare.Resize(reply.capacity() * sizeof(char16_t));  // the rest is for the queue
   if (Send(reply)) Log(iReplyTo, u"Results: ", reply);
 }
 
-void SocketTransport::SendResponse(TextView response) {
+void SocketTransport::SendResponse(HeldResponse& response) {
   // Counts the characters before line breaks are replaced, and its own send is not judged (kept:
   // clients use it as a size hint and read up to the end-of-data mark).
-  const Text header =
-      ToText(static_cast<std::int64_t>(response.size()) + 2).append(kAttributeMarkText);
-  if (iReplyTo != 0) oConnections->SendData(header, iReplyTo);
+  const auto length = static_cast<std::int64_t>(response.sText.size());
+  if (iReplyTo != 0) Queue(ToText(length + 2).append(kAttributeMarkText));
   if (SendBlocks(response)) Send(kEndOfDataMarkText);
 }
 
-bool SocketTransport::SendBlocks(TextView response) {
+bool SocketTransport::SendBlocks(HeldResponse& response) {
   Text block;
-  while (!response.empty()) {
-    const TextView piece = response.substr(0, static_cast<std::size_t>(oSettings.lBlockSize));
-    response.remove_prefix(piece.size());
+  TextView rest = response.sText;
+  while (!rest.empty()) {
+    const TextView piece = rest.substr(0, static_cast<std::size_t>(oSettings.lBlockSize));
+    rest.remove_prefix(piece.size());
+    response.oShare.Resize(response.oShare.Size() - piece.size() * kQueuedBytes);
     // A line break across the edge of two blocks goes out as CR and LF (kept: required).
     ReplaceLineBreaks(piece, block);
     if (!Send(block)) return false;
@@ -200,17 +236,47 @@ bool SocketTransport::SendBlocks(TextView response) {
 
 bool SocketTransport::Send(TextView data) {
   if (iReplyTo == 0) return false;
-  oConnections->SendData(data, iReplyTo);
-  if (Err.Number == 0) return true;
+  Queue(data);
+  const int error = Err.Number;
+  if (error == 0) return true;
   Log(iReplyTo, u"Socket Send Error: ",
-      ToText(std::int64_t{Err.Number}) + u" (" + Err.Source + u") " + Err.Description);
+      ToText(std::int64_t{error}) + u" (" + Err.Source + u") " + Err.Description);
+  // The connection is still there: its client would wait for the rest, or take the next response
+  // for it.
+  if (error == RunTimeError::kOutOfMemory || error == kNoBuffers) EndReply(kNoMemoryForResponse);
   return false;
+}
+
+void SocketTransport::Queue(TextView data) {
+  oConnections->SendData(data, iReplyTo);
+  oDeliveries.Queued(*oConnections, iReplyTo, Now());
 }
 
 bool SocketTransport::SendLoadingNotice() {
   if (!bInWork) return false;
-  if (iReplyTo != 0) oConnections->SendData(u"ERROR: 99\u001F", iReplyTo);
+  if (iReplyTo != 0) Queue(u"ERROR: 99\u001F");
   return true;
+}
+
+void SocketTransport::LetGoOfIdleClients() {
+  const auto now = Now();
+  if (oConnections == nullptr || now < tNextLook) return;
+  tNextLook = now + seconds(1);
+  oDeliveries.Look(*oConnections, now);
+  for (const std::int16_t socket : oDeliveries.IdleSince(now - minutes(5))) {
+    oDeliveries.Forget(socket);
+    EndConnection(socket, kIdle);
+    oConnections->CloseSocket(socket);  // without what is queued
+  }
+}
+
+bool SocketTransport::IsDelivering() {
+  if (oConnections == nullptr) return false;
+  const auto now = Now();
+  if (!oEndBegan) oEndBegan = now;
+  oDeliveries.Look(*oConnections, now);
+  const auto lastProgress = std::max(*oEndBegan, oDeliveries.LastProgress());
+  return !oDeliveries.AllDone() && now - lastProgress < seconds(5);
 }
 
 void SocketTransport::EndConnection(std::int16_t socket, TextView reason) {
@@ -219,6 +285,11 @@ void SocketTransport::EndConnection(std::int16_t socket, TextView reason) {
   EndedSockets.insert(socket);
   if (oConnections != nullptr) oConnections->CloseSocket(socket);
   oTrace.AddStatus(SocketName(socket) + u" ended: " + Text(reason));
+}
+
+// Nobody when the client has gone: its index may be another's by now.
+void SocketTransport::EndReply(TextView reason) {
+  if (iReplyTo != 0) EndConnection(iReplyTo, reason);
 }
 
 void SocketTransport::StopReplyTo(std::int16_t socket) {

@@ -1,16 +1,20 @@
 // Requests over TCP: puts the pieces of each client's request together until the end-of-data mark,
 // queues complete requests, and answers one a timer tick on the connection it came from. A request
-// that cannot be kept or answered for want of memory ends its own connection only.
+// that cannot be kept or answered for want of memory ends its own connection only; so do too many
+// requests at once, and a response that the client does not take.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 
 #include "gateway/RequestGate.h"
 #include "gateway/Trace.h"
 #include "platform/EventLoop.h"
 #include "transports/ClientConnections.h"
+#include "transports/Deliveries.h"
 #include "transports/RequestProcessing.h"
 #include "transports/SocketSlots.h"
 #include "transports/TransportSettings.h"
@@ -33,11 +37,18 @@ class SocketTransport {
   void oSocketServer_SocketOpened(std::int16_t socket);
   void oSocketServer_DataArrival(std::int16_t socket, TextView data);
   /// Socket 0 is the listener: the server then closes all its connections without further events.
-  void oSocketServer_Error(std::int16_t socket, std::int16_t number, TextView description);
+  void oSocketServer_Error(std::int16_t socket, std::uint16_t number, TextView description);
   void oSocketServer_SocketClosed(std::int16_t socket);
 
-  /// Answers the oldest complete request; does nothing while another is in work.
+  /// Answers the oldest complete request; does nothing while another is in work. Also lets go of
+  /// clients that have taken nothing of their responses for five minutes.
   void tmrSocketProcess_Timer();
+
+  /// The shut-down: what arrives from now on is dropped, what waits is not answered any more.
+  void TakeNoMore() { bTakeNoMore = true; }
+  /// For the shut-down to ask until it is false: whether responses are still going out, and one of
+  /// the clients has taken something in the last five seconds.
+  bool IsDelivering();
 
   /// Tells the client whose request is in work that QuickBooks is still loading. False when no
   /// socket request is in work.
@@ -47,18 +58,26 @@ class SocketTransport {
   std::function<void()> DoEvents = platform::DoEvents;
   /// Characters; a longer request ends its connection.
   std::size_t lLongestRequest = kLongestRequest;
+  /// Of one connection; one more ends it.
+  std::int32_t lMostWaiting = 1000;
+  std::function<Deliveries::Time()> Now = &std::chrono::steady_clock::now;
 
  private:
   class InWork;
 
   void Receive(std::int16_t socket, TextView data);
   std::int32_t SlotFor(std::int16_t socket);
-  void Answer(Text request);
-  void SendFailure(float result, TextView response);
-  void SendResponse(TextView response);
-  bool SendBlocks(TextView response);
+  bool MakeRoomFor(std::int16_t socket);
+  void Answer(RequestText& request);
+  void SendFailure(HeldResponse& response);
+  void SendResponse(HeldResponse& response);
+  bool SendBlocks(HeldResponse& response);
   bool Send(TextView data);
+  void Queue(TextView data);
   void EndConnection(std::int16_t socket, TextView reason);
+  void EndReply(TextView reason);
+  void LetGoOfIdleClients();
+  void ForgetAll();
   void StopReplyTo(std::int16_t socket);
   void Log(std::int16_t socket, TextView what, TextView value = {});
 
@@ -73,6 +92,10 @@ class SocketTransport {
   bool bInWork = false;
   std::int16_t iReplyTo = 0;            // the connection being answered; 0 once it has gone
   std::set<std::int16_t> EndedSockets;  // what still arrives from these is dropped
+  Deliveries oDeliveries;
+  Deliveries::Time tNextLook;
+  bool bTakeNoMore = false;
+  std::optional<Deliveries::Time> oEndBegan;  // when IsDelivering was first asked
 };
 
 }  // namespace ostrel

@@ -107,7 +107,9 @@ void SocketWindow::CancelLookUp(LookUpHandle lookUp) {
   }
 }
 
-void SocketWindow::Opened(SocketHandle socket) { sockets[socket] = {}; }
+void SocketWindow::Opened(SocketHandle socket, bool awaitsConnection) {
+  sockets[socket] = {.awaitsConnection = awaitsConnection};
+}
 
 void SocketWindow::Connecting(SocketHandle handle) {
   if (Socket* const socket = Find(handle)) {
@@ -115,9 +117,9 @@ void SocketWindow::Connecting(SocketHandle handle) {
   }
 }
 
-bool SocketWindow::IsConnecting(SocketHandle handle) {
+bool SocketWindow::AwaitsConnection(SocketHandle handle) {
   const Socket* const socket = Find(handle);
-  return socket != nullptr && socket->connecting;
+  return socket != nullptr && socket->awaitsConnection;
 }
 
 /// Windows itself tells of room only after a send would have blocked.
@@ -211,6 +213,7 @@ void SocketWindow::OnSocketMessage(SocketHandle handle, int event, int error) {
 void SocketWindow::OnConnect(SocketHandle handle, Socket& socket, int error) {
   if (std::exchange(socket.connecting, false)) {
     socket.closeAnnounced = error != 0;
+    socket.awaitsConnection = error != 0;
     Announce(handle, SocketEvent::kConnect, error);
   }
 }

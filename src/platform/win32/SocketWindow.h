@@ -36,9 +36,10 @@ class SocketWindow {
   void CancelLookUp(LookUpHandle lookUp);
 
   /// For the operations to say what became of a socket.
-  void Opened(SocketHandle socket);
+  void Opened(SocketHandle socket, bool awaitsConnection);
   void Connecting(SocketHandle socket);
-  bool IsConnecting(SocketHandle socket);
+  /// From its opening as a stream to its connect notification.
+  bool AwaitsConnection(SocketHandle socket);
   void Sent(SocketHandle socket);
   void Received(SocketHandle socket);
   void PauseAccepting(SocketHandle listener);
@@ -49,6 +50,7 @@ class SocketWindow {
 
  private:
   struct Socket {
+    bool awaitsConnection = false;
     bool connecting = false;
     bool writePosted = false;
     bool closeWaits = false;  // until everything is received

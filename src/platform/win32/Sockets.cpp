@@ -82,16 +82,16 @@ class WindowsSockets final : public SocketLayer {
   SocketResult<SocketProperties> Properties(SocketHandle socket) override;
 
  private:
-  static SocketResult<SocketHandle> Adopt(SOCKET socket);
+  static SocketResult<SocketHandle> Adopt(SOCKET socket, bool awaitsConnection);
 };
 
-SocketResult<SocketHandle> WindowsSockets::Adopt(SOCKET socket) {
+SocketResult<SocketHandle> WindowsSockets::Adopt(SOCKET socket, bool awaitsConnection) {
   SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
   u_long on = 1;
   ioctlsocket(socket, static_cast<long>(FIONBIO), &on);
   const auto handle = static_cast<SocketHandle>(socket);
   try {
-    TheSocketWindow().Opened(handle);
+    TheSocketWindow().Opened(handle, awaitsConnection);
     return {handle, 0};
   } catch (const std::bad_alloc&) {
     closesocket(socket);
@@ -110,7 +110,7 @@ SocketResult<SocketHandle> WindowsSockets::Open(SocketProtocol protocol) {
   if (tcp) {
     SendAtOnce(opened);
   }
-  return Adopt(opened);
+  return Adopt(opened, tcp);
 }
 
 int WindowsSockets::Close(SocketHandle socket) {
@@ -133,7 +133,7 @@ SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
   if (accepted != INVALID_SOCKET) {
     SendAtOnce(accepted);
     ProbeWhenIdle(accepted);
-    return Adopt(accepted);
+    return Adopt(accepted, false);
   }
   const int error = WSAGetLastError();
   if (error == WSAEMFILE || error == WSAENOBUFS) {
@@ -160,7 +160,7 @@ SocketResult<std::int32_t> WindowsSockets::Send(SocketHandle socket, std::span<c
   if (peer != nullptr) {
     system = ToSystem(*peer);
   }
-  if (TheSocketWindow().IsConnecting(socket)) {
+  if (TheSocketWindow().AwaitsConnection(socket)) {
     return {0, WSAENOTCONN};
   }
   const auto* const to = peer != nullptr ? reinterpret_cast<const sockaddr*>(&system) : nullptr;

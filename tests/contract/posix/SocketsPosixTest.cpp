@@ -1,7 +1,10 @@
 // What the POSIX sockets do when descriptors run out, and what they cost.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -142,6 +145,25 @@ TEST_F(SocketsPosixTest, IsNotInheritedByAChildProcess) {
   for (const SocketHandle socket : opened) {
     EXPECT_NE(fcntl(socket, F_GETFD) & FD_CLOEXEC, 0);
   }
+}
+
+TEST_F(SocketsPosixTest, ProbesAnIdleConnectionAfterAMinute) {
+  const auto option = [](SocketHandle socket, int level, int name) {
+    int value = 0;
+    socklen_t size = sizeof value;
+    getsockopt(socket, level, name, &value, &size);
+    return value;
+  };
+  Connect(Open());
+  ASSERT_TRUE(AwaitAccept(1));
+
+  const SocketHandle accepted = sockets.Accept(listener).value;
+  opened.push_back(accepted);
+
+  EXPECT_EQ(option(accepted, SOL_SOCKET, SO_KEEPALIVE), 1);
+  EXPECT_EQ(option(accepted, IPPROTO_TCP, TCP_KEEPIDLE), 60);
+  EXPECT_EQ(option(accepted, IPPROTO_TCP, TCP_KEEPINTVL), 10);
+  EXPECT_EQ(option(accepted, IPPROTO_TCP, TCP_KEEPCNT), 6);
 }
 
 TEST_F(SocketsPosixTest, CostsNothingWhileEndedConnectionsAreNotReceivedFrom) {

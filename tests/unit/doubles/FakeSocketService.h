@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <vector>
 
 #include "shell/SocketService.h"
@@ -21,6 +22,9 @@ struct FakeNetwork {
   int iServersCreated = 0;
   int iServersAlive = 0;
   int iStops = 0;
+  int iListenersStopped = 0;
+  std::map<std::int16_t, std::size_t> ToSend;  // what clients have not taken yet, by socket
+  std::map<std::int16_t, std::uint64_t> Taken;
   /// Runs while a server starts.
   std::function<void()> DuringStart;
 
@@ -49,6 +53,7 @@ class FakeSocketService : public SocketService {
     if (oNetwork.DuringStart) oNetwork.DuringStart();
     return bStarted = !oNetwork.bPortTaken;
   }
+  void StopListening() override { ++oNetwork.iListenersStopped; }
   void StopServer() override {
     ++oNetwork.iStops;
     bStarted = false;
@@ -57,6 +62,14 @@ class FakeSocketService : public SocketService {
     oNetwork.Replies.push_back({socket, Text(data)});
   }
   void CloseSocket(std::int16_t) override {}
+  std::size_t BytesToSend(std::int16_t socket) const override {
+    const auto found = oNetwork.ToSend.find(socket);
+    return found == oNetwork.ToSend.end() ? 0 : found->second;
+  }
+  std::uint64_t BytesSent(std::int16_t socket) const override {
+    const auto found = oNetwork.Taken.find(socket);
+    return found == oNetwork.Taken.end() ? 0 : found->second;
+  }
 
  private:
   FakeNetwork& oNetwork;

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <new>
 
+#include "tests/support/TextBudgetLimit.h"
 #include "transports/RequestText.h"
 
 namespace ostrel {
@@ -52,6 +54,42 @@ TEST(RequestText, KeepsPiecesThatReachAcrossTheEdgeOfAChunk) {
 
   EXPECT_EQ(request.Length(), text.size());
   EXPECT_TRUE(request.Take() == text);
+}
+
+TEST(RequestText, CountsItsMemoryAgainstTheBudget) {
+  const Text text = Alphabets(3'000'000);
+  {
+    RequestText request;
+    request.Append(text.substr(0, 1000));
+    EXPECT_GE(ProcessTextBudget().Held(), 2'000u);
+    EXPECT_LE(ProcessTextBudget().Held(), 4'100u);
+    request.Append(text.substr(1000));
+    EXPECT_EQ(ProcessTextBudget().Held(), 3u * 1024 * 1024 * 2);
+
+    const Text whole = request.Take();
+    EXPECT_TRUE(whole == text);
+    EXPECT_EQ(ProcessTextBudget().Held(), whole.capacity() * 2);
+  }
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+TEST(RequestText, RaisesWantOfMemoryWhenItWouldPassTheBudget) {
+  RequestText request;
+  request.Append(Alphabets(1000));
+  const TextBudgetLimit limit(3'000);
+
+  EXPECT_THROW(request.Append(Alphabets(1000)), std::bad_alloc);
+
+  request = {};
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+TEST(RequestText, RaisesWantOfMemoryForTheWholeText) {
+  RequestText request;
+  request.Append(Alphabets(2'000'000));
+  const TextBudgetLimit limit(6'000'000);
+
+  EXPECT_THROW(request.Take(), std::bad_alloc);
 }
 
 TEST(RequestText, HoldsATextOfExactlyOneChunk) {

@@ -197,6 +197,97 @@ TEST(SocketSlots, TellsWhenNothingIsAnswered) {
   EXPECT_FALSE(slots.FreeAnswered());
 }
 
+TEST(SocketSlots, KeepsTheQueuedEntriesOfOthersWhenAConnectionCloses) {
+  SocketSlots slots = GrownSlots();
+  QueueRequest(slots, 1);
+  const std::int32_t answered = QueueRequest(slots, 2);
+  slots.TakeOldest();
+  slots.TakeOldest();
+  const std::int32_t waiting = QueueRequest(slots, 2);
+
+  slots.ForgetClosed(1);
+
+  EXPECT_EQ(Numbers(slots.QueuedSockets), (Slots{2, 2}));
+  EXPECT_EQ(slots.At(answered).iSocket, 2);
+  EXPECT_EQ(slots.At(waiting).iSocket, 2);
+  slots.ForgetClosed(2);
+  EXPECT_EQ(slots.FreeSlots.Count(), 11);
+}
+
+TEST(SocketSlots, CountsTheRequestsThatWait) {
+  SocketSlots slots = GrownSlots();
+  EXPECT_EQ(slots.Waiting(1), 0);
+  EXPECT_EQ(slots.Busiest(), 0);
+  QueueRequest(slots, 1);
+  QueueRequest(slots, 2);
+  QueueRequest(slots, 2);
+  slots.StartReceiving(1);
+  EXPECT_EQ(slots.Waiting(1), 1);
+  EXPECT_EQ(slots.Waiting(2), 2);
+  EXPECT_EQ(slots.Busiest(), 2);
+
+  slots.TakeOldest();
+  slots.ForgetConnection(2);
+
+  EXPECT_EQ(slots.Waiting(1), 0);
+  EXPECT_EQ(slots.Waiting(2), 0);
+  EXPECT_EQ(slots.Busiest(), 0);
+}
+
+TEST(SocketSlots, FreesWhatIsLeftOfAConnectionAfterItsAnsweredSlots) {
+  SocketSlots slots = GrownSlots();
+  for (int i = 0; i < 3; ++i) QueueRequest(slots, 1);
+  slots.TakeOldest();
+  slots.FreeAnswered();
+  EXPECT_EQ(slots.QueuedSockets.Count(), 2);
+
+  slots.ForgetClosed(1);
+
+  EXPECT_EQ(slots.FreeSlots.Count(), 11);
+  EXPECT_TRUE(slots.QueuedSockets.IsEmpty());
+  EXPECT_TRUE(slots.ProcessQueue.IsEmpty());
+}
+
+TEST(SocketSlots, ForgetsTheLastSlotToo) {
+  SocketSlots slots = GrownSlots();
+  for (std::int16_t socket = 1; socket <= 11; ++socket) QueueRequest(slots, socket);
+
+  slots.ForgetAll();
+
+  EXPECT_EQ(slots.At(11).iSocket, 0);
+  EXPECT_EQ(slots.FreeSlots.Count(), 11);
+  EXPECT_EQ(slots.Waiting(11), 0);
+  EXPECT_EQ(QueueRequest(slots, 11), 1);
+}
+
+TEST(SocketSlots, GivesTheNextRequestsOfAForgottenConnectionSlotsOfTheirOwn) {
+  SocketSlots slots = GrownSlots();
+  QueueRequest(slots, 1);
+  slots.StartReceiving(1);
+  slots.ForgetAll();
+
+  EXPECT_EQ(slots.ReceivingSlot(1), 0);
+  QueueRequest(slots, 1, u"anew");
+
+  EXPECT_EQ(slots.TakeOldest()->sRequest.Take(), u"anew");
+  slots.ForgetClosed(1);
+  EXPECT_EQ(slots.FreeSlots.Count(), 11);
+}
+
+// A walk over the requests of all, for each piece and each close, would take minutes here.
+TEST(SocketSlots, TakesNoLongerForTheRequestsOfOthers) {
+  SocketSlots slots;
+  while (slots.CanGrow()) slots.Grow();
+  for (int i = 0; i < 30'000; ++i) QueueRequest(slots, 1, u"");
+
+  for (int round = 0; round < 100'000; ++round) {
+    QueueRequest(slots, 2, u"");
+    slots.ForgetClosed(2);
+  }
+
+  EXPECT_EQ(slots.Waiting(1), 30'000);
+}
+
 TEST(SocketSlots, ForgetsEveryConnection) {
   SocketSlots slots = GrownSlots();
   QueueRequest(slots, 1);

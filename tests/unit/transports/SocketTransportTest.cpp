@@ -1,16 +1,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <new>
 #include <stdexcept>
 
 #include "../doubles/FakeTrace.h"
+#include "tests/support/TextBudgetLimit.h"
 #include "transports/SocketTransport.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {
 namespace {
 
+using std::chrono::milliseconds;
+using std::chrono::minutes;
+using std::chrono::seconds;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -30,12 +35,18 @@ class FakeConnections : public ClientConnections {
   void SendData(TextView data, std::int16_t socket) override {
     Err.Clear();
     if (iSendsBeforeFailure-- == 0) {
-      Err.Set(10054, u"CSocket.SendData", u"Connection reset by peer");
+      Err.Set(iSendFailure, u"CSocket.SendData", u"Connection reset by peer");
       return;
     }
     All.push_back({socket, Text(data)});
   }
   void CloseSocket(std::int16_t socket) override { Closed.push_back(socket); }
+  std::size_t BytesToSend(std::int16_t socket) const override {
+    return ToSend.contains(socket) ? ToSend.at(socket) : 0;
+  }
+  std::uint64_t BytesSent(std::int16_t socket) const override {
+    return Taken.contains(socket) ? Taken.at(socket) : 0;
+  }
 
   Texts SentTo(std::int16_t socket) const {
     Texts sent;
@@ -47,7 +58,10 @@ class FakeConnections : public ClientConnections {
 
   std::vector<Sent> All;
   std::vector<std::int16_t> Closed;
+  std::map<std::int16_t, std::size_t> ToSend;  // what clients have not taken yet, by socket
+  std::map<std::int16_t, std::uint64_t> Taken;
   int iSendsBeforeFailure = -1;  // below 0: none fails
+  int iSendFailure = 10054;
 };
 
 class ForgetfulTrace : public doubles::FakeTrace {
@@ -68,6 +82,7 @@ class SocketTransportTest : public testing::Test {
       ++iEventRounds;
       if (BetweenBlocks) BetweenBlocks();
     };
+    Transport.Now = [this] { return tNow; };
     Transport.Attach(Connections);
   }
 
@@ -87,6 +102,18 @@ class SocketTransportTest : public testing::Test {
     return fResult;
   }
 
+  // A response that the client has not taken yet.
+  void LeaveUntaken(std::int16_t socket) {
+    Connections.ToSend[socket] = 100;
+    Arrive(socket, u"\x1F");
+    Tick();
+  }
+  void Advance(std::chrono::milliseconds time) {
+    tNow += time;
+    Tick();
+  }
+
+  Deliveries::Time tNow;
   TransportSettings Settings;
   ForgetfulTrace Trace;
   RequestGate Gate;
@@ -442,11 +469,50 @@ TEST_F(SocketTransportTest, ServesOneConnectionForMoreRequestsThanThereAreSlots)
 
 TEST_F(SocketTransportTest, EndsAConnectionForWhichThereIsNoSlot) {
   Trace.bCommLog = false;
-  for (int i = 0; i < 32761; ++i) Arrive(1, u"\x1F");
-  Arrive(2, u"one too many\x1F");
+  for (std::int16_t socket = 1; socket <= 32761; ++socket) Arrive(socket, u"\x1F");
+  Arrive(32762, u"one too many\x1F");
 
-  EXPECT_THAT(Connections.Closed, ElementsAre(2));
-  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 2 ended: no room for another request"));
+  EXPECT_THAT(Connections.Closed, ElementsAre(32762));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 32762 ended: no room for another request"));
+}
+
+TEST_F(SocketTransportTest, EndsTheConnectionWithTheMostRequestsWhenThereIsNoSlotForAnother) {
+  Trace.bCommLog = false;
+  for (std::int16_t socket = 1; socket <= 33; ++socket) {
+    for (int i = 0; i < 992; ++i) Arrive(socket, u"\x1F");
+  }
+  for (int i = 0; i < 8; ++i) Arrive(7, u"\x1F");
+  for (int i = 0; i < 17; ++i) Arrive(34, u"\x1F");
+  ASSERT_THAT(Connections.Closed, IsEmpty());
+
+  Arrive(35, u"request\x1F");
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(7));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 7 ended: no room for another request"));
+}
+
+TEST_F(SocketTransportTest, KeepsAThousandRequestsOfOneConnection) {
+  Trace.bCommLog = false;
+  for (int i = 0; i < 1000; ++i) Arrive(1, u"\x1F");
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+
+  for (int i = 0; i < 1000; ++i) Tick();
+  for (int i = 0; i < 1000; ++i) Arrive(1, u"\x1F");
+
+  EXPECT_EQ(Requests.size(), 1000u);
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, EndsAConnectionWithMoreThanAThousandRequests) {
+  Trace.bCommLog = false;
+  for (int i = 0; i < 1001; ++i) Arrive(1, u"\x1F");
+  Arrive(2, u"another\x1F");
+  Tick();
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(1));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: more than 1000 requests wait"));
+  EXPECT_THAT(Requests, ElementsAre(u"another"));
 }
 
 TEST_F(SocketTransportTest, TellsAnErrorAndClosesItsSocket) {
@@ -551,6 +617,228 @@ TEST_F(SocketTransportTest, EndsAConnectionForWhoseAnswerThereIsNoMemory) {
   EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: no memory for its request"));
   EXPECT_EQ(iActiveSocket, 0);
   EXPECT_FALSE(Gate.IsBusy());
+}
+
+TEST_F(SocketTransportTest, EndsNobodyWhenTheClientHasGoneThatThereIsNoMemoryFor) {
+  DuringRequest = [&] {
+    Transport.oSocketServer_SocketClosed(1);
+    Transport.oSocketServer_SocketOpened(1);
+    throw std::bad_alloc();
+  };
+  Arrive(1, u"\x1F");
+  Tick();
+  DuringRequest = [&] {
+    Transport.oSocketServer_SocketClosed(1);
+    throw std::length_error("");
+  };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+  EXPECT_THAT(Trace.Status, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, EndsAConnectionWhoseRequestWouldPassTheMemoryForAll) {
+  const TextBudgetLimit limit(20'000);
+  Arrive(1, Text(6'000, u'x'));
+  Arrive(2, Text(6'000, u'y'));
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(2));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 2 ended: no memory for its request"));
+  EXPECT_THAT(Requests, ElementsAre(Text(6'000, u'x')));
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+TEST_F(SocketTransportTest, MakesAResponseThatWouldPassTheMemoryForAllAnError) {
+  AnswerWith(Text(5'000, u'x'));
+  const TextBudgetLimit limit(14'000);
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1),
+              ElementsAre(u"ERROR: 7\u00FEOut of memory: the response is too long\x1F"));
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+TEST_F(SocketTransportTest, HoldsAResponseAndWhatOfItIsStillToBeQueued) {
+  Settings.lBlockSize = 1'000;
+  AnswerWith(Text(5'000, u'x'));
+  std::vector<std::size_t> held;
+  BetweenBlocks = [&] { held.push_back(ProcessTextBudget().Held()); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(held, ElementsAre(14'000, 13'000, 12'000, 11'000, 10'000));
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+TEST_F(SocketTransportTest, HoldsARequestWhileItIsInWork) {
+  std::size_t held = 0;
+  DuringRequest = [&] { held = ProcessTextBudget().Held(); };
+  Arrive(1, Text(5'000, u'x') + u"\x1F");
+  Tick();
+
+  EXPECT_GE(held, 10'000u);
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+class NoMemoryForASend : public SocketTransportTest, public testing::WithParamInterface<int> {};
+
+TEST_P(NoMemoryForASend, EndsItsConnection) {
+  Settings.lBlockSize = 1;
+  AnswerWith(u"abc");
+  Connections.iSendsBeforeFailure = 2;
+  Connections.iSendFailure = GetParam();
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"5\u00FE", u"a"));
+  EXPECT_THAT(Connections.Closed, ElementsAre(1));
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: no memory for its response"));
+}
+
+INSTANTIATE_TEST_SUITE_P(SocketTransport, NoMemoryForASend, testing::Values(7, 10055));
+
+TEST_F(SocketTransportTest, LeavesALostConnectionToItsClose) {
+  Connections.iSendsBeforeFailure = 1;
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+  EXPECT_THAT(Trace.Status, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, WalksNoMoreOfAResponseOnceTheClientHasGone) {
+  Settings.lBlockSize = 1;
+  AnswerWith(u"abcdef");
+  BetweenBlocks = [&] { Transport.oSocketServer_SocketClosed(1); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_EQ(iEventRounds, 1);
+}
+
+TEST_F(SocketTransportTest, LetsGoOfAClientThatTakesNothingForFiveMinutes) {
+  LeaveUntaken(1);
+  Advance(minutes(5) - milliseconds(1));
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+
+  Advance(seconds(1));
+
+  EXPECT_THAT(Connections.Closed, ElementsAre(1, 1));  // the second drops what is queued
+  EXPECT_THAT(
+      Trace.Status,
+      ElementsAre(u"Socket 1 ended: it took nothing of its response for five minutes"));
+}
+
+TEST_F(SocketTransportTest, TellsOnceOfAClientThatItLetGo) {
+  LeaveUntaken(1);
+
+  Advance(minutes(5));
+  Advance(minutes(5));
+
+  EXPECT_EQ(Trace.Status.size(), 1u);
+}
+
+TEST_F(SocketTransportTest, KeepsAClientThatTakesALittle) {
+  LeaveUntaken(1);
+  for (int i = 1; i <= 4; ++i) {
+    Connections.Taken[1] += 1;
+    Connections.ToSend[1] += 50;
+    Advance(minutes(4));
+  }
+
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, KeepsAnIdleClientThatHasTakenEverything) {
+  LeaveUntaken(1);
+  Connections.ToSend[1] = 0;
+  Advance(minutes(1));
+  Connections.ToSend[1] = 100;  // nothing of ours
+
+  Advance(minutes(10));
+
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+}
+
+TEST_F(SocketTransportTest, CountsAnewForTheNextConnectionOfAnIndex) {
+  for (const int how : {1, 2, 3}) {
+    Connections.Closed.clear();
+    LeaveUntaken(1);
+    Advance(minutes(4));
+    if (how == 1) Transport.oSocketServer_SocketClosed(1);
+    if (how == 2) Transport.oSocketServer_Error(1, 10053, u"");
+    Transport.oSocketServer_SocketOpened(1);
+    Connections.Closed.clear();
+    LeaveUntaken(1);
+
+    Advance(minutes(4));
+
+    EXPECT_THAT(Connections.Closed, IsEmpty()) << how;
+    Transport.oSocketServer_SocketClosed(1);
+  }
+}
+
+TEST_F(SocketTransportTest, LooksAtIdleClientsOnceASecond) {
+  LeaveUntaken(1);
+  Advance(minutes(5) - milliseconds(500));
+  Advance(milliseconds(500));
+  EXPECT_THAT(Connections.Closed, IsEmpty());
+
+  Advance(milliseconds(500));
+
+  EXPECT_THAT(Connections.Closed, Not(IsEmpty()));
+}
+
+TEST_F(SocketTransportTest, TakesNoMoreAtItsEnd) {
+  Arrive(1, u"waits\x1F");
+  Transport.TakeNoMore();
+  Arrive(2, u"late\x1F");
+  Tick();
+  EXPECT_THAT(Requests, IsEmpty());
+
+  Transport.Detach();
+  Transport.Attach(Connections);
+  Arrive(2, u"anew\x1F");
+  Tick();
+
+  EXPECT_THAT(Requests, ElementsAre(u"anew"));
+}
+
+TEST_F(SocketTransportTest, IsDeliveringUntilEverythingWasTaken) {
+  EXPECT_FALSE(Transport.IsDelivering());
+  LeaveUntaken(1);
+
+  EXPECT_TRUE(Transport.IsDelivering());
+  Connections.ToSend[1] = 0;
+  EXPECT_FALSE(Transport.IsDelivering());
+}
+
+TEST_F(SocketTransportTest, IsDeliveringForFiveSecondsWithoutProgress) {
+  LeaveUntaken(1);
+  LeaveUntaken(2);
+  tNow += minutes(4);
+  EXPECT_TRUE(Transport.IsDelivering());
+  tNow += seconds(4);
+  Connections.Taken[2] = 1;
+  EXPECT_TRUE(Transport.IsDelivering());
+
+  tNow += seconds(5) - milliseconds(1);
+  EXPECT_TRUE(Transport.IsDelivering());
+  tNow += milliseconds(1);
+  EXPECT_FALSE(Transport.IsDelivering());
+}
+
+TEST_F(SocketTransportTest, DeliversNothingWithoutAServer) {
+  LeaveUntaken(1);
+
+  Transport.Detach();
+
+  EXPECT_FALSE(Transport.IsDelivering());
 }
 
 TEST_F(SocketTransportTest, OnlyLogsAnErrorInsideTheTick) {
