@@ -32,8 +32,9 @@ constexpr TextView kHelp =
     u"  --help           this text\n"
     u"  --version        the program's version\n"
     u"\n"
-    u"SIGINT and SIGTERM end it as File/Exit does, once the request in work has ended; a second\n"
-    u"one gives that request up. SIGUSR1 switches the communication log.\n";
+    u"SIGINT and SIGTERM end it as File/Exit does, once the request in work has ended and the\n"
+    u"responses have gone out; a second one gives these up. SIGUSR1 switches the communication\n"
+    u"log.\n";
 
 Text NameAndVersion() { return Text(kProgramName) + u" " + ProgramVersion(); }
 

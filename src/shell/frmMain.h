@@ -150,7 +150,7 @@ class frmMain {
   platform::Timer tmrClose;
   platform::Timer tmrLoadingFlag;
   platform::Timer tmrDelivery;  // looks whether the responses have gone out
-  platform::Timer tmrUnload;  // carries out an unload that was put off
+  platform::Timer tmrUnload;    // carries out an unload that was put off
   CommunicationModes oCommunications;
   std::array<bool, mnuLast + 1> bRunning{};  // by menu item: its command is on the stack
   bool bUnloadWanted = false;

@@ -50,8 +50,8 @@ std::int32_t Count(std::size_t bytes) {
 /// Errors of a send after which nothing more gets through. All others pass, want of memory in the
 /// system and a connection that is not there yet among them.
 bool IsLost(int error) {
-  constexpr int lost[] = {10038 /* no socket */,  10052 /* reset */,    10053 /* aborted */,
-                          10054 /* reset */,      kShutDown, 10060 /* timed out */};
+  constexpr int lost[] = {10038 /* no socket */, 10052 /* reset */, 10053 /* aborted */,
+                          10054 /* reset */,     kShutDown,         10060 /* timed out */};
   return std::find(std::begin(lost), std::end(lost), error) != std::end(lost);
 }
 

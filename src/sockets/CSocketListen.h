@@ -52,7 +52,8 @@ class CSocketListen : public std::enable_shared_from_this<CSocketListen> {
   explicit CSocketListen(MSocketSupport& support);
 
   void oListen_OnConnectionRequest(std::int32_t requestID);
-  void oListen_OnError(std::uint16_t Number, Text& Description, std::int32_t Scode, TextView Source);
+  void oListen_OnError(std::uint16_t Number, Text& Description, std::int32_t Scode,
+                       TextView Source);
   void oListen_OnClose();
 
   void Listen(std::int32_t Port, Text& LocalIP);

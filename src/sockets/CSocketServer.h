@@ -58,9 +58,9 @@ class CSocketServer final : private ISocketServer {
 
   SocketServerEvents Events;
 
-  // No member raises, but for ServerPort and ServerIP. Each that does something clears Err first and
-  // leaves in it what a socket or a handler raised (the last, when there were several), error 7 for
-  // want of memory. With an index that has no socket a member does nothing and returns 0 or an
+  // No member raises, but for ServerPort and ServerIP. Each that does something clears Err first
+  // and leaves in it what a socket or a handler raised (the last, when there were several), error 7
+  // for want of memory. With an index that has no socket a member does nothing and returns 0 or an
   // empty text.
 
   /// Stops a listener that runs and listens anew. An empty LocalIP listens on all interfaces and is
@@ -90,8 +90,8 @@ class CSocketServer final : private ISocketServer {
   void SendString(TextView Data, std::int32_t lIndex);
   void BroadcastData(const SocketValue& vData);
 
-  /// Ends the sending direction once all that is queued has gone out; the slot is free once the peer
-  /// has closed too. Done again, it closes the connection at once.
+  /// Ends the sending direction once all that is queued has gone out; the slot is free once the
+  /// peer has closed too. Done again, it closes the connection at once.
   void CloseSocket(std::int16_t Index);
   /// Closes every connection without events; numbering begins at 1 again.
   void CloseAllSockets();
@@ -132,7 +132,7 @@ class CSocketServer final : private ISocketServer {
   MSocketSupport& oSupport;
   std::shared_ptr<CSocketListen> oListen;
   std::vector<std::shared_ptr<CSocket>> oConnections;  // element 0 is never used
-  std::size_t lSearchFrom = 1;  // no slot below this index is free
+  std::size_t lSearchFrom = 1;                         // no slot below this index is free
   Text sState;
   bool bServerStarted = false;
   /// Handlers may destroy the server: who raises an event and goes on looks whether this expired.

@@ -40,7 +40,8 @@ void SendQueue::AddBytes(std::span<const char> bytes) {
 }
 
 std::span<const char> SendQueue::Front() const {
-  return Empty() ? std::span<const char>() : std::span<const char>(chunks.front().sBytes).subspan(taken);
+  return Empty() ? std::span<const char>()
+                 : std::span<const char>(chunks.front().sBytes).subspan(taken);
 }
 
 void SendQueue::Remove(std::size_t count) {

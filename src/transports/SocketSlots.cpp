@@ -87,7 +87,8 @@ bool SocketSlots::FreeAnsweredOf(Connection& connection) {
   return QueuedSockets.Count() < before;
 }
 
-// Each step leaves the slot where ForgetConnection finds it, should there be no memory for the next.
+// Each step leaves the slot where ForgetConnection finds it, should there be no memory for the
+// next.
 void SocketSlots::Queue(std::int16_t socket, std::int32_t slot) {
   Connection& connection = ConnectionOf(socket);
   Slot& queued = At(slot);

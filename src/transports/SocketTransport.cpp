@@ -13,7 +13,7 @@ namespace {
 using std::chrono::minutes;
 using std::chrono::seconds;
 
-constexpr int kNoBuffers = 10055;  // of the system, as a socket reports it
+constexpr int kNoBuffers = 10055;        // of the system, as a socket reports it
 constexpr std::size_t kQueuedBytes = 1;  // of a character on its way
 
 constexpr TextView kNoMemory = u"no memory for its request";

@@ -29,8 +29,6 @@ void TextBudget::Share::Resize(std::size_t bytes) {
   lSize = bytes;
 }
 
-void TextBudget::Share::Release() noexcept {
-  ProcessTextBudget().lHeld -= std::exchange(lSize, 0);
-}
+void TextBudget::Share::Release() noexcept { ProcessTextBudget().lHeld -= std::exchange(lSize, 0); }
 
 }  // namespace ostrel

@@ -1,7 +1,6 @@
 #include "platform/Sockets.h"
 
 #include <winsock2.h>
-
 #include <mstcpip.h>
 
 #include <algorithm>

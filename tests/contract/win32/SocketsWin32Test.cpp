@@ -1,6 +1,6 @@
 // What the sockets do when the thread's message queue is full, and how they are set up.
-#include <gtest/gtest.h>
 #include <winsock2.h>
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <chrono>
@@ -33,8 +33,8 @@ class FullQueue {
  public:
   explicit FullQueue(int count) {
     refusals = count;
-    TheSocketWindow().PostToQueue = [](HWND window, UINT message, WPARAM wParam,
-                                       LPARAM lParam) __attribute__((stdcall)) -> BOOL {
+    TheSocketWindow().PostToQueue =
+        [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) __attribute__((stdcall))->BOOL {
       return refusals > 0 && refusals-- > 0 ? FALSE : PostMessageA(window, message, wParam, lParam);
     };
   }

@@ -148,6 +148,34 @@ TEST_F(CommunicationModesTest, CreatesTheServerAnewWhenSocketIsToggledOffAndOn) 
   EXPECT_TRUE(State.bSocketRunning);
 }
 
+TEST_F(CommunicationModesTest, TakesNoMoreAndLeavesTheConnectionsOpen) {
+  Settings.bSocketServer = true;
+  Modes.ApplyCommunications();
+
+  Modes.TakeNoMore();
+  Transport.oSocketServer_DataArrival(1, u"late\x1F");
+
+  EXPECT_EQ(Network.iListenersStopped, 1);
+  EXPECT_EQ(Network.iStops, 0);
+  EXPECT_EQ(Network.iServersAlive, 1);
+  EXPECT_THAT(Trace.CommLog, testing::Not(testing::Contains(BeginsWith(u"Socket 1"))));
+}
+
+TEST_F(CommunicationModesTest, TakesNoMoreWithoutAServer) {
+  Modes.TakeNoMore();
+
+  EXPECT_EQ(Network.iListenersStopped, 0);
+}
+
+TEST_F(CommunicationModesTest, LeavesAServerThatIsBeingStartedAlone) {
+  Settings.bSocketServer = true;
+  Network.DuringStart = [this] { Modes.TakeNoMore(); };
+
+  Modes.ApplyCommunications();
+
+  EXPECT_EQ(Network.iListenersStopped, 0);
+}
+
 TEST_F(CommunicationModesTest, ForgetsTheRequestsOfAStoppedServer) {
   Settings.bSocketServer = true;
   Modes.ApplyCommunications();

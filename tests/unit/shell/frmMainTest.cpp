@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -262,6 +263,83 @@ TEST_F(frmMainTest, TakesNoFurtherRequestOnceAnExitIsWanted) {
   Ask(2);
 
   EXPECT_EQ(Network.SentTo(2), u"");
+}
+
+TEST_F(frmMainTest, PutsAnExitOffUntilTheResponsesHaveGoneOut) {
+  Load();
+  Network.ToSend[1] = 100;
+  Ask();
+
+  Form->MenuClick(mnuFileExit);
+  for (int i = 0; i < 30; ++i) platform::DoEventsFor(std::chrono::milliseconds(2));
+  const bool waited = iUnloads == 0 && Network.iServersAlive == 1 && Network.iListenersStopped > 0;
+  Network.ToSend.clear();
+  LetTheLoopRun();
+
+  EXPECT_TRUE(waited);
+  EXPECT_EQ(std::count(Window.Status.begin(), Window.Status.end(),
+                       u"Exit waits for responses that are being sent; exit again to give them up"),
+            1);
+  EXPECT_EQ(iUnloads, 1);
+  EXPECT_EQ(Network.iServersAlive, 0);
+}
+
+TEST_F(frmMainTest, PutsAnExitOffForTheResponseOfTheRequestInWorkToo) {
+  Load();
+  During([this] {
+    Form->MenuClick(mnuFileExit);
+    Network.ToSend[1] = 100;
+  });
+  Ask();
+  for (int i = 0; i < 30; ++i) platform::DoEventsFor(std::chrono::milliseconds(2));
+  const int early = iUnloads;
+
+  Network.ToSend.clear();
+  LetTheLoopRun();
+
+  EXPECT_EQ(early, 0);
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainTest, EndsWithoutAResponseThatNobodyTakesForFiveSeconds) {
+  Load();
+  Deliveries::Time now;
+  Transport->Now = [&] { return now; };
+  Network.ToSend[1] = 100;
+  Ask();
+  Form->MenuClick(mnuFileExit);
+  now += seconds(4);
+  for (int i = 0; i < 30; ++i) platform::DoEventsFor(std::chrono::milliseconds(2));
+  const int early = iUnloads;
+
+  now += seconds(1);
+  LetTheLoopRun();
+
+  EXPECT_EQ(early, 0);
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainTest, EndsAtASecondExitWhileResponsesAreBeingSent) {
+  Load();
+  Network.ToSend[1] = 100;
+  Ask();
+
+  Form->MenuClick(mnuFileExit);
+  const int atFirst = iUnloads;
+  Form->MenuClick(mnuFileExit);
+
+  EXPECT_EQ(atFirst, 0);
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainTest, DoesNotWaitForClientsWhenTheSystemEnds) {
+  Load();
+  Network.ToSend[1] = 100;
+  Ask();
+
+  Form->CloseRequest(platform::ApplicationWindow::CloseReason::kSystemEnds);
+
+  EXPECT_EQ(iUnloads, 1);
 }
 
 TEST_F(frmMainTest, PutsAnExitOffUntilTheServerHasStarted) {

@@ -706,8 +706,8 @@ TEST_F(CSocketTest, PassesOnEveryChunkBeforeTheClose) {
 
   network.CloseByPeer(handle);
 
-  EXPECT_EQ(network.sent[handle], std::string(70'000, 'a') + std::string(70'000, 'b') +
-                                      std::string(70'000, 'c'));
+  EXPECT_EQ(network.sent[handle],
+            std::string(70'000, 'a') + std::string(70'000, 'b') + std::string(70'000, 'c'));
 }
 
 TEST_F(CSocketTest, ClosesWithWhatThePeerDidNotTake) {

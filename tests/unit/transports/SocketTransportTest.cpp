@@ -729,9 +729,8 @@ TEST_F(SocketTransportTest, LetsGoOfAClientThatTakesNothingForFiveMinutes) {
   Advance(seconds(1));
 
   EXPECT_THAT(Connections.Closed, ElementsAre(1, 1));  // the second drops what is queued
-  EXPECT_THAT(
-      Trace.Status,
-      ElementsAre(u"Socket 1 ended: it took nothing of its response for five minutes"));
+  EXPECT_THAT(Trace.Status,
+              ElementsAre(u"Socket 1 ended: it took nothing of its response for five minutes"));
 }
 
 TEST_F(SocketTransportTest, TellsOnceOfAClientThatItLetGo) {
