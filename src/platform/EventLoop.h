@@ -45,6 +45,10 @@ class Timer {
   bool Enabled() const;
   /// Enabling an enabled timer changes nothing: its next tick stays where it is.
   void SetEnabled(bool enabled);
+  /// Makes the next tick of an enabled timer due at once; the one after it comes an interval later.
+  /// Called from the timer's own handler, it takes effect when that returns. Other events get their
+  /// turn between such ticks, so a handler that always asks for another holds up nobody.
+  void TickSoon();
 
  private:
   std::shared_ptr<TimerEntry> oEntry;

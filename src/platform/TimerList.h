@@ -18,7 +18,8 @@ struct TimerEntry {
   std::function<void()> handler;
   bool enabled = false;
   bool ticking = false;  // the handler is on the stack
-  LoopClock::time_point due;
+  bool soon = false;     // asked for from the handler: the next tick is due when that returns
+  LoopClock::time_point due = {};
 };
 
 class TimerList {
@@ -27,7 +28,7 @@ class TimerList {
                                   std::function<void()> handler) {
     const auto least = std::chrono::milliseconds(1);
     return timers.emplace_back(std::make_shared<TimerEntry>(
-        TimerEntry{std::max(interval, least), std::move(handler), false, false, {}}));
+        TimerEntry{std::max(interval, least), std::move(handler), {}, {}, {}, {}}));
   }
 
   void Remove(const std::shared_ptr<TimerEntry>& timer) {
@@ -40,6 +41,14 @@ class TimerList {
       timer.due = LoopClock::now() + timer.interval;
     }
     timer.enabled = enabled;
+  }
+
+  static void TickSoon(TimerEntry& timer) {
+    if (timer.ticking) {
+      timer.soon = true;
+    } else if (timer.enabled) {
+      timer.due = std::min(timer.due, LoopClock::now());
+    }
   }
 
   /// Of all enabled timers; the clock's maximum without any.
@@ -90,7 +99,11 @@ class TimerList {
     timer.ticking = true;
     timer.handler();
     timer.ticking = false;
-    Skip(timer);
+    if (std::exchange(timer.soon, false)) {
+      TickSoon(timer);
+    } else {
+      Skip(timer);
+    }
   }
 
   std::vector<std::shared_ptr<TimerEntry>> timers;

@@ -115,7 +115,11 @@ frmMain::frmMain(Surroundings surroundings)
   oQBXML.UpdateStatus = [this](TextView text) { oQBXML_UpdateStatus(text); };
   oQBXML.Loading = [this] { oQBXML_Loading(); };
   oQBXML.Loaded = [this] { oQBXML_Loaded(); };
-  oGate.Freed = [this] { CarryOutUnload(); };
+  oSocketTransport.RequestQueued = [this] { AnswerSoon(); };
+  oGate.Freed = [this] {
+    CarryOutUnload();
+    AnswerSoon();
+  };
   oSysTray.Open = [this] { OpenWindow(); };
   oSysTray.Close = [this] { MenuClick(mnuFileExit); };
 }
@@ -230,6 +234,12 @@ void frmMain::lstStatus_DblClick(TextView line) {
 void frmMain::tmrSocketProcess_Timer() {
   if (bUnloadWanted) return;
   Guarded(oLogs, u"tmrSocketProcess", [this] { oSocketTransport.tmrSocketProcess_Timer(); });
+}
+
+// The timer's interval is for what nobody announces: a request that waits, and nothing in work, is
+// answered at the next chance. Each tick still answers one, and other events come in between.
+void frmMain::AnswerSoon() {
+  if (oSocketTransport.HasRequests() && !oGate.IsBusy()) tmrSocketProcess.TickSoon();
 }
 
 void frmMain::tmrProcess_Timer() {

@@ -118,6 +118,7 @@ class frmMain {
   void mnuFileHide_Click();
   void mnuFileExit_Click();
   void OpenWindow();
+  void AnswerSoon();
   bool LetEventsRun() const;
 
   void oQBXML_UpdateStatus(TextView text);

@@ -124,6 +124,7 @@ void SocketTransport::Receive(std::int16_t socket, TextView data) {
   }
   Log(socket, u"Adds to Process Queue");
   oSlots.Queue(socket, slot);
+  if (RequestQueued) RequestQueued();
 }
 
 std::int32_t SocketTransport::SlotFor(std::int16_t socket) {

@@ -50,6 +50,11 @@ class SocketTransport {
   /// the clients has taken something in the last five seconds.
   bool IsDelivering();
 
+  /// Whether complete requests wait to be answered.
+  bool HasRequests() const { return !oSlots.ProcessQueue.IsEmpty(); }
+  /// A request is complete and waits to be answered.
+  std::function<void()> RequestQueued;
+
   /// Tells the client whose request is in work that QuickBooks is still loading. False when no
   /// socket request is in work.
   bool SendLoadingNotice();

@@ -159,6 +159,73 @@ TEST(Timer, TicksFirstWhenItHasWaitedLongest) {
   EXPECT_EQ(ticks, "first second third ");
 }
 
+TEST(Timer, TicksSoonWhenItIsTold) {
+  int ticks = 0;
+  Timer timer(std::chrono::hours(1), [&] { ++ticks; });
+  timer.SetEnabled(true);
+
+  timer.TickSoon();
+  DoEvents();
+  DoEvents();
+
+  EXPECT_EQ(ticks, 1);
+}
+
+TEST(Timer, TicksAgainSoonWhenItsHandlerAsksForIt) {
+  int ticks = 0;
+  std::unique_ptr<Timer> timer;
+  timer = std::make_unique<Timer>(std::chrono::hours(1), [&] {
+    if (++ticks < 3) timer->TickSoon();
+  });
+  timer->SetEnabled(true);
+
+  timer->TickSoon();
+
+  EXPECT_TRUE(Await([&] { return ticks == 3; }));
+}
+
+TEST(Timer, ThatIsDisabledDoesNotTickSoon) {
+  int ticks = 0;
+  Timer timer(std::chrono::hours(1), [&] { ++ticks; });
+
+  timer.TickSoon();
+  DoEventsFor(milliseconds(20));
+
+  EXPECT_EQ(ticks, 0);
+}
+
+TEST(Timer, ThatAlwaysTicksSoonLeavesOthersTheirTurn) {
+  int ticks = 0;
+  std::unique_ptr<Timer> greedy;
+  greedy = std::make_unique<Timer>(std::chrono::hours(1), [&] { greedy->TickSoon(); });
+  greedy->SetEnabled(true);
+  Timer timer(milliseconds(5), [&] { ++ticks; });
+  timer.SetEnabled(true);
+
+  greedy->TickSoon();
+
+  EXPECT_TRUE(Await([&] { return ticks > 5; }));
+}
+
+TEST(Timer, DoesNotTickInsideItsOwnHandlerThoughToldToTickSoon) {
+  int depth = 0, deepest = 0, ticks = 0;
+  std::unique_ptr<Timer> timer;
+  timer = std::make_unique<Timer>(std::chrono::hours(1), [&] {
+    deepest = std::max(deepest, ++depth);
+    if (++ticks == 1) {
+      timer->TickSoon();
+      DoEventsFor(milliseconds(20));
+    }
+    --depth;
+  });
+  timer->SetEnabled(true);
+
+  timer->TickSoon();
+
+  EXPECT_TRUE(Await([&] { return ticks == 2; }));
+  EXPECT_EQ(deepest, 1);
+}
+
 TEST(DoEvents, ReturnsAtOnceWhenNothingWaits) {
   Timer timer(std::chrono::hours(1), [] {});
   timer.SetEnabled(true);

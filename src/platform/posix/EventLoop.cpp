@@ -246,6 +246,8 @@ bool Timer::Enabled() const { return oEntry->enabled; }
 
 void Timer::SetEnabled(bool enabled) { TimerList::SetEnabled(*oEntry, enabled); }
 
+void Timer::TickSoon() { TimerList::TickSoon(*oEntry); }
+
 LoopWatch::LoopWatch(int descriptor, short events, std::function<void(short)> handler)
     : oEntry(std::make_shared<WatchEntry>()) {
   oEntry->descriptor = descriptor;

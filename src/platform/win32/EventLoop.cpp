@@ -250,4 +250,9 @@ void Timer::SetEnabled(bool enabled) {
   TheLoop().TimersChanged();
 }
 
+void Timer::TickSoon() {
+  TimerList::TickSoon(*oEntry);
+  TheLoop().TimersChanged();
+}
+
 }  // namespace ostrel::platform

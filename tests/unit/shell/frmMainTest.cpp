@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "FormTest.h"
@@ -114,6 +115,46 @@ TEST_F(frmMainTest, AnswersARequest) {
   Ask();
 
   EXPECT_EQ(Network.SentTo(1), u"23\u00FE<QBXML>answer</QBXML>\x1F");
+}
+
+TEST_F(frmMainTest, AnswersARequestWithoutWaitingForTheTimer) {
+  Load();
+  QuickBooks.sResponse = u"<QBXML/>";
+
+  Transport->oSocketServer_DataArrival(1, u"<QBXML/>\x1F");
+  platform::DoEvents();
+
+  EXPECT_EQ(Network.SentTo(1), u"10\u00FE<QBXML/>\x1F");
+}
+
+TEST_F(frmMainTest, AnswersTheNextRequestWhenAResponseHasGoneOut) {
+  Load();
+  QuickBooks.sResponse = u"<QBXML/>";
+
+  Transport->oSocketServer_DataArrival(1, u"<QBXML/>\x1F");
+  Transport->oSocketServer_DataArrival(2, u"<QBXML/>\x1F");
+  Transport->oSocketServer_DataArrival(3, u"<QBXML/>\x1F");
+  for (int i = 0; i < 3; ++i) platform::DoEvents();
+
+  EXPECT_EQ(Network.SentTo(1), u"10\u00FE<QBXML/>\x1F");
+  EXPECT_EQ(Network.SentTo(2), u"10\u00FE<QBXML/>\x1F");
+  EXPECT_EQ(Network.SentTo(3), u"10\u00FE<QBXML/>\x1F");
+}
+
+TEST_F(frmMainTest, AnswersWhatArrivedWhileAMenuCommandHadTheSession) {
+  Load();
+  Ask();
+  QuickBooks.DuringCall = [this, done = false](TextView operation) mutable {
+    if (operation != u"EndSession" || std::exchange(done, true)) return;
+    Transport->oSocketServer_DataArrival(2, u"<QBXML/>\x1F");
+    platform::DoEvents();
+    EXPECT_EQ(Network.SentTo(2), u"");
+  };
+
+  Form->MenuClick(mnuFileCloseConnection);
+  platform::DoEvents();
+
+  EXPECT_NE(Network.SentTo(2), u"");
 }
 
 TEST_F(frmMainTest, ShowsTheSessionsProgress) {
@@ -487,10 +528,14 @@ TEST_F(frmMainTest, GivesTheLoadingNoticeToTheSocketFirst) {
 TEST_F(frmMainTest, LeavesSocketRequestsWaitingWhileAFolderRequestIsInWork) {
   LoadWithFolder();
   AskInFile(u"a.osl");
-  During([this] { Ask(1); });
+  std::optional<Text> early;
+  During([&] {
+    Ask(1);
+    platform::DoEvents();
+    early = Network.SentTo(1);
+  });
 
   Form->tmrProcess_Timer();
-  const Text early = Network.SentTo(1);
   Form->tmrSocketProcess_Timer();
 
   EXPECT_EQ(early, u"");
