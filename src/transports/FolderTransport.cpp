@@ -79,8 +79,9 @@ void FolderTransport::Serve(const Text& name) {
 
   auto answer = std::make_unique<AnswerFile>(oSettings.sResponsePath + u"\\" + name);
   Text request;
+  TextBudget::Share held;  // by the request
   Problem problem;
-  if (!Take(name, *answer, request, problem)) return;
+  if (!Take(name, *answer, request, held, problem)) return;
   answer->Owe();
   ++lTaken;
   oRefused.Remove(name);
@@ -89,7 +90,8 @@ void FolderTransport::Serve(const Text& name) {
   Place(std::move(answer));
 }
 
-bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request, Problem& problem) {
+bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request,
+                           TextBudget::Share& held, Problem& problem) {
   RequestFile file(ProcessList.Folder() + u"\\" + name);
   if (const int error = file.Open()) return Refuse(name, u"it cannot be read", error);
   if (HasUnplaced(answer.Path())) return Refuse(name, kNotInPlace, 0);
@@ -99,6 +101,7 @@ bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request, 
   try {
     const int error = file.Read(request, lLongestRequest);
     if (error != 0) return Refuse(name, u"it cannot be read", error);
+    held.Resize(request.capacity() * sizeof(char16_t));
   } catch (const std::bad_alloc&) {
     problem = {kErrorOutOfMemory, u"Out of memory: the request could not be read"};
   } catch (const std::length_error&) {
@@ -139,14 +142,13 @@ void FolderTransport::Answer(Text request, const Problem& problem, AnswerFile& a
 }
 
 void FolderTransport::ProcessInto(AnswerFile& answer, Text request) {
-  Text response;
-  const float result = ProcessRequest(request, response);
+  const HeldResponse response = ProcessWithinBudget(ProcessRequest, request);
   request = Text();  // gives its memory to the response's layout
   Log(u"Write ", answer.Path());
-  if (result > 0) {
-    answer.WriteError(ToText(result), response);
+  if (response.fResult > 0) {
+    answer.WriteError(ToText(response.fResult), response.sText);
   } else {
-    answer.WriteResponse(response, WriteResponse);
+    answer.WriteResponse(response.sText, WriteResponse);
   }
 }
 

@@ -70,7 +70,8 @@ class FolderTransport {
   void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);
   void TakeListed();
   void Serve(const Text& name);
-  bool Take(const Text& name, AnswerFile& answer, Text& request, Problem& problem);
+  bool Take(const Text& name, AnswerFile& answer, Text& request, TextBudget::Share& held,
+            Problem& problem);
   bool Refuse(const Text& name, TextView reason, int error);
   void Answer(Text request, const Problem& problem, AnswerFile& answer);
   void ProcessInto(AnswerFile& answer, Text request);

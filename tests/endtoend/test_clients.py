@@ -1,11 +1,23 @@
 """Many clients, and clients that leave."""
 
+import pathlib
 import random
 import resource
+import signal
+import socket
+import time
 
 import pytest
 
-from gateway import CUSTOMER_QUERY, END_OF_DATA, Client, qbxml, wait_until
+from gateway import (
+    ATTRIBUTE_MARK,
+    CUSTOMER_QUERY,
+    END_OF_DATA,
+    LIMIT,
+    Client,
+    qbxml,
+    wait_until,
+)
 
 
 def request_of(number):
@@ -148,6 +160,118 @@ def test_a_thousand_idle_connections_leave_the_gateway_idle(running):
         client.close()
     resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
     assert answer_of(3) in running.ask(request_of(3))[1]
+
+
+def ask_for_much(gateway):
+    """A client whose response is far longer than what the system holds for it, and unread."""
+    gateway.write_settings(Communication_BlockSize="1000000")
+    gateway.write_company(customers(200))
+    gateway.start()
+    client = gateway.connect()
+    client.send(qbxml(CUSTOMER_QUERY * 400).encode() + END_OF_DATA)
+    assert client.socket.recv(1, socket.MSG_PEEK)
+    return client
+
+
+def customers(count):
+    names = (f"Customer {number} {'of a long street ' * 2}" for number in range(count))
+    return "".join(f"<Customer><Name>{name[:41]}</Name></Customer>" for name in names)
+
+
+WAITS = "Exit waits for responses that are being sent"
+
+
+def test_an_exit_waits_for_a_response_that_is_being_read(gateway):
+    client = ask_for_much(gateway)
+    gateway.process.send_signal(signal.SIGINT)
+    gateway.wait_for_status(WAITS)
+
+    frame = client.read_frame()
+
+    size, _, body = frame.partition(ATTRIBUTE_MARK)
+    assert body.endswith(b"</QBXML>") or b"</QBXML>" in body[-20:]
+    assert body.count(b"</CustomerQueryRs>") == 400
+    assert int(size) >= len(body)
+    assert gateway.wait_for_exit() == 0
+
+
+def test_an_exit_lets_nobody_connect_while_it_waits(gateway):
+    client = ask_for_much(gateway)
+    gateway.process.send_signal(signal.SIGINT)
+    gateway.wait_for_status(WAITS)
+
+    with pytest.raises(OSError):
+        gateway.connect()
+
+    client.read_frame()
+    assert gateway.wait_for_exit() == 0
+
+
+def test_an_exit_does_not_wait_for_ever_for_a_client_that_reads_nothing(gateway):
+    ask_for_much(gateway)
+    gateway.process.send_signal(signal.SIGINT)
+
+    gateway.wait_for_status(WAITS)
+
+    assert gateway.wait_for_exit() == 0
+
+
+def test_a_second_exit_gives_up_a_response_that_nobody_reads(gateway):
+    ask_for_much(gateway)
+    gateway.process.send_signal(signal.SIGINT)
+    gateway.wait_for_status(WAITS)
+    begun = time.monotonic()
+
+    gateway.process.send_signal(signal.SIGINT)
+
+    assert gateway.wait_for_exit() == 0
+    assert time.monotonic() - begun < 4
+
+
+def test_a_client_with_too_many_requests_is_ended_and_shuts_nobody_out(gateway):
+    gateway.start()
+    greedy = gateway.connect()
+    begun = time.monotonic()
+    try:
+        while not gateway.has_status("ended: more than 1000 requests wait"):
+            greedy.send(END_OF_DATA)
+            assert time.monotonic() - begun < LIMIT
+    except (ConnectionResetError, BrokenPipeError):
+        pass
+
+    gateway.wait_for_status("ended: more than 1000 requests wait")
+    assert answer_of(4) in gateway.ask(request_of(4))[1]
+
+
+def test_a_gateway_starts_again_while_clients_of_the_last_one_are_still_connected(gateway):
+    gateway.start()
+    clients = [gateway.connect() for _ in range(3)]
+    for number, client in enumerate(clients):
+        client.ask(request_of(number))
+    assert gateway.stop() == 0
+    gateway.lines.clear()
+
+    gateway.start()
+
+    assert answer_of(5) in gateway.ask(request_of(5))[1]
+    assert gateway.stop() == 0
+
+
+def test_an_idle_connection_is_probed_after_a_minute(running):
+    client = running.connect()
+    client.ask(request_of(1))
+    ours = client.socket.getsockname()[1]
+
+    def seconds_to_the_probe():
+        for line in pathlib.Path("/proc/net/tcp").read_text().splitlines()[1:]:
+            _, local, remote, _, _, timer, *_ = line.split()
+            if (int(local[-4:], 16), int(remote[-4:], 16)) == (running.port, ours):
+                kind, when = timer.split(":")
+                # 2: the connection's keep-alive; the unit is 10 ms
+                return int(when, 16) / 100 if int(kind, 16) == 2 else 0
+        return 0
+
+    assert 30 < wait_until(seconds_to_the_probe, "a probe that is due") <= 61
 
 
 def test_a_closed_gateway_closes_its_connections(gateway):

@@ -10,6 +10,7 @@
 #include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/support/TextBudgetLimit.h"
 #include "transports/FolderTransport.h"
 
 namespace ostrel {
@@ -553,6 +554,38 @@ TEST_F(FolderTransportTest, AnswersWithAnErrorWhenThereIsNoMemory) {
   Scan();
 
   EXPECT_EQ(Answer(u"a.osl"), "ERROR 7\r\nOut of memory\r\n");
+}
+
+TEST_F(FolderTransportTest, MakesAResponseThatWouldPassTheMemoryForAllAnError) {
+  sResponse = Text(5'000, u'x');
+  Ask(u"a.osl");
+  const TextBudgetLimit limit(8'000);
+
+  Scan();
+
+  EXPECT_EQ(Answer(u"a.osl"), "ERROR 7\r\nOut of memory: the response is too long\r\n");
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
+}
+
+TEST_F(FolderTransportTest, AnswersARequestThatWouldPassTheMemoryForAllWithAnError) {
+  Ask(u"a.osl", std::string(5'000, 'x'));
+  const TextBudgetLimit limit(8'000);
+
+  Scan();
+
+  EXPECT_EQ(Answer(u"a.osl"), "ERROR 7\r\nOut of memory: the request could not be read\r\n");
+  EXPECT_TRUE(Requests.empty());
+}
+
+TEST_F(FolderTransportTest, HoldsARequestWhileItIsInWork) {
+  std::size_t held = 0;
+  DuringRequest = [&] { held = ProcessTextBudget().Held(); };
+  Ask(u"a.osl", std::string(5'000, 'x'));
+
+  Scan();
+
+  EXPECT_GE(held, 10'000u);
+  EXPECT_EQ(ProcessTextBudget().Held(), 0u);
 }
 
 TEST_F(FolderTransportTest, AnswersWithAnErrorWhateverIsRaised) {
