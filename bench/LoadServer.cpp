@@ -29,7 +29,6 @@ class NoTrace : public Trace {
   Text HistoryHeader() const override { return {}; }
   void WriteHistoryFile(TextView) override {}
   void WriteStatusFile(TextView) override {}
-  void WriteErrorFile(TextView, TextView, TextView) override {}
 };
 
 // Answers at once.

@@ -24,8 +24,6 @@ class Trace {
   virtual void WriteHistoryFile(TextView text) = 0;
   /// Rewrites the status file: the time, and this text.
   virtual void WriteStatusFile(TextView text) = 0;
-  /// The two lines "ERROR " & errorNumber and message.
-  virtual void WriteErrorFile(TextView path, TextView errorNumber, TextView message) = 0;
 };
 
 }  // namespace ostrel

@@ -22,6 +22,10 @@ int RenameOver(TextView from, TextView to);
 int DuplicateFile(TextView from, TextView to);
 /// To the recycle bin; where there is none, erased.
 int RecyclePath(TextView path, bool confirm);
+/// What stands at this path, a link itself and not what it names (platform/Files.h says what counts
+/// as one).
+enum class EntryKind { kNone, kFile, kFolder, kLink, kOther };
+EntryKind KindOf(TextView path);
 /// When the file was last written. It is not opened for that, so it may be in use by anyone;
 /// nothing when it is missing.
 std::optional<TimePoint> ModifiedTime(TextView path);
@@ -39,9 +43,19 @@ const Text& ProgramFolder();
 /// One folder; its parent must exist. An existing folder is kFileExists.
 int MakeFolder(TextView path);
 bool FolderExists(TextView path);
+/// Whether two paths, however they are written, lead to one folder that exists.
+bool IsSameFolder(TextView one, TextView other);
+/// Whether two names in one folder are the same file: ignoring case on Windows, exactly on POSIX.
+bool IsSameName(TextView one, TextView other);
+/// Whether a file's name has more than the 255 units that the system takes: bytes of UTF-8 on
+/// POSIX, characters on Windows.
+bool IsNameTooLong(TextView name);
 /// Names of the files (not folders) in the folder that match a pattern with "*" (any run) and "?"
 /// (one character), ignoring case, in alphabetical order ignoring case. Short (8.3) names do not
-/// count. Empty when the folder cannot be read.
-std::vector<Text> ListFiles(TextView folder, TextView pattern);
+/// count. Links that do not lead to a folder are listed too. Empty when the folder cannot be read.
+/// `unreachable` is given the names that match but cannot stand in a product path, as readable as
+/// they can be made: on POSIX those that are no text or hold a "\".
+std::vector<Text> ListFiles(TextView folder, TextView pattern,
+                            std::vector<Text>* unreachable = nullptr);
 
 }  // namespace ostrel::platform

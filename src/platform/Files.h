@@ -1,7 +1,7 @@
 // One open file of the operating system. Paths are product paths: "\" separates folders on every
-// system ("/" is taken too); on POSIX each component is looked up exactly first and then ignoring
-// case, since the product turns folder names to lower case. Error numbers are Windows' everywhere
-// (platform/SystemError.h).
+// system ("/" is taken too). On POSIX each folder is looked up exactly first and then ignoring
+// case, since the product turns folder names to lower case; the file's own name is taken exactly as
+// it is given. Error numbers are Windows' everywhere (platform/SystemError.h).
 #pragma once
 
 #include <chrono>
@@ -15,7 +15,15 @@
 namespace ostrel::platform {
 
 enum class FileAccess { kRead, kWrite, kReadWrite };
-enum class FileCreation { kOpenExisting, kOpenAlways /* created empty when missing */ };
+enum class FileCreation {
+  kOpenExisting,
+  kOpenAlways,  // created empty when missing
+  kCreateNew    // fails with kFileExists when there is anything of the name, a link included
+};
+
+/// What is done with a link as the last component of a path: a symbolic link, and on Windows every
+/// reparse point that stands for another name (not the one of a file kept in the cloud, say).
+enum class FileLinks { kFollow, kRefuse /* with kStoppedOnLink */ };
 
 struct FileTimes {
   TimePoint created, accessed, modified;
@@ -33,7 +41,8 @@ class File {
   File& operator=(File&& other) noexcept;
 
   /// Closes what was open. 0, or the error number.
-  int Open(TextView path, FileAccess access, FileCreation creation);
+  int Open(TextView path, FileAccess access, FileCreation creation,
+           FileLinks links = FileLinks::kFollow);
   void Close();
   bool IsOpen() const;
 

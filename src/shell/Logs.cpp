@@ -3,9 +3,7 @@
 #include <array>
 #include <exception>
 
-#include "gateway/ErrorFile.h"
 #include "gateway/HistoryFileName.h"
-#include "gateway/WholeFile.h"
 #include "shell/Menus.h"
 #include "shell/Version.h"
 #include "util/cFileIO.h"
@@ -99,11 +97,6 @@ void Logs::WriteStatusFile(TextView text) {
   file.PrintLine(Now());
   file.PrintLine(text);
   file.CloseFile();
-}
-
-void Logs::WriteErrorFile(TextView path, TextView errorNumber, TextView message) {
-  WholeFile file(path);
-  if (file.Open() && ostrel::WriteErrorFile(file, errorNumber, message)) file.PutInPlace();
 }
 
 void Logs::mnuToolsCommLog_Click() {

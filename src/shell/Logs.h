@@ -1,5 +1,5 @@
-// The traces of the gateway's work: status list, communication log, history files, status file and
-// error files. Each file is opened and closed within one call, so that others can read it at any
+// The traces of the gateway's work: status list, communication log, history files and status
+// file. Each file is opened and closed within one call, so that others can read it at any
 // time.
 #pragma once
 
@@ -26,7 +26,6 @@ class Logs : public Trace {
   Text HistoryHeader() const override;
   void WriteHistoryFile(TextView text) override;
   void WriteStatusFile(TextView text) override;
-  void WriteErrorFile(TextView path, TextView errorNumber, TextView message) override;
 
   /// The menu item "Log Communication"; the switch is off at every start.
   void mnuToolsCommLog_Click();

@@ -147,6 +147,7 @@ bool frmMain::RunLoadSteps(TextView& failure) {
   failure = u"Start-up stopped at qbxml Object";
   oSettingsFile.LoadSettings();
   if (bUnloaded) return false;
+  Guarded(oLogs, u"SettleLeftovers", [this] { oFolderTransport.SettleLeftovers(); });
   failure = u"Start-up stopped at Start Communications";
   oCommunications.ApplyCommunications();
   failure = u"Start-up stopped at System Tray";

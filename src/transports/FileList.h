@@ -17,15 +17,17 @@ class FileList {
     sPattern = std::move(pattern);
     sNames.clear();
   }
-  void Refresh() { sNames = platform::ListFiles(sFolder, sPattern); }
+  void Refresh() { sNames = platform::ListFiles(sFolder, sPattern, &sUnreachable); }
 
   const Text& Folder() const { return sFolder; }
   /// In alphabetical order.
   const std::vector<Text>& Names() const { return sNames; }
+  /// Those that match but cannot be opened under any path.
+  const std::vector<Text>& Unreachable() const { return sUnreachable; }
 
  private:
   Text sFolder, sPattern;
-  std::vector<Text> sNames;
+  std::vector<Text> sNames, sUnreachable;
 };
 
 }  // namespace ostrel

@@ -13,6 +13,7 @@ namespace ostrel {
 namespace {
 
 constexpr TextView kNotInPlace = u"its last response could not be put in place yet";
+constexpr TextView kNotReachable = u"its name is no text, or there is a \"\\\" in it";
 
 }  // namespace
 
@@ -23,6 +24,7 @@ FolderTransport::FolderTransport(const TransportSettings& settings, WatchState& 
       oState(state),
       oTrace(trace),
       oGate(gate),
+      oResponses(settings, trace),
       ProcessRequest(std::move(processRequest)),
       CreateWatcher(std::move(createWatcher)) {}
 
@@ -34,6 +36,7 @@ void FolderTransport::tmrProcess_Timer() {
   bTakeNoMore = bFolderGone = false;
   const Text folder = ProcessList.Folder();
   oTrace.AddStatus(u"Watching Folder: " + folder);
+  SettleLeftovers();
   ScanUntilNothingWaits(*watcher, folder);
   if (!bTakeNoMore) watcher->WatchFolder(folder);
 }
@@ -50,8 +53,7 @@ void FolderTransport::ScanUntilNothingWaits(clsWatchFolder& watcher, TextView fo
 void FolderTransport::ScanProcessFolder(TextView folder) {
   if (bScanning || bTakeNoMore) return;
   Log(u"Changed ", folder);
-  ProcessList.Refresh();
-  oRefused.KeepOnly(ProcessList.Names());
+  ListAnew();
   if (ProcessList.Names().empty()) return Log(u"No *.osl files found");
   oTrace.WriteStatusFile({});
   TakeListed();
@@ -77,25 +79,25 @@ void FolderTransport::Serve(const Text& name) {
   const Text path = ProcessList.Folder() + u"\\" + name;
   if (!isRetry) Log(u"Read ", path);
 
-  auto answer = std::make_unique<AnswerFile>(oSettings.sResponsePath + u"\\" + name);
+  auto response = oResponses.FileFor(name);
   Text request;
   TextBudget::Share held;  // by the request
   Problem problem;
-  if (!Take(name, *answer, request, held, problem)) return;
-  answer->Owe();
+  if (!Take(name, *response, request, held, problem)) return;
+  response->Owe();
   ++lTaken;
   oRefused.Remove(name);
   if (isRetry) Log(u"Read ", path);
-  Answer(std::move(request), problem, *answer);
-  Place(std::move(answer));
+  Respond(std::move(request), problem, *response);
+  oResponses.Place(std::move(response));
 }
 
-bool FolderTransport::Take(const Text& name, AnswerFile& answer, Text& request,
+bool FolderTransport::Take(const Text& name, ResponseFile& response, Text& request,
                            TextBudget::Share& held, Problem& problem) {
   RequestFile file(ProcessList.Folder() + u"\\" + name);
   if (const int error = file.Open()) return Refuse(name, u"it cannot be read", error);
-  if (HasUnplaced(answer.Path())) return Refuse(name, kNotInPlace, 0);
-  if (const int error = answer.Reserve()) {
+  if (oResponses.IsWaiting(name)) return Refuse(name, kNotInPlace, 0);
+  if (const int error = response.Reserve()) {
     return Refuse(name, u"its response cannot be written", error);
   }
   try {
@@ -127,55 +129,36 @@ bool FolderTransport::Refuse(const Text& name, TextView reason, int error) {
   return false;
 }
 
-void FolderTransport::Answer(Text request, const Problem& problem, AnswerFile& answer) {
+void FolderTransport::Respond(Text request, const Problem& problem, ResponseFile& response) {
   try {
     ProcessList.Refresh();
-    if (problem.sErrorNumber.empty()) return ProcessInto(answer, std::move(request));
+    if (problem.sErrorNumber.empty()) return ProcessInto(response, std::move(request));
     request = Text();
-    Log(u"Write ", answer.Path());
-    answer.WriteError(problem.sErrorNumber, problem.sMessage);
+    Log(u"Write ", response.Path());
+    response.WriteError(problem.sErrorNumber, problem.sMessage);
   } catch (const std::bad_alloc&) {
-    answer.WriteError(kErrorOutOfMemory, u"Out of memory");
+    response.WriteError(kErrorOutOfMemory, u"Out of memory");
   } catch (const std::exception&) {
-    answer.WriteError(kErrorInternal, u"Internal error");
+    response.WriteError(kErrorInternal, u"Internal error");
   }
 }
 
-void FolderTransport::ProcessInto(AnswerFile& answer, Text request) {
+void FolderTransport::ProcessInto(ResponseFile& file, Text request) {
   const HeldResponse response = ProcessWithinBudget(ProcessRequest, request);
   request = Text();  // gives its memory to the response's layout
-  Log(u"Write ", answer.Path());
+  Log(u"Write ", file.Path());
   if (response.fResult > 0) {
-    answer.WriteError(ToText(response.fResult), response.sText);
+    file.WriteError(ToText(response.fResult), response.sText);
   } else {
-    answer.WriteResponse(response.sText, WriteResponse);
+    file.WriteResponse(response.sText, WriteResponse);
   }
-}
-
-void FolderTransport::Place(std::unique_ptr<AnswerFile> answer) {
-  const int error = answer->PutInPlace();
-  if (error == 0) return;
-  Unplaced.push_back(std::move(answer));
-  oTrace.AddStatus(u"Response file " + Unplaced.back()->Path() +
-                   u" waits: it cannot be put in place: " + platform::SystemErrorText(error));
-}
-
-bool FolderTransport::HasUnplaced(TextView path) const {
-  const Text key = LowerCase(path);
-  return std::any_of(Unplaced.begin(), Unplaced.end(),
-                     [&](const auto& answer) { return LowerCase(answer->Path()) == key; });
-}
-
-void FolderTransport::PlaceUnplaced() {
-  std::erase_if(Unplaced, [](const auto& answer) { return answer->PutInPlace() == 0; });
 }
 
 void FolderTransport::LookAgain() {
   if (oWatchFolder == nullptr || bScanning || bTakeNoMore || oGate.IsBusy()) return;
-  PlaceUnplaced();
+  oResponses.PlaceWaiting();
   if (!IsFolderThere()) return;
-  ProcessList.Refresh();
-  oRefused.KeepOnly(ProcessList.Names());
+  ListAnew();
   const auto& names = ProcessList.Names();
   const bool isNews = std::any_of(names.begin(), names.end(),
                                   [this](const Text& name) { return !oRefused.Contains(name); });
@@ -199,8 +182,13 @@ bool FolderTransport::IsFolderThere() {
 
 void FolderTransport::SendLoadingNotice() {
   if (ProcessList.Names().empty()) return;
-  oTrace.WriteErrorFile(oSettings.sResponsePath + u"\\" + ProcessList.Names().front(), u"99",
-                        u"Loading Quickbooks");
+  oResponses.WriteNotice(ProcessList.Names().front(), u"99", u"Loading Quickbooks");
+}
+
+void FolderTransport::ListAnew() {
+  ProcessList.Refresh();
+  for (const Text& name : ProcessList.Unreachable()) Refuse(name, kNotReachable, 0);
+  oRefused.KeepOnly(ProcessList.Names(), ProcessList.Unreachable());
 }
 
 void FolderTransport::Stop() {

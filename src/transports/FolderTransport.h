@@ -1,6 +1,6 @@
-// Requests in files: takes the request files of the process folder one by one and leaves an answer
-// of the same name in the response folder. A request file that has been deleted always has an
-// answer file; one that cannot be taken stays where it is, is told of once and tried again.
+// Requests in files: takes the request files of the process folder one by one and leaves a
+// response of the same name in the response folder. A request file that has been deleted always has
+// a response file; one that cannot be taken stays where it is, is told of once and tried again.
 #pragma once
 
 #include <functional>
@@ -11,11 +11,12 @@
 #include "gateway/Trace.h"
 #include "gateway/XmlLayout.h"
 #include "platform/EventLoop.h"
-#include "transports/AnswerFile.h"
 #include "transports/FileList.h"
 #include "transports/RefusedFiles.h"
 #include "transports/RequestFile.h"
 #include "transports/RequestProcessing.h"
+#include "transports/ResponseFile.h"
+#include "transports/ResponseFolder.h"
 #include "transports/TransportSettings.h"
 #include "transports/WatchState.h"
 #include "transports/clsWatchFolder.h"
@@ -35,6 +36,9 @@ class FolderTransport {
   /// The process folder's request files; set it before tmrProcess_Timer.
   FileList ProcessList;
 
+  /// For the start of the program, and part of the start of the watch: every request that was taken
+  /// before the gateway was killed gets a response.
+  void SettleLeftovers() { oResponses.SettleLeftovers(); }
   /// Answers what waits in the process folder, then watches it until Stop. Blocks as
   /// clsWatchFolder does.
   void tmrProcess_Timer();
@@ -70,14 +74,12 @@ class FolderTransport {
   void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);
   void TakeListed();
   void Serve(const Text& name);
-  bool Take(const Text& name, AnswerFile& answer, Text& request, TextBudget::Share& held,
+  bool Take(const Text& name, ResponseFile& response, Text& request, TextBudget::Share& held,
             Problem& problem);
   bool Refuse(const Text& name, TextView reason, int error);
-  void Answer(Text request, const Problem& problem, AnswerFile& answer);
-  void ProcessInto(AnswerFile& answer, Text request);
-  void Place(std::unique_ptr<AnswerFile> answer);
-  bool HasUnplaced(TextView path) const;
-  void PlaceUnplaced();
+  void Respond(Text request, const Problem& problem, ResponseFile& response);
+  void ProcessInto(ResponseFile& file, Text request);
+  void ListAnew();
   bool IsFolderThere();
   void Log(TextView what, TextView path = {});
 
@@ -85,13 +87,13 @@ class FolderTransport {
   WatchState& oState;
   Trace& oTrace;
   RequestGate& oGate;
+  ResponseFolder oResponses;
   RequestProcessing ProcessRequest;
   WatcherFactory CreateWatcher;
 
   std::shared_ptr<clsWatchFolder> oWatchFolder;
   RefusedFiles oRefused;
-  std::vector<std::unique_ptr<AnswerFile>> Unplaced;  // complete, but their places are in use
-  std::size_t lTaken = 0;                             // request files taken, ever
+  std::size_t lTaken = 0;  // request files taken, ever
   bool bScanning = false;
   bool bLooking = false;  // at files that could not be taken before
   bool bTakeNoMore = false;

@@ -19,9 +19,10 @@ class RefusedFiles {
   /// False when the file was none of them.
   bool Remove(const Text& name) { return oReasons.erase(name) > 0; }
   /// Forgets the files that are not among these.
-  void KeepOnly(const std::vector<Text>& names) {
+  void KeepOnly(const std::vector<Text>& names, const std::vector<Text>& unreachable) {
     if (oReasons.empty()) return;
-    const std::set<TextView> present(names.begin(), names.end());
+    std::set<TextView> present(names.begin(), names.end());
+    present.insert(unreachable.begin(), unreachable.end());
     std::erase_if(oReasons, [&](const auto& entry) { return !present.contains(entry.first); });
   }
   void Clear() { oReasons.clear(); }

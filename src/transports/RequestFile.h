@@ -11,7 +11,10 @@ namespace ostrel {
 
 class RequestFile {
  public:
-  explicit RequestFile(TextView path) { oFile.FullFileName(path); }
+  explicit RequestFile(TextView path) {
+    oFile.FullFileName(path);
+    oFile.RefuseLinks = true;
+  }
 
   /// These return 0 or the error number (platform/SystemError.h).
   int Open();

@@ -16,6 +16,7 @@ namespace {
 
 using platform::FileAccess;
 using platform::FileCreation;
+using platform::FileLinks;
 
 constexpr TextView kSeparators = u"\\/";
 constexpr TextView kAppPath = u"%apppath%";
@@ -178,12 +179,16 @@ bool cFileIO::OpenFile(TextView name, TextView readWrite, TextView overridePath)
 }
 
 int cFileIO::OpenNamedFile(TextView readWrite) {
-  const OpenMode mode = ModeOf(readWrite);
+  OpenMode mode = ModeOf(readWrite);
   bWrite = bTruncate = mode.access != FileAccess::kRead;
   bRead = mode.access != FileAccess::kWrite;
   bUnicode = false;
-  const int error = oFile.Open(FullFileName(), mode.access, mode.creation);
-  return error == 0 && bRead ? ReadByteOrderMark() : error;
+  if (bWrite && CreateNew) mode.creation = FileCreation::kCreateNew;
+  const auto links = RefuseLinks ? FileLinks::kRefuse : FileLinks::kFollow;
+  int error = oFile.Open(FullFileName(), mode.access, mode.creation, links);
+  if (error == 0 && bRead) error = ReadByteOrderMark();
+  if (error != 0) oFile.Close();
+  return error;
 }
 
 int cFileIO::ReadByteOrderMark() {

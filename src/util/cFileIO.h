@@ -24,6 +24,13 @@ class cFileIO {
   /// Whether only CR LF ends a line for InputLine, or a lone CR or LF as well.
   bool InputLineCRLFOnly = false;
 
+  /// Whether a link in the file's place is not opened but an error (platform::kStoppedOnLink). Does
+  /// not count for the profile operations.
+  bool RefuseLinks = false;
+  /// Whether OpenFile for writing creates the file and fails when there is one
+  /// (platform::kFileExists).
+  bool CreateNew = false;
+
   /// The cursor is the byte position, from 0, of the next read or write.
   void Reset();
   void SetCursorPos(std::int64_t position);

@@ -203,6 +203,75 @@ TEST_F(FileSystemTest, AFolderThatCannotBeReadListsNothing) {
   EXPECT_THAT(ListFiles(Path(u"a.txt"), u"*"), IsEmpty());
 }
 
+TEST_F(FileSystemTest, SaysWhatStandsAtAPath) {
+  oFolder.Write(u"a.txt", "abc");
+  oFolder.MakeFolder(u"folder");
+
+  EXPECT_EQ(KindOf(Path(u"a.txt")), EntryKind::kFile);
+  EXPECT_EQ(KindOf(Path(u"folder")), EntryKind::kFolder);
+  EXPECT_EQ(KindOf(Path(u"missing")), EntryKind::kNone);
+  EXPECT_EQ(KindOf({}), EntryKind::kNone);
+}
+
+TEST_F(FileSystemTest, ALinkIsNeitherFileNorFolder) {
+  oFolder.Write(u"a.txt", "abc");
+  oFolder.MakeFolder(u"folder");
+  const bool areMade = oFolder.MakeLink(u"a.txt", u"link") &&
+                       oFolder.MakeLink(u"no", u"dangling") &&
+                       oFolder.MakeFolderLink(u"folder", u"folder link");
+  if (!areMade) GTEST_SKIP() << "no links to be had here";
+
+  for (const TextView name : {u"link", u"dangling", u"folder link"}) {
+    EXPECT_EQ(KindOf(Path(name)), EntryKind::kLink);
+  }
+  EXPECT_THAT(ListFiles(oFolder.Path(), u"*"), ElementsAre(u"a.txt", u"dangling", u"link"));
+  EXPECT_TRUE(IsSameFolder(Path(u"folder"), Path(u"folder link")));
+}
+
+TEST_F(FileSystemTest, KnowsAFolderUnderEachOfItsNames) {
+  oFolder.MakeFolder(u"a folder with a long name");
+  oFolder.MakeFolder(u"other");
+  oFolder.Write(u"a.txt", "abc");
+  const Text folder = Path(u"a folder with a long name");
+
+  for (const Text& name :
+       {folder + u"\\", folder + u"\\.", Path(u"other\\..\\A Folder with a LONG name"),
+        ShortPath(folder), ReplaceAll(folder, u"\\", u"/")}) {
+    EXPECT_TRUE(IsSameFolder(folder, name)) << ToUtf8(name);
+  }
+  EXPECT_FALSE(IsSameFolder(folder, Path(u"other")));
+  EXPECT_FALSE(IsSameFolder(Path(u"missing"), Path(u"missing")));
+  EXPECT_FALSE(IsSameFolder(Path(u"a.txt"), Path(u"a.txt")));
+}
+
+TEST_F(FileSystemTest, NamesThatDifferAreOneFileWhereTheSystemSaysSo) {
+  oFolder.Write(u"name", "1");
+  const bool isOne = oFolder.Has(u"NAME");
+
+  EXPECT_EQ(IsSameName(u"name", u"NAME"), isOne);
+  EXPECT_TRUE(IsSameName(u"name", u"name"));
+  EXPECT_FALSE(IsSameName(u"name", u"names"));
+}
+
+TEST_F(FileSystemTest, TheLongestNameIsTakenAndALongerOneIsNot) {
+  const Text longest = Text(255, u'n');
+  oFolder.Write(u"a", "abc");
+
+  EXPECT_FALSE(IsNameTooLong(longest));
+  EXPECT_TRUE(IsNameTooLong(longest + u"n"));
+  EXPECT_EQ(RenamePath(Path(u"a"), Path(longest)), 0);
+  EXPECT_THAT(RenamePath(Path(longest), Path(longest + u"n")), Ne(0));
+}
+
+TEST_F(FileSystemTest, EveryNameThatAFileCanHaveHereIsReachable) {
+  oFolder.Write(u"a.osl", "");
+  std::vector<Text> unreachable = {u"of before"};
+
+  EXPECT_THAT(ListFiles(oFolder.Path(), u"*", &unreachable), ElementsAre(u"a.osl"));
+
+  EXPECT_THAT(unreachable, IsEmpty());
+}
+
 TEST(FileNames, PatternsMatchWholeNames) {
   EXPECT_TRUE(MatchesPattern(u"", u""));
   EXPECT_TRUE(MatchesPattern(u"", u"**"));

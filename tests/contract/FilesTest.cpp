@@ -242,13 +242,57 @@ TEST_F(FilesTest, EitherSeparatorWillDoAndManyCountOnce) {
   }
 }
 
-TEST_F(FilesTest, NamesAreFoundIgnoringCase) {
-  oFolder.MakeFolder(u"Sub Folder");
-  oFolder.Write(u"Sub Folder/Caf\u00C9.TXT", "abc");
+TEST_F(FilesTest, FoldersAreFoundIgnoringCase) {
+  oFolder.MakeFolder(u"Sub Caf\u00C9");
+  oFolder.Write(u"Sub Caf\u00C9/A.TXT", "abc");
 
-  ASSERT_EQ(Open(u"sUB folder\\caf\u00E9.txt"), 0);
+  ASSERT_EQ(Open(u"sUB caf\u00E9\\A.TXT"), 0);
 
   EXPECT_EQ(ReadAt(0, 3), "abc");
+}
+
+TEST_F(FilesTest, ANewFileIsCreatedUnlessThereIsOne) {
+  oFolder.Write(u"old.txt", "abc");
+  oFolder.MakeFolder(u"folder");
+
+  EXPECT_EQ(Open(u"new.txt", FileAccess::kWrite, FileCreation::kCreateNew), 0);
+  EXPECT_EQ(Open(u"old.txt", FileAccess::kWrite, FileCreation::kCreateNew), kFileExists);
+  EXPECT_THAT(Open(u"folder", FileAccess::kWrite, FileCreation::kCreateNew), Ne(0));
+
+  EXPECT_TRUE(oFolder.Has(u"new.txt"));
+  EXPECT_EQ(oFolder.Read(u"old.txt"), "abc");
+}
+
+TEST_F(FilesTest, AFileIsOpenedWhereLinksAreRefused) {
+  oFolder.Write(u"a.txt", "abc");
+
+  ASSERT_EQ(oFile.Open(oFolder.Path(u"a.txt"), FileAccess::kRead, FileCreation::kOpenExisting,
+                       FileLinks::kRefuse),
+            0);
+
+  EXPECT_EQ(ReadAt(0, 5), "abc");
+}
+
+TEST_F(FilesTest, ALinkIsNotOpenedWhereLinksAreRefused) {
+  oFolder.Write(u"secret", "abc");
+  if (!oFolder.MakeLink(u"secret", u"link") || !oFolder.MakeLink(u"none", u"dangling")) {
+    GTEST_SKIP() << "no links to be had here";
+  }
+
+  for (const TextView name : {u"link", u"dangling"}) {
+    for (const FileAccess access : kEveryAccess) {
+      EXPECT_EQ(
+          oFile.Open(oFolder.Path(name), access, FileCreation::kOpenExisting, FileLinks::kRefuse),
+          kStoppedOnLink);
+      EXPECT_EQ(
+          oFile.Open(oFolder.Path(name), access, FileCreation::kOpenAlways, FileLinks::kRefuse),
+          kStoppedOnLink);
+      EXPECT_EQ(Open(name, access, FileCreation::kCreateNew), kFileExists);
+    }
+  }
+
+  EXPECT_EQ(oFolder.Read(u"secret"), "abc");
+  EXPECT_FALSE(oFolder.Has(u"none"));
 }
 
 TEST_F(FilesTest, ANewFileGoesIntoTheFolderThatDiffersInCase) {

@@ -1,6 +1,8 @@
 """Request files that cannot be taken and answers that cannot be written: nothing is lost, each
 trouble is told once, and all others go on."""
 
+import contextlib
+import os
 import shutil
 import time
 
@@ -237,4 +239,209 @@ def test_one_folder_for_requests_and_answers_is_refused(gateway, said):
     assert gateway.errors[0].startswith("Unable to watch the folder")
     assert b"<CloseQBRs" in gateway.ask("CLOSEQB:")[1]
     assert not gateway.has_status("Watching Folder") and requests_waiting(gateway) == ["a.osl"]
+    assert gateway.stop() == 0
+
+
+# -- killed -------------------------------------------------------------------------------------------
+
+GATEWAY_ENDED = (
+    b"ERROR 58\r\n"
+    b"the gateway ended while this request was in work; it may have been carried out\r\n"
+)
+
+
+def killed_while_it_works(gateway, name="a.osl"):
+    """A gateway that has taken the request, and is no more."""
+    gateway.write_company(processRequestSeconds="30")
+    gateway.start_watching()
+    put(gateway, name, qbxml(CUSTOMER_QUERY))
+    gateway.wait_for_status("Processing Request")
+    gateway.kill()
+    gateway.write_company()
+    gateway.lines.clear()
+
+
+def left_over(gateway):
+    return sorted(
+        entry.name for entry in gateway.response_folder.iterdir() if entry.suffix != ".osl"
+    )
+
+
+def test_a_request_in_work_when_the_gateway_is_killed_gets_an_error(gateway):
+    killed_while_it_works(gateway)
+    assert left_over(gateway) == ["a.osl.part"]
+
+    gateway.start_watching()
+
+    assert wait_for_answer(gateway, "a.osl") == GATEWAY_ENDED
+    assert left_over(gateway) == []
+    assert gateway.has_status("Request file a.osl was in work when the gateway ended")
+    assert gateway.stop() == 0
+
+
+def test_it_gets_its_error_at_a_start_without_the_folder_transport_too(gateway):
+    killed_while_it_works(gateway)
+
+    gateway.write_settings()
+    gateway.start()
+
+    assert wait_for_answer(gateway, "a.osl") == GATEWAY_ENDED
+    assert gateway.stop() == 0
+
+
+def test_a_request_that_was_not_deleted_yet_is_carried_out(gateway):
+    gateway.process_folder.mkdir()
+    gateway.response_folder.mkdir()
+    (gateway.response_folder / "a.osl.part").write_bytes(b" " * 4096)
+    put(gateway, "a.osl", "CLOSEQB:")
+
+    gateway.start_watching()
+
+    assert b"<CloseQBRs" in wait_for_answer(gateway, "a.osl")
+    assert left_over(gateway) == [] and not gateway.has_status("was in work")
+    assert gateway.stop() == 0
+
+
+@contextlib.contextmanager
+def in_use(gateway, place):
+    """A place that nothing can be put in: Windows keeps a file there that somebody reads, other
+    systems a folder. It is there when the request has been taken."""
+    if UNDER_WINE:
+        with SlowWriter(place) as reader:
+            reader.write("the response of before")
+            yield
+    else:
+        gateway.wait_for_status("Processing Request")
+        place.mkdir()
+        yield
+        place.rmdir()
+
+
+def test_a_finished_response_without_a_place_survives_a_kill(gateway):
+    gateway.write_company(processRequestSeconds="2")
+    gateway.start_watching()
+    put(gateway, "a.osl", qbxml(customer_add("Finished")))
+    with in_use(gateway, gateway.response_folder / "a.osl"):
+        gateway.wait_for_status("waits: it cannot be put in place")
+        gateway.kill()
+        assert "a.osl.done" in left_over(gateway)
+
+    gateway.start_watching()
+
+    wait_until(lambda: b"Finished" in (answer_file(gateway, "a.osl") or b""), "the response")
+    assert b'<CustomerAddRs requestID="1" statusCode="0"' in wait_for_answer(gateway, "a.osl")
+    assert left_over(gateway) == []
+    assert gateway.stop() == 0
+
+
+def test_a_gateway_killed_after_its_notice_answers_who_got_it(gateway):
+    gateway.write_company(beginSessionSeconds="30")
+    gateway.process_folder.mkdir()
+    for name in ("first.osl", "second.osl"):
+        put(gateway, name, qbxml(CUSTOMER_QUERY))
+    gateway.start_watching()
+    wait_until(lambda: answer_file(gateway, "second.osl"), "the loading notice")
+    gateway.kill()
+    (gateway.response_folder / "third.osl.note").write_bytes(b"ERROR 9")
+    gateway.write_company()
+
+    gateway.start_watching()
+
+    assert wait_for_answer(gateway, "first.osl") == GATEWAY_ENDED
+    wait_until(
+        lambda: b"<CustomerQueryRs" in (answer_file(gateway, "second.osl") or b""), "the response"
+    )
+    assert left_over(gateway) == []
+    assert gateway.stop() == 0
+
+
+# -- names --------------------------------------------------------------------------------------------
+
+
+@pytest.mark.posix_only("Windows does not tell names by their case")
+def test_names_that_differ_in_case_are_different_requests(gateway):
+    gateway.process_folder.mkdir()
+    names = ["order.osl", "Order.osl", "ORDER.OSL"]
+    for name in names:
+        put(gateway, name, qbxml(customer_add(name)))
+
+    gateway.start_watching()
+
+    wait_until(lambda: len(list(gateway.response_folder.glob("*.[oO]*"))) == 3, "three responses")
+    for name in names:
+        assert f"<Name>{name}</Name>".encode() in wait_for_answer(gateway, name)
+    assert gateway.stop() == 0
+
+
+@pytest.mark.parametrize("length", [250, 251, 255])
+def test_the_longest_names_are_answered(gateway, length):
+    name = "n" * (length - 4) + ".osl"
+    gateway.start_watching()
+    beside = gateway.process_folder / "new"
+    beside.write_bytes(b"CLOSEQB:")
+    beside.rename(gateway.process_folder / name)
+
+    assert b"<CloseQBRs" in wait_for_answer(gateway, name)
+    assert left_over(gateway) == []
+    assert gateway.stop() == 0
+
+
+def test_the_longest_name_in_work_when_the_gateway_is_killed_gets_an_error(gateway):
+    name = "n" * 246 + ".osl"
+    killed_while_it_works(gateway, name)
+    (gateway.response_folder / (name + ".part")).rename(gateway.response_folder / ("m" * 251 + ".osp"))
+
+    gateway.start_watching()
+
+    assert wait_for_answer(gateway, "m" * 251 + ".osl") == GATEWAY_ENDED
+    assert gateway.stop() == 0
+
+
+@pytest.mark.posix_only("Windows knows no such names")
+def test_a_name_that_is_no_text_or_holds_a_backslash_is_told_of_once(gateway):
+    gateway.process_folder.mkdir()
+    for name in (b"a\\b.osl", b"\xff.osl"):
+        with open(os.path.join(os.fsencode(gateway.process_folder), name), "wb") as file:
+            file.write(b"CLOSEQB:")
+
+    gateway.start_watching()
+    assert b"<CloseQBRs" in ask(gateway, "c.osl", "CLOSEQB:")
+
+    for name in ("a\\b.osl", "\ufffd.osl"):
+        (line,) = told(gateway, f"Request file {name}")
+        assert line.endswith('waits: its name is no text, or there is a "\\" in it')
+    assert gateway.stop() == 0
+
+
+# -- links --------------------------------------------------------------------------------------------
+
+
+@pytest.mark.posix_only("Wine makes no links")
+def test_a_request_that_is_a_link_is_not_read(gateway):
+    gateway.process_folder.mkdir()
+    secret = gateway.folder / "secret"
+    secret.write_text("the password")
+    (gateway.process_folder / "a.osl").symlink_to(secret)
+    gateway.start_watching()
+
+    assert "symbolic link" in keeps_waiting(gateway, "a.osl")
+    assert b"<CloseQBRs" in ask(gateway, "b.osl", "CLOSEQB:")
+    assert secret.read_text() == "the password" and answer_file(gateway, "a.osl") is None
+    assert gateway.stop() == 0
+
+
+@pytest.mark.posix_only("Wine makes no links")
+@pytest.mark.parametrize("place", ["a.osl", "a.osl.part"])
+def test_a_link_in_the_response_folder_is_not_written_to(gateway, place):
+    gateway.response_folder.mkdir()
+    precious = gateway.folder / "precious"
+    precious.write_text("precious")
+    (gateway.response_folder / place).symlink_to(precious)
+    gateway.start_watching()
+    put(gateway, "a.osl", "CLOSEQB:")
+
+    assert "symbolic link" in keeps_waiting(gateway, "a.osl")
+    assert precious.read_text() == "precious"
+    (gateway.response_folder / place).unlink()
+    assert b"<CloseQBRs" in wait_for_answer(gateway, "a.osl")
     assert gateway.stop() == 0

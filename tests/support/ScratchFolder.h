@@ -41,6 +41,17 @@ class ScratchFolder {
   }
   bool Has(TextView name) const { return std::filesystem::exists(oPath / name); }
   void MakeFolder(TextView name) const { std::filesystem::create_directory(oPath / name); }
+  /// False where the system does not let this user make links, as Wine does not.
+  bool MakeLink(TextView target, TextView name) const {
+    std::error_code error;
+    std::filesystem::create_symlink(std::filesystem::path(target), oPath / name, error);
+    return !error;
+  }
+  bool MakeFolderLink(TextView target, TextView name) const {
+    std::error_code error;
+    std::filesystem::create_directory_symlink(oPath / target, oPath / name, error);
+    return !error;
+  }
   std::size_t EntryCount() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(oPath), {}));
   }

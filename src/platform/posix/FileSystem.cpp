@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -27,16 +28,18 @@ int Result(int systemResult, const std::string& path) {
   return systemResult == 0 ? 0 : RefineMissing(LastErrorNumber(), path);
 }
 
-bool StatusOf(int folder, const char* name, struct stat& status) {
-  return fstatat(folder, name, &status, 0) == 0;
+bool StatusOf(int folder, const char* name, struct stat& status, int flags = 0) {
+  return fstatat(folder, name, &status, flags) == 0;
 }
 
-// The path's last component as it was given, in the folder that was found for it.
-std::string WithGivenName(const std::string& resolved, TextView path) {
-  const std::size_t end = path.find_last_not_of(u"\\/") + 1;
-  const TextView trimmed = path.substr(0, end);
-  const TextView name = trimmed.substr(trimmed.find_last_of(u"\\/") + 1);
-  return resolved.substr(0, resolved.rfind('/') + 1) + ToUtf8(name);
+// Of an entry of a folder. A link is listed unless it leads to a folder: whoever opens it is to be
+// told that it is one.
+bool IsListed(int folder, const dirent& entry) {
+  if (entry.d_type == DT_REG || entry.d_type == DT_DIR) return entry.d_type == DT_REG;
+  struct stat status;
+  if (!StatusOf(folder, entry.d_name, status, AT_SYMLINK_NOFOLLOW)) return false;
+  if (!S_ISLNK(status.st_mode)) return S_ISREG(status.st_mode);
+  return !StatusOf(folder, entry.d_name, status) || !S_ISDIR(status.st_mode);
 }
 
 // Of an operation from one path to another: "no such file" may mean either.
@@ -67,25 +70,23 @@ bool IsProductName(std::string_view bytes, TextView name) {
 }  // namespace
 
 int EraseFile(TextView path) {
-  const std::string resolved = ResolvePath(path);
+  const std::string resolved = ResolveFile(path);
   return Result(unlink(resolved.c_str()), resolved);
 }
 
 int RenamePath(TextView from, TextView to) {
-  const std::string source = ResolvePath(from);
-  std::string target = ResolvePath(to);
-  if (target == source) target = WithGivenName(source, to);
-  if (target == source) return 0;
-  return RenameUnlessExists(source, target);
+  const std::string source = ResolveFile(from);
+  const std::string target = ResolveFile(to);
+  return source == target ? 0 : RenameUnlessExists(source, target);
 }
 
 int RenameOver(TextView from, TextView to) {
-  return RenameReplacing(ResolvePath(from), ResolvePath(to));
+  return RenameReplacing(ResolveFile(from), ResolveFile(to));
 }
 
 int DuplicateFile(TextView from, TextView to) {
-  const std::string source = ResolvePath(from);
-  const std::string target = ResolvePath(to);
+  const std::string source = ResolveFile(from);
+  const std::string target = ResolveFile(to);
   std::error_code error;
   std::filesystem::copy_file(source, target, std::filesystem::copy_options::overwrite_existing,
                              error);
@@ -97,9 +98,19 @@ int DuplicateFile(TextView from, TextView to) {
 
 int RecyclePath(TextView path, bool /*confirm*/) { return EraseFile(path); }
 
+EntryKind KindOf(TextView path) {
+  struct stat status;
+  if (!StatusOf(AT_FDCWD, ResolveFile(path).c_str(), status, AT_SYMLINK_NOFOLLOW)) {
+    return EntryKind::kNone;
+  }
+  if (S_ISLNK(status.st_mode)) return EntryKind::kLink;
+  if (S_ISDIR(status.st_mode)) return EntryKind::kFolder;
+  return S_ISREG(status.st_mode) ? EntryKind::kFile : EntryKind::kOther;
+}
+
 std::optional<TimePoint> ModifiedTime(TextView path) {
   struct stat status;
-  if (!StatusOf(AT_FDCWD, ResolvePath(path).c_str(), status)) return {};
+  if (!StatusOf(AT_FDCWD, ResolveFile(path).c_str(), status)) return {};
   return TimePoint(std::chrono::seconds(status.st_mtim.tv_sec) +
                    std::chrono::nanoseconds(status.st_mtim.tv_nsec));
 }
@@ -107,7 +118,7 @@ std::optional<TimePoint> ModifiedTime(TextView path) {
 Text MakeTemporaryFile(TextView folder, TextView prefix) {
   const Text start(prefix.substr(0, 3));
   if (folder.empty() || start.find_first_of(u"\\/") != Text::npos) return {};
-  std::string path = ResolvePath(folder) + "/" + ToUtf8(start) + std::string(6, 'X') + ".tmp";
+  std::string path = ResolveFolder(folder) + "/" + ToUtf8(start) + std::string(6, 'X') + ".tmp";
   const int descriptor = mkostemps(path.data(), 4, O_CLOEXEC);
   if (descriptor < 0) return {};
   close(descriptor);
@@ -133,30 +144,39 @@ const Text& ProgramFolder() {
 }
 
 int MakeFolder(TextView path) {
-  const std::string resolved = ResolvePath(path);
+  const std::string resolved = ResolveFolder(path);
   const int error = Result(mkdir(resolved.c_str(), 0777), resolved);
   return error == kFileNotFound ? kPathNotFound : error;
 }
 
 bool FolderExists(TextView path) {
   struct stat status;
-  return StatusOf(AT_FDCWD, ResolvePath(path).c_str(), status) && S_ISDIR(status.st_mode);
+  return StatusOf(AT_FDCWD, ResolveFolder(path).c_str(), status) && S_ISDIR(status.st_mode);
 }
 
-std::vector<Text> ListFiles(TextView folder, TextView pattern) {
-  const std::unique_ptr<DIR, CloseDirectory> directory(opendir(ResolvePath(folder).c_str()));
+bool IsSameFolder(TextView one, TextView other) {
+  struct stat a, b;
+  return StatusOf(AT_FDCWD, ResolveFolder(one).c_str(), a) &&
+         StatusOf(AT_FDCWD, ResolveFolder(other).c_str(), b) && S_ISDIR(a.st_mode) &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+bool IsSameName(TextView one, TextView other) { return one == other; }
+
+bool IsNameTooLong(TextView name) { return ToUtf8(name).size() > NAME_MAX; }
+
+std::vector<Text> ListFiles(TextView folder, TextView pattern, std::vector<Text>* unreachable) {
+  const std::unique_ptr<DIR, CloseDirectory> directory(opendir(ResolveFolder(folder).c_str()));
   if (!directory) return {};
 
-  std::vector<Text> names;
+  std::vector<Text> names, others;
   while (const dirent* entry = readdir(directory.get())) {
+    if (!IsListed(dirfd(directory.get()), *entry)) continue;
     Text name = FromUtf8(entry->d_name);
-    struct stat status;
-    const bool isFile =
-        entry->d_type == DT_REG ||
-        (entry->d_type != DT_DIR && StatusOf(dirfd(directory.get()), entry->d_name, status) &&
-         S_ISREG(status.st_mode));
-    if (isFile && IsProductName(entry->d_name, name)) names.push_back(std::move(name));
+    auto& list = IsProductName(entry->d_name, name) ? names : others;
+    list.push_back(std::move(name));
   }
+  if (unreachable != nullptr) *unreachable = SelectNames(others, pattern);
   return SelectNames(names, pattern);
 }
 

@@ -25,18 +25,25 @@ void IgnoreFileSizeSignal() {
   static_cast<void>(ignored);
 }
 
-int OpenFlags(FileAccess access, FileCreation creation) {
+int OpenFlags(FileAccess access, FileCreation creation, FileLinks links) {
   // O_NONBLOCK: the open of a pipe without a partner must not hang; regular files do not mind.
   int flags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
   flags |= access == FileAccess::kRead    ? O_RDONLY
            : access == FileAccess::kWrite ? O_WRONLY
                                           : O_RDWR;
-  return creation == FileCreation::kOpenAlways ? flags | O_CREAT : flags;
+  if (links == FileLinks::kRefuse) flags |= O_NOFOLLOW;
+  if (creation == FileCreation::kCreateNew) flags |= O_EXCL;
+  return creation == FileCreation::kOpenExisting ? flags : flags | O_CREAT;
 }
 
-bool IsOtherThanFile(const std::string& path) {
+// What is neither missing nor a file is not even opened, since whoever reads a pipe would notice. 0
+// for a file, and for what the open itself has to say.
+int ErrorOfOtherThanFile(const std::string& path, FileCreation creation, FileLinks links) {
   struct stat status;
-  return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+  const bool follows = links == FileLinks::kFollow;
+  if ((follows ? stat : lstat)(path.c_str(), &status) != 0 || S_ISREG(status.st_mode)) return 0;
+  if (creation == FileCreation::kCreateNew) return kFileExists;
+  return S_ISLNK(status.st_mode) ? kStoppedOnLink : kAccessDenied;
 }
 
 // 0 when the file is ours alone. A network file system may lock for reading only what is open for
@@ -60,11 +67,19 @@ bool IsBeingWritten(int descriptor) {
   return false;
 }
 
+int ErrorOfOpen(const std::string& path, int flags) {
+  const int error = LastErrorNumber();
+  struct stat status;
+  const bool isLink = errno == ELOOP && (flags & O_NOFOLLOW) != 0 &&
+                      lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
+  return isLink ? kStoppedOnLink : RefineMissing(error, path);
+}
+
 // One attempt. `replaced` tells that the path named another file by the time this one was locked.
 int OpenLocked(const std::string& path, int flags, int& descriptor, bool& replaced) {
   replaced = false;
   descriptor = open(path.c_str(), flags, 0666);
-  if (descriptor < 0) return RefineMissing(LastErrorNumber(), path);
+  if (descriptor < 0) return ErrorOfOpen(path, flags);
 
   struct stat status;
   int error = fstat(descriptor, &status) == 0 ? 0 : LastErrorNumber();
@@ -93,17 +108,18 @@ File& File::operator=(File&& other) noexcept {
   return *this;
 }
 
-int File::Open(TextView path, FileAccess access, FileCreation creation) {
+int File::Open(TextView path, FileAccess access, FileCreation creation, FileLinks links) {
   constexpr int kAttempts = 8;
   Close();
   if (access != FileAccess::kRead) IgnoreFileSizeSignal();
-  const std::string resolved = ResolvePath(path);
-  if (IsOtherThanFile(resolved)) return kAccessDenied;
+  const std::string resolved = ResolveFile(path);
+  if (const int error = ErrorOfOtherThanFile(resolved, creation, links)) return error;
 
+  const int flags = OpenFlags(access, creation, links);
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     int descriptor = -1;
     bool replaced = false;
-    const int error = OpenLocked(resolved, OpenFlags(access, creation), descriptor, replaced);
+    const int error = OpenLocked(resolved, flags, descriptor, replaced);
     if (error != 0) return error;
     if (replaced) continue;
     handle = descriptor;

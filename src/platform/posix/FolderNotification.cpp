@@ -123,7 +123,7 @@ class PosixFolderNotification final : public FolderNotification {
 
 int PosixFolderNotification::Open(TextView folder) try {
   auto queue = std::make_unique<ChangeQueue>();
-  if (const int error = queue->Watch(ResolvePath(folder))) return error;
+  if (const int error = queue->Watch(ResolveFolder(folder))) return error;
   oQueue = std::move(queue);
   open = true;
   ++opening;

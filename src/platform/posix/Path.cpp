@@ -11,6 +11,8 @@
 namespace ostrel::platform {
 namespace {
 
+constexpr TextView kSeparators = u"\\/";
+
 bool Exists(const std::string& path) {
   struct stat status;
   return lstat(path.c_str(), &status) == 0;
@@ -33,10 +35,8 @@ std::optional<std::string> FindIgnoringCase(const std::string& folder, TextView 
   return found;
 }
 
-}  // namespace
-
-std::string ResolvePath(TextView path) {
-  constexpr TextView kSeparators = u"\\/";
+// Components from this position of the path on stay as they are given.
+std::string Resolve(TextView path, std::size_t exactFrom) {
   if (path.empty() || Contains(path, TextView(u"\0", 1))) return {};
 
   std::string resolved;
@@ -46,7 +46,8 @@ std::string ResolvePath(TextView path) {
     const TextView name = path.substr(at, path.find_first_of(kSeparators, at) - at);
     at += name.size();
     std::string next = resolved + ToUtf8(name);
-    exists = exists && Exists(next);
+    const bool isExact = at > exactFrom;
+    exists = isExact || (exists && Exists(next));
     if (!exists) {
       const auto found = FindIgnoringCase(resolved, name);
       exists = found.has_value();
@@ -56,6 +57,15 @@ std::string ResolvePath(TextView path) {
   }
   if (resolved.size() > 1) resolved.pop_back();
   return resolved;
+}
+
+}  // namespace
+
+std::string ResolveFolder(TextView path) { return Resolve(path, TextView::npos); }
+
+std::string ResolveFile(TextView path) {
+  const std::size_t end = path.find_last_not_of(kSeparators);
+  return Resolve(path, path.find_last_of(kSeparators, end) + 1);
 }
 
 int RefineMissing(int error, const std::string& resolved) {

@@ -11,7 +11,10 @@ namespace ostrel::platform {
 /// name if there is one, else the alphabetically first that differs in case only; from the first
 /// one that does not exist on, names stay as they are given. Empty when the path cannot be one
 /// (empty, or with a NUL in it), which every system call refuses.
-std::string ResolvePath(TextView path);
+std::string ResolveFolder(TextView path);
+/// Only the folders are looked up so, whose names the product turns to lower case; the last
+/// component stays exactly as it is given: names of files that differ in case are different files.
+std::string ResolveFile(TextView path);
 
 /// What is missing when the system says "no such file" of this resolved path: kFileNotFound, or
 /// kPathNotFound when its folder is not there either. Other numbers stay as they are.

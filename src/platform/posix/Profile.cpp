@@ -140,7 +140,7 @@ int WriteAllTo(int descriptor, std::string_view bytes, mode_t mode) {
 // link: the file that it names is the one replaced.
 int ReplaceWhole(TextView path, std::string_view bytes) {
   std::error_code failed;
-  const std::string target = std::filesystem::canonical(ResolvePath(path), failed).string();
+  const std::string target = std::filesystem::canonical(ResolveFile(path), failed).string();
   struct stat status;
   if (failed || stat(target.c_str(), &status) != 0) return LastErrorNumber();
 

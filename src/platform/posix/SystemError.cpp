@@ -61,6 +61,7 @@ constexpr Sentence kSentences[] = {
     {kDiskFull, u"There is not enough space on the disk."},
     {kInvalidName, u"The filename, directory name, or volume label syntax is incorrect."},
     {kFolderNotEmpty, u"The directory is not empty."},
+    {kStoppedOnLink, u"The create operation stopped after reaching a symbolic link."},
 };
 
 }  // namespace

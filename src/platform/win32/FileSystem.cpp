@@ -4,12 +4,15 @@
 // shellapi.h needs windows.h before it.
 #include <shellapi.h>
 
+#include <cstdint>
 #include <memory>
+#include <utility>
 
 #include "platform/FileNames.h"
 #include "platform/SystemError.h"
 #include "platform/win32/FileTime.h"
 #include "platform/win32/Path.h"
+#include "platform/win32/ReparseTag.h"
 
 namespace ostrel::platform {
 namespace {
@@ -32,6 +35,21 @@ std::wstring Filled(Fill fill) {
   }
   text.resize(length);
   return text;
+}
+
+// Disk and number of a folder on it; nothing when there is none.
+std::optional<std::pair<DWORD, std::uint64_t>> IdentityOf(TextView folder) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE opened = CreateFileW(SystemPath(folder).c_str(), 0, kShareAll, nullptr,
+                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (opened == INVALID_HANDLE_VALUE) return {};
+  BY_HANDLE_FILE_INFORMATION found{};
+  const bool isFolder = GetFileInformationByHandle(opened, &found) &&
+                        (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  CloseHandle(opened);
+  if (!isFolder) return {};
+  return std::pair(found.dwVolumeSerialNumber,
+                   std::uint64_t{found.nFileIndexHigh} << 32 | found.nFileIndexLow);
 }
 
 // Without a separator at its end, a drive's root excepted.
@@ -70,6 +88,19 @@ int RecyclePath(TextView path, bool confirm) {
   const int failure = SHFileOperationW(&operation);
   if (failure == 0) return operation.fAnyOperationsAborted ? kAccessDenied : 0;
   return kGeneralFailure;  // the shell's numbers are of its own kind
+}
+
+EntryKind KindOf(TextView path) {
+  WIN32_FIND_DATAW found{};
+  const std::wstring name = SystemPath(path);
+  const DWORD attributes = GetFileAttributesW(name.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return EntryKind::kNone;
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    const HANDLE find = FindFirstFileW(name.c_str(), &found);
+    if (find != INVALID_HANDLE_VALUE) FindClose(find);
+    if (IsLinkTag(found.dwReserved0)) return EntryKind::kLink;
+  }
+  return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? EntryKind::kFolder : EntryKind::kFile;
 }
 
 std::optional<TimePoint> ModifiedTime(TextView path) {
@@ -120,7 +151,17 @@ bool FolderExists(TextView path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-std::vector<Text> ListFiles(TextView folder, TextView pattern) {
+bool IsSameFolder(TextView one, TextView other) {
+  const auto first = IdentityOf(one);
+  return first && first == IdentityOf(other);
+}
+
+bool IsSameName(TextView one, TextView other) { return LowerCase(one) == LowerCase(other); }
+
+bool IsNameTooLong(TextView name) { return name.size() > 255; }
+
+std::vector<Text> ListFiles(TextView folder, TextView pattern, std::vector<Text>* unreachable) {
+  if (unreachable != nullptr) unreachable->clear();
   // The system's own pattern would compare short names as well.
   const std::wstring everything = SystemPath(Text(folder) + u"\\*");
   WIN32_FIND_DATAW found;

@@ -3,11 +3,13 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "platform/SystemError.h"
 #include "platform/win32/FileTime.h"
 #include "platform/win32/Path.h"
+#include "platform/win32/ReparseTag.h"
 
 namespace ostrel::platform {
 namespace {
@@ -28,6 +30,36 @@ DWORD AccessRights(FileAccess access) {
   }
 }
 
+DWORD Disposition(FileCreation creation) {
+  switch (creation) {
+    case FileCreation::kOpenAlways:
+      return OPEN_ALWAYS;
+    case FileCreation::kCreateNew:
+      return CREATE_NEW;
+    default:
+      return OPEN_EXISTING;
+  }
+}
+
+// INVALID_HANDLE_VALUE, and the thread's last error, on failure.
+HANDLE OpenAlone(const std::wstring& path, FileAccess access, FileCreation creation, DWORD flags) {
+  constexpr DWORD kNoSharing = 0;
+  return CreateFileW(path.c_str(), AccessRights(access), kNoSharing, nullptr, Disposition(creation),
+                     FILE_ATTRIBUTE_NORMAL | flags, nullptr);
+}
+
+// Opens the entry itself, and what it stands for only when that is the same file (kept in the
+// cloud, say).
+HANDLE OpenUnlessLink(const std::wstring& path, FileAccess access, FileCreation creation) {
+  const HANDLE opened = OpenAlone(path, access, creation, FILE_FLAG_OPEN_REPARSE_POINT);
+  const DWORD tag = opened == INVALID_HANDLE_VALUE ? 0 : ReparseTag(opened);
+  if (tag == 0) return opened;
+  CloseHandle(opened);
+  if (!IsLinkTag(tag)) return OpenAlone(path, access, FileCreation::kOpenExisting, 0);
+  SetLastError(ERROR_STOPPED_ON_SYMLINK);
+  return INVALID_HANDLE_VALUE;
+}
+
 int SeekTo(HANDLE handle, std::int64_t position) {
   LARGE_INTEGER distance;
   distance.QuadPart = position;
@@ -46,13 +78,11 @@ File& File::operator=(File&& other) noexcept {
   return *this;
 }
 
-int File::Open(TextView path, FileAccess access, FileCreation creation) {
-  constexpr DWORD kNoSharing = 0;
+int File::Open(TextView path, FileAccess access, FileCreation creation, FileLinks links) {
   Close();
-  const HANDLE opened =
-      CreateFileW(SystemPath(path).c_str(), AccessRights(access), kNoSharing, nullptr,
-                  creation == FileCreation::kOpenAlways ? OPEN_ALWAYS : OPEN_EXISTING,
-                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  const std::wstring name = SystemPath(path);
+  const HANDLE opened = links == FileLinks::kFollow ? OpenAlone(name, access, creation, 0)
+                                                    : OpenUnlessLink(name, access, creation);
   if (opened == INVALID_HANDLE_VALUE) return LastErrorNumber();
   if (GetFileType(opened) != FILE_TYPE_DISK) {
     CloseHandle(opened);  // a printer, a console, a pipe

@@ -127,18 +127,31 @@ TEST(FilesPosix, AProfileSurvivesADiskThatIsFull) {
   EXPECT_EQ(folder.EntryCount(), 1u);
 }
 
-TEST(FilesPosix, TheExactNameComesFirstAndThenTheFirstInTheAlphabet) {
+TEST(FilesPosix, TheExactFolderComesFirstAndThenTheFirstInTheAlphabet) {
   ScratchFolder folder;
-  folder.Write(u"NAME", "1");
-  folder.Write(u"Name", "22");
-  folder.Write(u"name", "333");
+  for (const TextView name : {u"NAME", u"Name", u"name"}) {
+    folder.MakeFolder(name);
+    folder.Write(Text(name) + u"/" + Text(name), "");
+  }
+
+  EXPECT_THAT(ListFiles(folder.Path(u"Name"), u"*"), ElementsAre(u"Name"));
+  EXPECT_THAT(ListFiles(folder.Path(u"nAME"), u"*"), ElementsAre(u"NAME"));
+  EXPECT_EQ(OpenToRead(folder, u"nAME\\NAME"), 0);
+}
+
+TEST(FilesPosix, NamesOfFilesThatDifferInCaseAreDifferentFiles) {
+  ScratchFolder folder;
+  folder.Write(u"name", "of before");
   File file;
 
-  ASSERT_EQ(file.Open(folder.Path(u"Name"), FileAccess::kRead, FileCreation::kOpenExisting), 0);
-  EXPECT_EQ(file.Size(), 2);
-  ASSERT_EQ(file.Open(folder.Path(u"nAME"), FileAccess::kRead, FileCreation::kOpenExisting), 0);
+  EXPECT_EQ(OpenToRead(folder, u"Name"), kFileNotFound);
+  EXPECT_EQ(EraseFile(folder.Path(u"Name")), kFileNotFound);
+  EXPECT_FALSE(ModifiedTime(folder.Path(u"Name")));
+  ASSERT_EQ(file.Open(folder.Path(u"Name"), FileAccess::kWrite, FileCreation::kOpenAlways), 0);
+  EXPECT_EQ(RenameOver(folder.Path(u"Name"), folder.Path(u"NAME")), 0);
 
-  EXPECT_EQ(file.Size(), 1);
+  EXPECT_EQ(folder.Read(u"name"), "of before");
+  EXPECT_THAT(ListFiles(folder.Path(), u"*"), ElementsAre(u"NAME", u"name"));
 }
 
 TEST(FilesPosix, ARenameInCaseOnlyIsCarriedOut) {
@@ -187,7 +200,7 @@ TEST(FilesPosix, ALinkIsFollowedAndOneInACircleIsAnError) {
   EXPECT_EQ(OpenToRead(folder, u"link"), 0);
   EXPECT_EQ(OpenToRead(folder, u"circle"), kInvalidName);
 
-  EXPECT_THAT(ListFiles(folder.Path(), u"*"), ElementsAre(u"file", u"link"));
+  EXPECT_THAT(ListFiles(folder.Path(), u"*"), ElementsAre(u"circle", u"file", u"link"));
 }
 
 TEST(FilesPosix, NamesThatNoProductPathCanReachAreNotListed) {
@@ -196,7 +209,9 @@ TEST(FilesPosix, NamesThatNoProductPathCanReachAreNotListed) {
     std::ofstream(SystemName(folder, name)).flush();
   }
 
-  EXPECT_THAT(ListFiles(folder.Path(), u"*.osl"), ElementsAre(u"good.osl"));
+  std::vector<Text> unreachable;
+  EXPECT_THAT(ListFiles(folder.Path(), u"*.osl", &unreachable), ElementsAre(u"good.osl"));
+  EXPECT_THAT(unreachable, ElementsAre(u"a\\b.osl", u"\uFFFD.osl"));
 }
 
 TEST(FilesPosix, AProfileBehindALinkStaysThereWithItsPermissions) {

@@ -10,16 +10,10 @@ namespace ostrel::doubles {
 
 class FakeTrace : public Trace {
  public:
-  struct ErrorFile {
-    Text sPath, sErrorNumber, sMessage;
-    bool operator==(const ErrorFile&) const = default;
-  };
-
   std::vector<Text> Status;
   std::vector<Text> CommLog;  // only while bCommLog is set
   std::vector<Text> HistoryFiles;
   std::vector<Text> StatusFiles;
-  std::vector<ErrorFile> ErrorFiles;
   bool bCommLog = true;
   Text sHistoryHeader = u"Version: 1.0.0\u00FE";
 
@@ -35,9 +29,6 @@ class FakeTrace : public Trace {
   Text HistoryHeader() const override { return sHistoryHeader; }
   void WriteHistoryFile(TextView text) override { HistoryFiles.emplace_back(text); }
   void WriteStatusFile(TextView text) override { StatusFiles.emplace_back(text); }
-  void WriteErrorFile(TextView path, TextView errorNumber, TextView message) override {
-    ErrorFiles.push_back({Text(path), Text(errorNumber), Text(message)});
-  }
 };
 
 }  // namespace ostrel::doubles

@@ -197,18 +197,10 @@ TEST_F(LogsTest, RewritesTheStatusFile) {
   EXPECT_EQ(Folder.Read(u"status.txt"), kTime + "\r\nidle\r\n");
 }
 
-TEST_F(LogsTest, WritesAnErrorFileOfTwoLines) {
-  Log.WriteErrorFile(Folder.Path(u"request.osl"), u"99", u"Loading Quickbooks");
-
-  EXPECT_EQ(Folder.Read(u"request.osl"), "ERROR 99\r\nLoading Quickbooks\r\n");
-  EXPECT_EQ(Folder.EntryCount(), 1u);
-}
-
-TEST_F(LogsTest, GoesOnWithoutFoldersForStatusAndErrors) {
+TEST_F(LogsTest, GoesOnWithoutAFolderForTheStatus) {
   Settings.sStatusPath = Folder.Path(u"missing");
 
   Log.WriteStatusFile(u"busy");
-  Log.WriteErrorFile(Folder.Path(u"missing\\request.osl"), u"1", u"text");
 
   EXPECT_EQ(Folder.EntryCount(), 0u);
 }

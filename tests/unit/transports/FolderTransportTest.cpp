@@ -18,7 +18,9 @@ namespace {
 
 using doubles::FakeFolderNotification;
 using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
+using testing::Eq;
 using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
@@ -166,6 +168,16 @@ TEST_F(FolderTransportTest, HandsOnLinesThatAllEndInCrLf) {
   Scan();
 
   EXPECT_THAT(Requests, ElementsAre(u"one\r\ntwo\r\n", u"one\r\ntwo\r\nthree\r\n\r\n\r\nfour\r\n"));
+}
+
+TEST_F(FolderTransportTest, BeginsWithAnEmptyLineWhereTheFileBeginsWithItsEnd) {
+  for (const std::string_view lineEnd : {"\n", "\r", "\r\n"}) {
+    Ask(u"a.osl", std::string(lineEnd) + "one");
+    Scan();
+  }
+
+  EXPECT_THAT(Requests, Each(Eq(u"\r\none\r\n")));
+  EXPECT_THAT(Requests, SizeIs(3));
 }
 
 TEST_F(FolderTransportTest, TakesAnEmptyFileForOneEmptyLine) {
@@ -519,10 +531,71 @@ TEST_F(FolderTransportTest, CreatesTheResponseFolderAgain) {
   Remove(u"r");
   Settings.sResponsePath = Folder.Path(u"r\\deeper");
   Ask(u"a.osl");
+  std::size_t reserved = 0;
+  DuringRequest = [&] { reserved = EntriesIn(u"r/deeper"); };
 
   Scan();
 
+  EXPECT_EQ(reserved, 1u);
   EXPECT_TRUE(Folder.Has(u"r/deeper/a.osl"));
+}
+
+TEST_F(FolderTransportTest, DoesNotFollowALinkInTheProcessFolderAndTellsOfItOnce) {
+  Folder.Write(u"secret", "secret");
+  if (!Folder.MakeLink(u"../secret", u"p/a.osl")) GTEST_SKIP() << "no links to be had here";
+
+  Scan();
+  Scan();
+
+  EXPECT_THAT(Requests, IsEmpty());
+  EXPECT_EQ(Answers(), 0u);
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Request file a.osl waits: it cannot be read: " +
+                                        platform::SystemErrorText(platform::kStoppedOnLink)));
+}
+
+TEST_F(FolderTransportTest, WritesToNoLinkInTheResponseFolderAndTellsOfItOnce) {
+  Folder.Write(u"secret", "secret");
+  const bool areMade =
+      Folder.MakeLink(u"../secret", u"r/a.osl") && Folder.MakeLink(u"../secret", u"r/b.osl.part");
+  if (!areMade) GTEST_SKIP() << "no links to be had here";
+  Ask(u"a.osl");
+  Ask(u"b.osl");
+
+  for (int scan = 0; scan < 3; ++scan) Scan();
+
+  const Text reason =
+      u"its response cannot be written: " + platform::SystemErrorText(platform::kStoppedOnLink);
+  EXPECT_THAT(Trace.Status, ElementsAre(u"Request file a.osl waits: " + reason,
+                                        u"Request file b.osl waits: " + reason));
+  EXPECT_THAT(Requests, IsEmpty());
+  EXPECT_EQ(Folder.Read(u"secret"), "secret");
+}
+
+TEST_F(FolderTransportTest, TellsOnceOfANameThatNoPathCanHold) {
+  Ask(u"a\\b.osl");
+  if (!Folder.Has(u"p/a\\b.osl") || Waiting() == 0) GTEST_SKIP() << "no such name on this system";
+
+  Scan();
+  Scan();
+
+  EXPECT_THAT(Trace.Status,
+              ElementsAre(u"Request file a\\b.osl waits: its name is no text, or there "
+                          u"is a \"\\\" in it"));
+}
+
+TEST_F(FolderTransportTest, AnswersTheLongestNames) {
+  for (const std::size_t length : {250u, 251u, 255u}) {
+    const Text name = Text(length - 4, u'n') + u".osl";
+    Ask(name);
+    bool isReserved = false;
+    DuringRequest = [&] { isReserved = Answers() == 1 && !IsAnswered(name); };
+
+    Scan();
+
+    EXPECT_TRUE(isReserved);
+    EXPECT_EQ(Answer(name), "<A></A>\r\n");
+    Remove(u"r/" + name);
+  }
 }
 
 // What goes wrong once the request has been deleted.
@@ -628,7 +701,7 @@ TEST_F(FolderTransportTest, KeepsAFinishedAnswerUntilItsPlaceIsFree) {
   std::string early;
   Watch({During([&] {
     Transport.LookAgain();
-    early = Folder.Read(u"r/a.osl.part");
+    early = Folder.Read(u"r/a.osl.done");
     Remove(u"r/a.osl");
     Transport.LookAgain();
   })});
@@ -645,14 +718,51 @@ TEST_F(FolderTransportTest, DoesNotWriteOverAnAnswerThatWaitsForItsPlace) {
   DuringRequest = [this] { Folder.MakeFolder(u"r/a.osl"); };
   Ask(u"a.osl");
   Scan();
-  Ask(u"A.osl");
+  Ask(u"a.osl");
 
   Scan();
 
   EXPECT_THAT(Requests, SizeIs(1));
   EXPECT_TRUE(Trace.HasStatus(
-      u"Request file A.osl waits: its last response could not be put in place yet"));
-  EXPECT_EQ(Folder.Read(u"r/a.osl.part"), "<A></A>\r\n");
+      u"Request file a.osl waits: its last response could not be put in place yet"));
+  EXPECT_EQ(Folder.Read(u"r/a.osl.done"), "<A></A>\r\n");
+}
+
+TEST_F(FolderTransportTest, GivesNoLoadingNoticeWhereAFinishedResponseWaitsForItsPlace) {
+  DuringRequest = [this] { Folder.MakeFolder(u"r/b.osl"); };
+  Ask(u"b.osl");
+  Scan();
+  Ask(u"a.osl");
+  Ask(u"b.osl");
+  DuringRequest = [this] { Transport.SendLoadingNotice(); };
+
+  Watch({During([this] {
+    Remove(u"r/b.osl");
+    Transport.LookAgain();
+  })});
+
+  EXPECT_THAT(Requests, SizeIs(3));
+  EXPECT_EQ(Answer(u"b.osl"), "<A></A>\r\n");
+}
+
+// As two programs write them whose system tells names by their case.
+TEST_F(FolderTransportTest, AnswersRequestsWhoseNamesDifferInCaseEachUnderItsOwn) {
+  Ask(u"a.osl", "small");
+  Ask(u"A.osl", "capital");
+  if (Waiting() == 1) GTEST_SKIP() << "one name on this system";
+  const auto process = [this](Text& request, Text& response) {
+    const float result = Process(request, response);
+    response = u"<" + request.substr(0, request.size() - 2) + u"/>";
+    return result;
+  };
+  FolderTransport transport(Settings, State, Trace, Gate, process, nullptr);
+  transport.ProcessList.SetFolder(Settings.sProcessPath, u"*.osl");
+
+  transport.ScanProcessFolder(Settings.sProcessPath);
+  transport.ScanProcessFolder(Settings.sProcessPath);
+
+  EXPECT_EQ(Answer(u"a.osl"), "<small/>\r\n");
+  EXPECT_EQ(Answer(u"A.osl"), "<capital/>\r\n");
 }
 
 TEST_F(FolderTransportTest, LeavesAnAnswerWithoutAPlaceBehindAtTheEnd) {
@@ -668,10 +778,22 @@ TEST_F(FolderTransportTest, LeavesAnAnswerWithoutAPlaceBehindAtTheEnd) {
 
   transport.reset();
 
-  EXPECT_TRUE(Folder.Has(u"r/a.osl.part"));
+  EXPECT_TRUE(Folder.Has(u"r/a.osl.done"));
 }
 
 // Watching.
+
+TEST_F(FolderTransportTest, SettlesWhatIsLeftOverBeforeItTakesRequests) {
+  Folder.Write(u"r/gone.osl.part", "    ");
+  Folder.Write(u"r/there.osl.part", "    ");
+  Ask(u"there.osl");
+
+  Watch();
+
+  EXPECT_THAT(Answer(u"gone.osl"), BeginsWith("ERROR 58\r\n"));
+  EXPECT_EQ(Answer(u"there.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Answers(), 2u);
+}
 
 TEST_F(FolderTransportTest, AnswersAllThatWaitsBeforeItWatches) {
   AskMany(9);
@@ -843,13 +965,16 @@ TEST_F(FolderTransportTest, TellsOnceThatTheFolderIsGoneAndThatItIsBack) {
 // Kept: the notice goes to the first entry of the list, which no longer holds the request in work.
 TEST_F(FolderTransportTest, GivesTheLoadingNoticeToTheNextWaitingRequest) {
   AskMany(2);
-  DuringRequest = [this] { Transport.SendLoadingNotice(); };
+  std::string notice;
+  DuringRequest = [&] {
+    Transport.SendLoadingNotice();
+    notice = Answer(u"11.osl");
+  };
 
   Scan();
 
-  EXPECT_THAT(Trace.ErrorFiles,
-              ElementsAre(doubles::FakeTrace::ErrorFile{Settings.sResponsePath + u"\\11.osl", u"99",
-                                                        u"Loading Quickbooks"}));
+  EXPECT_EQ(notice, "ERROR 99\r\nLoading Quickbooks\r\n");
+  EXPECT_EQ(Answers(), 2u);  // the notice still, and the response
 }
 
 TEST_F(FolderTransportTest, GivesNoLoadingNoticeWhenNobodyElseWaits) {
@@ -858,7 +983,7 @@ TEST_F(FolderTransportTest, GivesNoLoadingNoticeWhenNobodyElseWaits) {
 
   Scan();
 
-  EXPECT_THAT(Trace.ErrorFiles, IsEmpty());
+  EXPECT_EQ(Answers(), 1u);
 }
 
 }  // namespace

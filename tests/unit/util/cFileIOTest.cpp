@@ -451,6 +451,39 @@ TEST_F(cFileIOTest, ReadingAFileThatIsNotOpenIsAnErrorAndLeavesTheText) {
             u"modMain.ReadData(unread):" + platform::SystemErrorText(platform::kInvalidHandle));
 }
 
+TEST_F(cFileIOTest, AFileIsCreatedNewOrNotAtAll) {
+  oFile.CreateNew = true;
+  OpenFor(u"W");
+  oFile.CloseFile();
+
+  EXPECT_FALSE(oFile.OpenFile({}, u"W"));
+  EXPECT_EQ(ErrorNumber(), platform::kFileExists);
+  EXPECT_FALSE(oFile.OpenFile({}, u"RW"));
+  EXPECT_TRUE(oFile.OpenFile({}, u"R"));
+}
+
+TEST_F(cFileIOTest, ALinkIsOpenedUnlessLinksAreRefused) {
+  oFolder.Write(u"target", "abc");
+  if (!oFolder.MakeLink(u"target", kName)) GTEST_SKIP() << "no links to be had here";
+  OpenFor(u"R");
+
+  oFile.RefuseLinks = true;
+
+  EXPECT_FALSE(oFile.OpenFile({}, u"W"));
+  EXPECT_EQ(ErrorNumber(), platform::kStoppedOnLink);
+  EXPECT_EQ(oFolder.Read(u"target"), "abc");
+}
+
+TEST_F(cFileIOTest, AFileThatCannotBeReadIsClosedAgain) {
+  // A file whose first bytes nobody can read; there is one on Linux.
+  if (!platform::FolderExists(u"/proc/self")) GTEST_SKIP() << "no such file to be had here";
+
+  EXPECT_FALSE(oFile.OpenFile(u"/proc/self/mem", u"R"));
+
+  EXPECT_NE(ErrorNumber(), 0);
+  EXPECT_FALSE(oFile.IsOpen());
+}
+
 TEST_F(cFileIOTest, AFileTooLongForATextIsAnErrorAndNotTheProgramsEnd) {
   {
     platform::File file;

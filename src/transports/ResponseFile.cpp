@@ -1,4 +1,6 @@
-#include "transports/AnswerFile.h"
+#include "transports/ResponseFile.h"
+
+#include <utility>
 
 #include "gateway/ErrorFile.h"
 #include "platform/FileSystem.h"
@@ -18,9 +20,10 @@ bool IsMissing(int error) {
 
 }  // namespace
 
-AnswerFile::AnswerFile(TextView path) : sPath(path), oFile(path) {}
+ResponseFile::ResponseFile(Paths paths)
+    : oPaths(std::move(paths)), oFile(oPaths.sPlace, oPaths.sReserved) {}
 
-AnswerFile::~AnswerFile() {
+ResponseFile::~ResponseFile() {
   if (!bOwed) return;
   try {
     if (PutInPlace() != 0) oFile.Keep();
@@ -29,18 +32,27 @@ AnswerFile::~AnswerFile() {
   }
 }
 
-int AnswerFile::Reserve() {
-  if (platform::FolderExists(sPath)) return platform::kFileExists;
+int ResponseFile::Reserve() {
+  const auto kind = platform::KindOf(oPaths.sPlace);
+  if (kind == platform::EntryKind::kFolder) return platform::kFileExists;
+  if (kind == platform::EntryKind::kLink) return platform::kStoppedOnLink;
   return Open() && oFile.Reserve(kReserved) ? 0 : oFile.Error();
 }
 
-bool AnswerFile::Open() {
+void ResponseFile::Adopt(TextView path) {
+  oFile.Adopt(path);
+  bComplete = bOwed = true;
+  bAside = path == oPaths.sFinished;
+}
+
+bool ResponseFile::Open() {
+  bAside = false;
   if (oFile.Open()) return true;
-  return IsMissing(oFile.Error()) && cFileIO().ValidateDirectory(FolderOf(sPath)) == 0 &&
+  return IsMissing(oFile.Error()) && cFileIO().ValidateDirectory(FolderOf(oPaths.sPlace)) == 0 &&
          oFile.Open();
 }
 
-void AnswerFile::WriteResponse(TextView response, const ResponseWriter& write) {
+void ResponseFile::WriteResponse(TextView response, const ResponseWriter& write) {
   bComplete = Open() && write(response, oFile) && oFile.Close();
   if (bComplete) return;
   const int error = oFile.Error() != 0 ? oFile.Error() : platform::kOutOfMemory;
@@ -49,22 +61,22 @@ void AnswerFile::WriteResponse(TextView response, const ResponseWriter& write) {
                  platform::SystemErrorText(error));
 }
 
-void AnswerFile::WriteError(TextView errorNumber, TextView message) {
+void ResponseFile::WriteError(TextView errorNumber, TextView message) {
   bComplete = TryWriteError(errorNumber, message) ||
               TryWriteError(errorNumber, message.substr(0, kLongestCutMessage));
 }
 
-bool AnswerFile::TryWriteError(TextView errorNumber, TextView message) {
+bool ResponseFile::TryWriteError(TextView errorNumber, TextView message) {
   return Open() && WriteErrorFile(oFile, errorNumber, message) && oFile.Close();
 }
 
-int AnswerFile::PutInPlace() {
+int ResponseFile::PutInPlace() {
   // What has been written may have gone with its folder; what is left of it then is an error.
   const int error = TryPutInPlace();
   return IsMissing(error) ? TryPutInPlace() : error;
 }
 
-int AnswerFile::TryPutInPlace() {
+int ResponseFile::TryPutInPlace() {
   if (!bComplete) {
     WriteError(kErrorResponseNotWritten,
                u"The request was taken, but its response could not be written");
@@ -74,8 +86,16 @@ int AnswerFile::TryPutInPlace() {
     bOwed = false;
     return 0;
   }
-  if (IsMissing(oFile.Error())) bComplete = false;
-  return oFile.Error();
+  const int error = oFile.Error();
+  if (IsMissing(error)) {
+    bComplete = false;
+  } else {
+    SetAside();
+  }
+  return error;
 }
+
+// A finished response is told by its name from one that was in work when the gateway was killed.
+void ResponseFile::SetAside() { bAside = bAside || oFile.Rename(oPaths.sFinished); }
 
 }  // namespace ostrel

@@ -1,5 +1,5 @@
 // The response file of one request. Room for an error is reserved on the disk before the request is
-// deleted, so that there is an answer whatever happens then.
+// deleted, so that there is a response whatever happens then.
 #pragma once
 
 #include <functional>
@@ -14,41 +14,52 @@ inline constexpr TextView kErrorOutOfMemory = u"7";
 inline constexpr TextView kErrorRequestTooLong = u"14";
 inline constexpr TextView kErrorInternal = u"51";
 inline constexpr TextView kErrorResponseNotWritten = u"57";
+inline constexpr TextView kErrorGatewayEnded = u"58";
 
 /// Writes the response into the open file; false when it is not whole.
 using ResponseWriter = std::function<bool(TextView response, WholeFile& file)>;
 
-class AnswerFile {
+class ResponseFile {
  public:
-  explicit AnswerFile(TextView path);
+  struct Paths {
+    Text sPlace;     // where the client looks for it
+    Text sReserved;  // beside it, until it is finished
+    Text sFinished;  // beside it, while its place is in use
+  };
+  explicit ResponseFile(Paths paths);
   /// What is owed and was not put in its place is tried once more, and else left beside it.
-  ~AnswerFile();
-  AnswerFile(const AnswerFile&) = delete;
-  AnswerFile& operator=(const AnswerFile&) = delete;
+  ~ResponseFile();
+  ResponseFile(const ResponseFile&) = delete;
+  ResponseFile& operator=(const ResponseFile&) = delete;
 
-  const Text& Path() const { return sPath; }
+  const Text& Path() const { return oPaths.sPlace; }
 
   /// Creates the folder when it is missing. 0, or the error number (platform/SystemError.h).
   int Reserve();
   /// The request has been deleted.
   void Owe() { bOwed = true; }
+  /// The response was finished before, and stands at this path beside its place.
+  void Adopt(TextView path);
 
   /// A response that cannot be written whole becomes an error.
   void WriteResponse(TextView response, const ResponseWriter& write);
   /// A message for which there is no room on the disk is cut.
   void WriteError(TextView errorNumber, TextView message);
-  /// 0, or the error number; may be tried again. Without a complete answer it is an error.
+  /// 0, or the error number; may be tried again. Without a complete response it is an error. A
+  /// finished one whose place is in use gets the name that says so.
   int PutInPlace();
 
  private:
   bool Open();
   bool TryWriteError(TextView errorNumber, TextView message);
   int TryPutInPlace();
+  void SetAside();
 
-  Text sPath;
+  Paths oPaths;
   WholeFile oFile;
   bool bComplete = false;
   bool bOwed = false;
+  bool bAside = false;  // under the name of a finished one
 };
 
 }  // namespace ostrel
