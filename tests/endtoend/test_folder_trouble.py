@@ -361,15 +361,15 @@ def test_a_gateway_killed_after_its_notice_answers_who_got_it(gateway):
 @pytest.mark.posix_only("Windows does not tell names by their case")
 def test_names_that_differ_in_case_are_different_requests(gateway):
     gateway.process_folder.mkdir()
-    names = ["order.osl", "Order.osl", "ORDER.OSL"]
-    for name in names:
-        put(gateway, name, qbxml(customer_add(name)))
+    names = {"order.osl": "Small", "Order.osl": "Mixed", "ORDER.OSL": "Capital"}
+    for name, customer in names.items():
+        put(gateway, name, qbxml(customer_add(customer)))
 
     gateway.start_watching()
 
     wait_until(lambda: len(list(gateway.response_folder.glob("*.[oO]*"))) == 3, "three responses")
-    for name in names:
-        assert f"<Name>{name}</Name>".encode() in wait_for_answer(gateway, name)
+    for name, customer in names.items():
+        assert f"<Name>{customer}</Name>".encode() in wait_for_answer(gateway, name)
     assert gateway.stop() == 0
 
 
