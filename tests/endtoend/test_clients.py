@@ -229,7 +229,11 @@ def test_a_second_exit_gives_up_a_response_that_nobody_reads(gateway):
 
 
 def test_a_client_with_too_many_requests_is_ended_and_shuts_nobody_out(gateway):
+    gateway.write_company(processRequestSeconds="6")
     gateway.start()
+    slow = gateway.connect()
+    slow.send(qbxml(CUSTOMER_QUERY).encode() + END_OF_DATA)
+    gateway.wait_for_status("Processing Request")
     greedy = gateway.connect()
     begun = time.monotonic()
     try:
@@ -240,6 +244,7 @@ def test_a_client_with_too_many_requests_is_ended_and_shuts_nobody_out(gateway):
         pass
 
     gateway.wait_for_status("ended: more than 1000 requests wait")
+    assert b"CustomerQueryRs" in slow.read_frame()
     assert answer_of(4) in gateway.ask(request_of(4))[1]
 
 
