@@ -4,6 +4,7 @@
 
 #include "gateway/HistoryFileName.h"
 #include "gateway/XmlLayout.h"
+#include "platform/SystemError.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
@@ -65,9 +66,22 @@ void RequestHistory::AddLine(TextView line) {
   sHistoryBuffer.append(line).push_back(kAttributeMark);
 }
 
+// Kept: any other file that cannot be opened is skipped without a word.
+void RequestHistory::TellOfLink(const cFileIO& file) {
+  Text message;
+  std::int32_t number = 0;
+  file.ReadErrorHandler(message, number);
+  if (number != platform::kStoppedOnLink) return;
+  oTrace.AddStatus(u"Not written, since it is a link: " + file.FullFileName());
+}
+
 void RequestHistory::WriteFile() {
   cFileIO file;
-  if (!file.OpenFile(oSettings.sHistPath + u"\\" + HistoryFileName(sStartTime), u"W")) return;
+  file.RefuseLinks = true;
+  if (!file.OpenFile(oSettings.sHistPath + u"\\" + HistoryFileName(sStartTime), u"W")) {
+    TellOfLink(file);
+    return;
+  }
   file.WriteData(sHistoryBuffer, -1, u"A");
   file.CloseFile();
 }

@@ -6,6 +6,7 @@
 #include "gateway/GatewaySettings.h"
 #include "gateway/Trace.h"
 #include "platform/Clock.h"
+#include "util/cFileIO.h"
 
 namespace ostrel {
 
@@ -25,6 +26,7 @@ class RequestHistory {
   template <typename Step>
   void Attempt(Step step);
   void AddLine(TextView line);
+  void TellOfLink(const cFileIO& file);
   void WriteFile();
 
   const GatewaySettings& oSettings;

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 #include "shell/Menus.h"
 #include "util/Flag.h"
@@ -197,9 +198,13 @@ void CommunicationModes::ApplyFolderWatch() {
 }
 
 void CommunicationModes::StartFolderWatch() {
-  if (RefuseOneFolderForBoth()) return;
+  if (FolderKey(oSettings.sProcessPath) == FolderKey(oSettings.sResponsePath)) {
+    return RefuseFolder();
+  }
   CreateFolder(oSettings.sProcessPath);
   CreateFolder(oSettings.sResponsePath);
+  if (platform::IsSameFolder(oSettings.sProcessPath, oSettings.sResponsePath))
+    return RefuseFolder();
   oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, u"*.osl");
   tmrProcess.SetEnabled(true);
 }
@@ -210,13 +215,11 @@ void CommunicationModes::StopFolderWatch() {
   oFolderTransport.Stop();
 }
 
-bool CommunicationModes::RefuseOneFolderForBoth() {
-  if (FolderKey(oSettings.sProcessPath) != FolderKey(oSettings.sResponsePath)) return false;
+void CommunicationModes::RefuseFolder() {
   oSettings.bFolderWatch = false;
   oWindow.ShowMessage(u"Unable to watch the folder " + oSettings.sProcessPath +
                       u": it is the folder of the responses as well, and each response would be "
                       u"taken as a request again");
-  return true;
 }
 
 void CommunicationModes::MarkTransports() {

@@ -53,7 +53,7 @@ class CommunicationModes {
   void ApplyFolderWatch();
   void StartFolderWatch();
   void StopFolderWatch();
-  bool RefuseOneFolderForBoth();
+  void RefuseFolder();  // one for requests and responses
   void MarkTransports();
   void WriteFlavour();
 

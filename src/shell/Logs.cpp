@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "gateway/HistoryFileName.h"
+#include "platform/SystemError.h"
 #include "shell/Menus.h"
 #include "shell/Version.h"
 #include "util/cFileIO.h"
@@ -48,6 +49,7 @@ void Logs::WriteCommLog(TextView text) {
 
 bool Logs::AppendToCommLog(TextView text) {
   cFileIO& file = oSettings.oCommLog;
+  file.RefuseLinks = true;
   if (!file.OpenFile({}, u"W")) return false;
   const std::int64_t end = file.FileSize();
   file.SetCursorPos(end);
@@ -85,7 +87,7 @@ void Logs::WriteHistoryFile(TextView text) {
   Text content = HistoryHeader().append(text);
   cFileIO file;
   file.FullFileName(oSettings.sHistPath + u"\\" + HistoryFileName(Now()));
-  if (!file.OpenFile({}, u"W")) return;
+  if (!OpenToWrite(file, bHistoryLinkTold)) return;
   file.WriteData(content, -1, u"A");
   file.CloseFile();
 }
@@ -93,10 +95,23 @@ void Logs::WriteHistoryFile(TextView text) {
 void Logs::WriteStatusFile(TextView text) {
   cFileIO file;
   file.FullFileName(oSettings.sStatusPath + u"\\status.txt");
-  if (!file.OpenFile({}, u"W")) return;
+  if (!OpenToWrite(file, bStatusLinkTold)) return;
   file.PrintLine(Now());
   file.PrintLine(text);
   file.CloseFile();
+}
+
+// Kept: what cannot be opened is skipped without a word. A link is told of once.
+bool Logs::OpenToWrite(cFileIO& file, bool& isLinkTold) {
+  file.RefuseLinks = true;
+  if (file.OpenFile({}, u"W")) return true;
+  Text message;
+  std::int32_t number = 0;
+  file.ReadErrorHandler(message, number);
+  if (number != platform::kStoppedOnLink || isLinkTold) return false;
+  isLinkTold = true;
+  lstStatus.Add(u"Not written, since it is a link: " + file.FullFileName());
+  return false;
 }
 
 void Logs::mnuToolsCommLog_Click() {

@@ -10,6 +10,7 @@
 #include "shell/RunState.h"
 #include "shell/StatusList.h"
 #include "util/Text.h"
+#include "util/cFileIO.h"
 
 namespace ostrel {
 
@@ -33,6 +34,7 @@ class Logs : public Trace {
  private:
   bool AppendToCommLog(TextView text);
   void TellCommLogFailure() noexcept;
+  bool OpenToWrite(cFileIO& file, bool& isLinkTold);
   Text Now() const;
 
   AppSettings& oSettings;
@@ -42,6 +44,8 @@ class Logs : public Trace {
   StatusList lstStatus;
   bool bCommLog = false;
   bool bCommLogFails = false;
+  bool bHistoryLinkTold = false;
+  bool bStatusLinkTold = false;
 };
 
 }  // namespace ostrel

@@ -47,7 +47,7 @@ void FolderTransport::ScanUntilNothingWaits(clsWatchFolder& watcher, TextView fo
   do {
     before = lTaken;
     watcher.FolderChanged(folder);
-  } while (lTaken != before && !bTakeNoMore && !ProcessList.Names().empty());
+  } while (lTaken != before && !bTakeNoMore && ProcessList.Count() > 0);
 }
 
 void FolderTransport::ScanProcessFolder(TextView folder) {
@@ -63,18 +63,19 @@ void FolderTransport::ScanProcessFolder(TextView folder) {
 // the next scan, which the deletions bring about.
 void FolderTransport::TakeListed() {
   const Flag scanning(bScanning);
-  const std::size_t count = ProcessList.Names().size();
-  for (std::size_t i = 0; i < count && i < ProcessList.Names().size() && !bTakeNoMore; ++i) {
+  const std::size_t count = ProcessList.Count();
+  for (std::size_t i = 0; i < count && i < ProcessList.Count() && !bTakeNoMore; ++i) {
     {
       const auto pass = oGate.TryEnter();
       if (!pass) return;
-      Serve(Text(ProcessList.Names()[i]));
+      Serve(i);
     }
     DoEvents();
   }
 }
 
-void FolderTransport::Serve(const Text& name) {
+void FolderTransport::Serve(std::size_t index) {
+  const Text name = ProcessList.At(index);
   const bool isRetry = oRefused.Contains(name);
   const Text path = ProcessList.Folder() + u"\\" + name;
   if (!isRetry) Log(u"Read ", path);
@@ -88,7 +89,7 @@ void FolderTransport::Serve(const Text& name) {
   ++lTaken;
   oRefused.Remove(name);
   if (isRetry) Log(u"Read ", path);
-  Respond(std::move(request), problem, *response);
+  Respond(index, std::move(request), problem, *response);
   oResponses.Place(std::move(response));
 }
 
@@ -129,9 +130,10 @@ bool FolderTransport::Refuse(const Text& name, TextView reason, int error) {
   return false;
 }
 
-void FolderTransport::Respond(Text request, const Problem& problem, ResponseFile& response) {
+void FolderTransport::Respond(std::size_t index, Text request, const Problem& problem,
+                              ResponseFile& response) {
   try {
-    ProcessList.Refresh();
+    ProcessList.Remove(index);
     if (problem.sErrorNumber.empty()) return ProcessInto(response, std::move(request));
     request = Text();
     Log(u"Write ", response.Path());
@@ -181,8 +183,8 @@ bool FolderTransport::IsFolderThere() {
 }
 
 void FolderTransport::SendLoadingNotice() {
-  if (ProcessList.Names().empty()) return;
-  oResponses.WriteNotice(ProcessList.Names().front(), u"99", u"Loading Quickbooks");
+  if (ProcessList.Count() == 0) return;
+  oResponses.WriteNotice(ProcessList.First(), u"99", u"Loading Quickbooks");
 }
 
 void FolderTransport::ListAnew() {

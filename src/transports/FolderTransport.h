@@ -73,11 +73,11 @@ class FolderTransport {
 
   void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);
   void TakeListed();
-  void Serve(const Text& name);
+  void Serve(std::size_t index);
   bool Take(const Text& name, ResponseFile& response, Text& request, TextBudget::Share& held,
             Problem& problem);
   bool Refuse(const Text& name, TextView reason, int error);
-  void Respond(Text request, const Problem& problem, ResponseFile& response);
+  void Respond(std::size_t index, Text request, const Problem& problem, ResponseFile& response);
   void ProcessInto(ResponseFile& file, Text request);
   void ListAnew();
   bool IsFolderThere();

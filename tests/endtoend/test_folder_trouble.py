@@ -226,8 +226,25 @@ def same_folder_in_capitals(gateway):
     return as_known(gateway.process_folder).upper()
 
 
+def same_folder_by_a_detour(gateway):
+    return as_known(gateway.process_folder) + "\\..\\" + gateway.process_folder.name
+
+
+def same_folder_by_a_link(gateway):
+    link = gateway.folder / "link"
+    link.symlink_to(gateway.process_folder, target_is_directory=True)
+    return link
+
+
 @pytest.mark.parametrize(
-    "said", [same_folder, same_folder_with_a_separator, same_folder_in_capitals]
+    "said",
+    [
+        same_folder,
+        same_folder_with_a_separator,
+        same_folder_in_capitals,
+        same_folder_by_a_detour,
+        same_folder_by_a_link,
+    ],
 )
 def test_one_folder_for_requests_and_answers_is_refused(gateway, said):
     gateway.process_folder.mkdir()

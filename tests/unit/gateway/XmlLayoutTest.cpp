@@ -3,6 +3,8 @@
 #include "gateway/WholeFile.h"
 #include "gateway/XmlLayout.h"
 #include "platform/EventLoop.h"
+#include "platform/Files.h"
+#include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
@@ -208,6 +210,48 @@ TEST(ResponseFile, GoesIntoAnOpenFileFromItsStart) {
   EXPECT_TRUE(file.PutInPlace());
   EXPECT_EQ(folder.Read(u"a.osl"), "<A/>\r\n");
   EXPECT_EQ(folder.EntryCount(), 1u);
+}
+
+// The file that could not be written to can be after its first piece.
+TEST(ResponseFile, IsNotWholeWhenAPieceIsMissing) {
+  const ScratchFolder folder;
+  WholeFile file(folder.Path(u"a.osl"));
+  platform::Timer open(std::chrono::milliseconds(1), [&] { file.Open(); });
+  open.SetEnabled(true);
+  Text response;
+  for (int i = 0; i < 50'000; ++i) response += u"<Element>text</Element>";
+
+  EXPECT_FALSE(WriteResponseFile(response, file));
+}
+
+TEST(WholeFile, IsNotWrittenOverWhatAnotherProgramHasOpen) {
+  const ScratchFolder folder;
+  folder.Write(u"a.osl.part", "in work");
+  platform::File other;
+  ASSERT_EQ(other.Open(folder.Path(u"a.osl.part"), platform::FileAccess::kReadWrite,
+                       platform::FileCreation::kOpenExisting),
+            0);
+  WholeFile file(folder.Path(u"a.osl"));
+
+  EXPECT_FALSE(file.Open());
+
+  EXPECT_EQ(file.Error(), platform::kSharingViolation);
+  other.Close();
+  EXPECT_EQ(folder.Read(u"a.osl.part"), "in work");
+}
+
+TEST(WholeFile, HasAnotherNameBesideItsPlaceWhenItIsGivenOne) {
+  const ScratchFolder folder;
+  {
+    WholeFile file(folder.Path(u"a.osl"), folder.Path(u"beside"));
+    ASSERT_TRUE(file.Open() && file.Write(u"text"));
+    const bool isBeside = folder.Has(u"beside");
+
+    EXPECT_TRUE(isBeside && file.Rename(folder.Path(u"finished")));
+    EXPECT_EQ(folder.Read(u"finished"), "text");
+    EXPECT_EQ(folder.EntryCount(), 1u);
+  }
+  EXPECT_EQ(folder.EntryCount(), 0u);
 }
 
 TEST(WholeFile, StartsAnewWithWhatHasBeenWritten) {

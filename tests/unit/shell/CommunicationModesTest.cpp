@@ -435,6 +435,20 @@ TEST_F(CommunicationModesTest, ChangesFromFolderToSocketWithTheFlavour) {
   EXPECT_FALSE(State.bFolderRunning);
 }
 
+TEST_F(CommunicationModesTest, RefusesTheProcessFolderUnderAnotherName) {
+  Folder.MakeFolder(u"process");
+  Folder.MakeLink(u"process", u"link");
+  for (const TextView name : {u"\\.", u"\\..\\process", u"\\..\\link"}) {
+    if (name.ends_with(u"link") && !Folder.Has(u"link")) continue;  // Wine makes none
+    Settings.bFolderWatch = true;
+    Settings.sResponsePath = Settings.sProcessPath + Text(name);
+
+    Modes.ApplyCommunications();
+
+    EXPECT_FALSE(Settings.bFolderWatch || tmrProcess.Enabled()) << ToUtf8(name);
+  }
+}
+
 TEST_F(CommunicationModesTest, RaisesWhenAFolderCannotBeCreated) {
   Folder.Write(u"process", "a file");
   Settings.bSocketServer = Settings.bFolderWatch = true;

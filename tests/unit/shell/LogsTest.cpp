@@ -197,6 +197,27 @@ TEST_F(LogsTest, RewritesTheStatusFile) {
   EXPECT_EQ(Folder.Read(u"status.txt"), kTime + "\r\nidle\r\n");
 }
 
+TEST_F(LogsTest, FollowsNoLinkAndTellsOfItOnce) {
+  Folder.Write(u"precious", "precious");
+  for (const TextView name : {u"status.txt", u"1050201090307AM.txt", u"Comm.log"}) {
+    if (!Folder.MakeLink(u"precious", name)) return;  // Wine makes no links
+  }
+
+  TurnCommLogOn();
+  for (int time = 0; time < 2; ++time) {
+    Log.WriteStatusFile(u"busy");
+    Log.WriteHistoryFile(u"text");
+    Log.WriteCommLog(u"line");
+  }
+
+  EXPECT_EQ(Folder.Read(u"precious"), "precious");
+  for (const TextView name : {u"status.txt", u"1050201090307AM.txt", u"Comm.log"}) {
+    EXPECT_EQ(std::count_if(Window.Status.begin(), Window.Status.end(),
+                            [&](const Text& line) { return Contains(line, name); }),
+              1);
+  }
+}
+
 TEST_F(LogsTest, GoesOnWithoutAFolderForTheStatus) {
   Settings.sStatusPath = Folder.Path(u"missing");
 

@@ -909,6 +909,16 @@ TEST_F(FolderTransportTest, LooksForWhatNoNotificationToldOf) {
   EXPECT_THAT(Trace.CommLog, SizeIs(3));
 }
 
+// Kept: as with a notification, every other file is left to the next scan.
+TEST_F(FolderTransportTest, ALookThatFindsSomethingNewIsOneScan) {
+  Watch({During([this] {
+    AskMany(4);
+    Transport.LookAgain();
+  })});
+
+  EXPECT_EQ(Answers(), 2u);
+}
+
 TEST_F(FolderTransportTest, LeavesNoTraceOfALookThatFindsNothing) {
   Watch({During([this] {
     Trace.CommLog.clear();
