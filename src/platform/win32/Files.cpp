@@ -56,7 +56,7 @@ HANDLE OpenUnlessLink(const std::wstring& path, FileAccess access, FileCreation 
   if (tag == 0) return opened;
   CloseHandle(opened);
   if (!IsLinkTag(tag)) return OpenAlone(path, access, FileCreation::kOpenExisting, 0);
-  SetLastError(ERROR_STOPPED_ON_SYMLINK);
+  SetLastError(kStoppedOnLink);
   return INVALID_HANDLE_VALUE;
 }
 
