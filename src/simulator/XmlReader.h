@@ -1,5 +1,6 @@
-// Reads XML from outside into a tree, in bounded time and memory: no external entities, no entity
-// declarations, no network, limits on depth, number of elements and length of texts.
+// Reads XML from outside into a tree, in bounded time and memory: no external entities, no document
+// type with declarations of its own, no network, limits on depth, on the numbers of elements,
+// attributes and namespaces, and on the length of texts.
 #pragma once
 
 #include <cstddef>

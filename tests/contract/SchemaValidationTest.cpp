@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
+
 #include "platform/SchemaValidation.h"
+#include "tests/support/HostileXml.h"
 #include "tests/support/OrderSchema.h"
 
 namespace ostrel::platform {
@@ -103,6 +106,49 @@ TEST_F(SchemaValidationTest, EntitiesDoNotMultiply) {
   xml += u"]><Order><Name>&a9;</Name><Count>3</Count></Order>";
 
   EXPECT_NE(Validate(xml).errorCode, 0);
+}
+
+TEST_F(SchemaValidationTest, ADocumentTypeWithDeclarationsIsAFault) {
+  for (const TextView declarations : {u"", u"<?a?>", u"<!-- -->", u"<!ENTITY e 'x'>"}) {
+    const Text xml = u"<!DOCTYPE Order [" + Text(declarations) +
+                     u"]><Order><Name>Nails</Name><Count>3</Count></Order>";
+
+    const ParseFault fault = Validate(xml);
+
+    EXPECT_NE(fault.errorCode, 0) << ToUtf8(declarations);
+    EXPECT_EQ(fault.reason, u"a document type may not hold declarations");
+  }
+}
+
+TEST_F(SchemaValidationTest, ADocumentTypeWithoutDeclarationsDoesNotMatter) {
+  for (const TextView type :
+       {u"<!DOCTYPE Order>", u"<!DOCTYPE Order SYSTEM 'http://localhost:1/[x]>'>",
+        u"<!DOCTYPE Other PUBLIC '-//X//Y'\n\"none.dtd\" >"}) {
+    const Text prolog = u"<?xml version='1.0'?><?qbxml version='3.0'?>\n" + Text(type) + u"\n";
+
+    EXPECT_EQ(Validate(prolog + u"<Order><Name>Nails</Name><Count>3</Count></Order>").errorCode, 0)
+        << ToUtf8(type);
+    EXPECT_NE(Validate(prolog + u"<Order><Count>3</Count></Order>").errorCode, 0) << ToUtf8(type);
+  }
+}
+
+TEST_F(SchemaValidationTest, WhatLooksLikeADocumentTypeInATextIsNone) {
+  EXPECT_EQ(Validate(u"<!-- <!DOCTYPE a [ --><?a <!DOCTYPE a [ ?><Order><Name><![CDATA[<!DOCTYPE a "
+                     u"[]]></Name><Count>3</Count></Order>")
+                .errorCode,
+            0);
+}
+
+// Judged in a moment, whatever it holds: a megabyte of the worst took minutes.
+TEST_F(SchemaValidationTest, IsHeldUpByNoText) {
+  for (const HostileXml& hostile : HostileXmlTexts(200'000, "Order")) {
+    const Text text = FromUtf8(hostile.text);
+    const std::clock_t begun = std::clock();
+
+    Validate(text);
+
+    EXPECT_LT(std::clock() - begun, CLOCKS_PER_SEC) << hostile.name;
+  }
 }
 
 TEST_F(SchemaValidationTest, ADeclaredEncodingDoesNotMatter) {

@@ -14,6 +14,7 @@
 
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "platform/XmlGuard.h"
 
 namespace ostrel::platform {
 namespace {
@@ -21,7 +22,6 @@ namespace {
 constexpr std::size_t kPieceSize = 64 * 1024;
 constexpr std::size_t kMaxSourceText = 512;  // characters of a long line that are shown
 constexpr std::int64_t kMaxSchemaSize = 64 * 1024 * 1024;
-constexpr std::size_t kMaxEqualSigns = 20'000;
 constexpr int kInvalidCharacter = XML_ERR_INVALID_CHAR;
 
 template <class Object, void (*kFree)(Object*)>
@@ -172,18 +172,14 @@ TextView TakePiece(TextView& xml) {
   return piece;
 }
 
-// The parser compares each attribute of a tag with all before it; a tag with hundreds of thousands
-// of them would hold it for minutes. It also takes what follows a character 0 for the end.
+// The parser takes what follows a character 0 for the end of the text.
 std::optional<ParseFault> FindUnreadable(TextView xml) {
-  std::size_t equalSigns = 0;
-  for (const char16_t c : xml) {
-    if (c == u'\0') return PlainFault(kInvalidCharacter, u"Char 0x0 out of allowed range");
-    if (c == u'<') equalSigns = 0;
-    if (c == u'=' && ++equalSigns > kMaxEqualSigns) {
-      return PlainFault(XML_ERR_INTERNAL_ERROR, u"too many attributes");
-    }
+  if (xml.find(u'\0') != TextView::npos) {
+    return PlainFault(kInvalidCharacter, u"Char 0x0 out of allowed range");
   }
-  return std::nullopt;
+  const TextView hazard = HazardText(XmlGuard().Look(xml));
+  if (hazard.empty()) return std::nullopt;
+  return PlainFault(XML_ERR_INTERNAL_ERROR, Text(hazard));
 }
 
 // Parser and validator plugged together for one text. The validator's handlers know no entity

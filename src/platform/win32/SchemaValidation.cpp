@@ -1,8 +1,11 @@
 // Validation by MSXML, the newest version that is installed.
 #include "platform/SchemaValidation.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 
+#include "platform/XmlGuard.h"
 #include "platform/win32/AutomationObject.h"
 
 namespace ostrel::platform {
@@ -20,6 +23,7 @@ constexpr Version kVersions[] = {
 };
 
 constexpr std::int32_t kMaxDepth = 256;
+constexpr auto kXmlRefused = static_cast<HRESULT>(0xC00CE584);  // MSXML's for a type it prohibits
 
 Text Hexadecimal(HRESULT number) {
   char text[16];
@@ -74,9 +78,28 @@ ParseFault Validate(AutomationObject& document, TextView xml) {
   return ReadFault(AutomationObject(validated.value.AsObject()));
 }
 
+// The validator takes no document type at all. One without declarations says nothing that counts
+// here: blanks take its place, so that positions stay what they are.
+Text WithoutType(TextView xml, const XmlGuard& guard) {
+  Text without(xml);
+  const auto begin = without.begin() + static_cast<std::ptrdiff_t>(guard.TypeBegin());
+  const auto end = without.begin() + static_cast<std::ptrdiff_t>(guard.TypeEnd());
+  std::replace_if(
+      begin, end, [](char16_t c) { return c != u'\r' && c != u'\n'; }, u' ');
+  return without;
+}
+
 }  // namespace
 
 ParseFault ValidateXml(TextView xml, TextView schemaPath) {
+  XmlGuard guard;
+  const XmlHazard hazard = guard.Look(xml);
+  if (hazard != XmlHazard::kNone) return PlainFault(kXmlRefused, Text(HazardText(hazard)));
+  Text without;
+  if (guard.TypeEnd() != 0) {
+    without = WithoutType(xml, guard);
+    xml = without;
+  }
   const Apartment apartment;
   for (const Version& version : kVersions) {
     AutomationObject document = AutomationObject::Create(version.document);

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <string>
 
 #include "simulator/XmlReader.h"
+#include "tests/support/HostileXml.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -177,6 +179,51 @@ TEST(XmlReader, RefusesAFloodOfAttributes) {
   for (std::int64_t i = 0; i < 100'000; ++i) xml += u" a" + ToText(i) + u"=''";
 
   EXPECT_EQ(FaultOf(xml + u"/>"), XmlFault::kMalformed);
+}
+
+// Refused before the declarations are parsed: a megabyte of them can take minutes.
+TEST(XmlReader, RefusesADocumentTypeWithDeclarations) {
+  for (const TextView declarations :
+       {u"", u" ", u"<?a?>", u"<!-- -->", u"%p;", u"<!NOTATION n PUBLIC 'x'>"}) {
+    const Text within = u"[" + Text(declarations) + u"]><a/>";
+    EXPECT_EQ(FaultOf(u"<!DOCTYPE a " + within), XmlFault::kMalformed) << ToUtf8(declarations);
+    EXPECT_EQ(FaultOf(u"<!DOCTYPE a PUBLIC '>' \"'\" " + within), XmlFault::kMalformed)
+        << ToUtf8(declarations);
+  }
+}
+
+TEST(XmlReader, RefusesADocumentTypeWithDeclarationsInAnyEncoding) {
+  const std::string xml = "<!DOCTYPE a [<!ENTITY e 'x'>]><a/>";
+  std::string wide = "\xFF\xFE";
+  for (const char c : xml) wide += {c, '\0'};
+  XmlDocument document;
+
+  EXPECT_EQ(ReadXmlBytes(wide, kEnough, document), XmlFault::kMalformed);
+  EXPECT_EQ(ReadXmlBytes(xml, kEnough, document), XmlFault::kMalformed);
+}
+
+TEST(XmlReader, TakesAThousandAttributesInATagAndNoMore) {
+  const auto tags = [&](int count) {
+    Text xml = u"<a><b";
+    for (int i = 0; i < count; ++i) xml += u" c" + ToText(std::int64_t{i}) + u"='=>'";
+    return xml + u"/></a>";
+  };
+
+  EXPECT_EQ(FaultOf(tags(1000)), XmlFault::kNone);
+  EXPECT_EQ(FaultOf(tags(1001)), XmlFault::kMalformed);
+}
+
+// Read in a moment, whatever it holds: a megabyte of the worst took minutes.
+TEST(XmlReader, IsHeldUpByNoText) {
+  for (const HostileXml& hostile : HostileXmlTexts(200'000, "QBXML")) {
+    const Text text = FromUtf8(hostile.text);
+    XmlDocument document;
+    const std::clock_t begun = std::clock();
+
+    ReadXmlText(text, 500'000, document);
+
+    EXPECT_LT(std::clock() - begun, CLOCKS_PER_SEC) << hostile.name;
+  }
 }
 
 TEST(XmlReader, RefusesMuchOfNothing) {
