@@ -24,7 +24,7 @@ GatewayProgram::GatewayProgram() : iPort(Listener().Port()) {}
 void GatewayProgram::Start(std::string_view readyText) {
   const std::string folder = ToUtf8(oFolder.Path());
   oFolder.Write(u"osl.ini", Settings(*this, folder));
-  oProcess.emplace(std::vector<std::string>{"env", "XDG_RUNTIME_DIR=" + folder, "sh", "-c",
+  oProcess.emplace(std::vector<std::string>{"env", "OSTREL_INSTANCE=" + folder, "sh", "-c",
                                             "exec \"$0\" -ini \"$1/osl.ini\" >\"$1/log\"",
                                             OSTREL_SERVER, folder});
   const auto end = BenchClock::now() + std::chrono::seconds(30);

@@ -19,6 +19,7 @@ inline constexpr int kFileExists = 80;
 inline constexpr int kDiskFull = 112;
 inline constexpr int kInvalidName = 123;
 inline constexpr int kFolderNotEmpty = 145;
+inline constexpr int kFileTooLarge = 223;
 inline constexpr int kStoppedOnLink = 681;  // a link stands where none is followed
 /// Any failure of the system that has no number above.
 inline constexpr int kGeneralFailure = 31;

@@ -4,10 +4,12 @@
 #include <charconv>
 #include <cstdio>
 #include <iterator>
+#include <set>
 #include <unordered_set>
 
 #include "platform/SystemError.h"
 #include "simulator/Defaults.h"
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 #include "simulator/Reckoning.h"
 #include "simulator/References.h"
@@ -82,21 +84,63 @@ std::optional<Company> Company::FromFile(CompanyFile& file, const Stamp& now, in
   error = platform::kInvalidData;
   auto company = FromBytes(contents.bytes, now);
   if (!company) return std::nullopt;
-  for (Changes& changes : contents.changes) {
-    if (!company->Redo(std::move(changes))) return std::nullopt;
+  for (std::size_t i = 0; i < contents.changes.size(); ++i) {
+    Breathe();
+    const bool leftOut = !file.RecordsLeftOut().empty();
+    const std::string_view why = company->Redo(std::move(contents.changes[i]), leftOut);
+    if (!why.empty()) file.LeaveOut({contents.places[i], why});
   }
   error = 0;
   return company;
 }
 
-bool Company::Redo(Changes changes) {
+// All of the record, or nothing; returns why nothing. Behind a record that was left out, what an
+// object refers to may be missing. Numbers are taken even so: a client may know them.
+std::string_view Company::Redo(Changes changes, bool leftOut) {
   for (const Change& change : changes) {
     if (change.object) oNumbers.Note(*change.kind, *change.object);
   }
-  return Apply(Prepare(std::move(changes)));
+  if (Clashes(changes)) return "gives a name that another object has";
+  if (leftOut && LeadsNowhere(changes)) return "refers to what a record left out has made";
+  Apply(Prepare(std::move(changes)));
+  return {};
+}
+
+// Whether an object would take the place of one that the changes leave alone, or of another one of
+// theirs.
+bool Company::Clashes(const Changes& changes) const {
+  std::set<std::string_view> ids;
+  for (const Change& change : changes) ids.insert(change.id);
+  std::set<std::pair<const Kind*, Text>> keys;
+  return std::ranges::any_of(changes, [&](const Change& change) {
+    if (!change.object) return false;
+    const ObjectList& list = List(*change.kind);
+    const Element* holder = list.InPlaceOf(*change.object);
+    const bool taken = holder && !ids.contains(holder->ChildText(change.kind->IdField()));
+    return taken || !keys.emplace(change.kind, list.KeyOf(*change.object)).second;
+  });
+}
+
+bool Company::LeadsNowhere(const Changes& changes) const {
+  std::set<std::string_view> made;
+  for (const Change& change : changes) {
+    if (change.object) made.insert(change.id);
+  }
+  return std::ranges::any_of(changes, [&](const Change& change) {
+    return change.object && HasDangling(*change.kind, *change.object, *this, made);
+  });
+}
+
+std::size_t Company::CountAllElements() const {
+  std::size_t count = CountElements(oRoot);
+  for (const ObjectList& list : oLists) {
+    for (const auto& [key, object] : list.InOrder()) count += CountElements(object);
+  }
+  return count;
 }
 
 std::string Company::ToBytes() const {
+  if (CountAllElements() > kMaxElements) return {};
   XmlWriter xml(XmlForm::kFile);
   xml.Prolog();
   xml.Open(oRoot.name, oRoot.attributes);
@@ -160,6 +204,7 @@ bool Company::TakeObjects(const Stamp& now) {
       LinkObjects();
       linked = true;
     }
+    Breathe();
     if (!Take(kind, std::move(object), now)) return false;
   }
   if (!linked) LinkObjects();

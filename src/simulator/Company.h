@@ -37,9 +37,10 @@ class Company {
  public:
   /// Nothing when the bytes are not a company file, or hold the same name or ID twice.
   static std::optional<Company> FromBytes(std::string_view bytes, const Stamp& now);
-  /// With what its journal adds. On failure the error number of platform/SystemError.h is in
-  /// `error`: kInvalidData when what was read is not a company.
+  /// With what its journal adds; the file says which records were left out. On failure the error
+  /// number of platform/SystemError.h is in `error`: kInvalidData when the file is not a company.
   static std::optional<Company> FromFile(CompanyFile& file, const Stamp& now, int& error);
+  /// Empty when the company holds more than could be read again.
   std::string ToBytes() const;
   /// True when the company holds what its file does not say, IDs and times above all: no journal
   /// may refer to them before the company has been written.
@@ -71,7 +72,10 @@ class Company {
   std::string Attribute(std::string_view name, std::string_view otherwise) const;
   bool TakeObjects(const Stamp& now);
   bool Take(const Kind& kind, Element object, const Stamp& now);
-  bool Redo(Changes changes);
+  std::string_view Redo(Changes changes, bool leftOut);
+  bool Clashes(const Changes& changes) const;
+  bool LeadsNowhere(const Changes& changes) const;
+  std::size_t CountAllElements() const;
   void LinkObjects();
 
   Element oRoot;  // without the objects

@@ -1,5 +1,7 @@
 #include "simulator/CompanyFile.h"
 
+#include <algorithm>
+
 #include "platform/SystemError.h"
 #include "simulator/Checksum.h"
 
@@ -18,6 +20,7 @@ int CompanyFile::Read(Contents& contents) {
   FileMark mark;
   if (oStorage.CheckWritable(sPath, mark) == 0) oMark = mark;
   oVersion = VersionOf(contents.bytes);
+  oLeftOut.clear();
   return ReadJournalFile(contents);
 }
 
@@ -26,23 +29,30 @@ int CompanyFile::ReadJournalFile(Contents& contents) {
   const int error = oStorage.Read(JournalPath(), bytes);
   if (error == platform::kFileNotFound) return 0;
   if (error != 0 || bytes.empty()) return error;
-  auto journal = ReadJournal(bytes);
-  if (!journal) return platform::kInvalidData;
-  contents.journal = StateOf(*journal, bytes.size());
-  if (contents.journal == JournalState::kForeign) {
-    sForeign = JournalPath() + u'-' + FromAscii(ChecksumText(Checksum(bytes)));
-  } else if (contents.journal != JournalState::kFolded) {
-    contents.changes = std::move(journal->changes);
-    lJournalBytes = journal->wholeBytes;
-    oWriter = journal->writer;
-  }
+  Journal journal = ReadJournal(bytes);
+  contents.journal = StateOf(journal, bytes.size());
+  sKept = JournalPath() + u'-' + FromAscii(ChecksumText(Checksum(bytes)));
+  const bool folded = contents.journal == JournalState::kFolded;
+  bGivesWay = contents.journal == JournalState::kForeign || (folded && !journal.leftOut.empty());
+  if (folded || bGivesWay) return 0;
+  contents.changes = std::move(journal.changes);
+  contents.places = std::move(journal.places);
+  oLeftOut = std::move(journal.leftOut);
+  lJournalBytes = journal.endBytes;
+  oWriter = journal.writer;
   return 0;
+}
+
+void CompanyFile::LeaveOut(LeftOut record) {
+  const auto behind = std::ranges::upper_bound(
+      oLeftOut, record.record.number, {}, [](const LeftOut& other) { return other.record.number; });
+  oLeftOut.insert(behind, record);
 }
 
 JournalState CompanyFile::StateOf(const Journal& journal, std::size_t bytes) const {
   if (journal.foldedInto == oVersion) return JournalState::kFolded;
   if (journal.continues != oVersion) return JournalState::kForeign;
-  return journal.wholeBytes == bytes ? JournalState::kWhole : JournalState::kTorn;
+  return journal.endBytes == bytes ? JournalState::kWhole : JournalState::kTorn;
 }
 
 int CompanyFile::CheckUnchanged() {
@@ -53,18 +63,21 @@ int CompanyFile::CheckUnchanged() {
 }
 
 int CompanyFile::GiveWay() {
-  if (!sForeign) return 0;
-  const int error = oStorage.Rename(JournalPath(), *sForeign);
-  if (error == 0) sForeign.reset();
+  if (!bGivesWay) return 0;
+  const int error = oStorage.Rename(JournalPath(), sKept);
+  bGivesWay = error != 0;
   return error;
 }
 
 int CompanyFile::Append(const Changes& changes) {
+  if (CountElements(changes) > oLimits.elements) return platform::kFileTooLarge;
   if (const int error = CheckUnchanged()) return error;
   if (const int error = GiveWay()) return error;
   JournalWriter writer = lJournalBytes == 0 ? JournalWriter() : oWriter;
   std::string records = lJournalBytes == 0 ? writer.Continues(oVersion) : std::string();
-  records += writer.Changed(changes);
+  const std::string record = writer.Changed(changes);
+  if (record.size() > oLimits.bytes) return platform::kFileTooLarge;
+  records += record;
   return AppendRecords(writer, records);
 }
 
@@ -92,9 +105,20 @@ int CompanyFile::Fold(std::string_view bytes) {
   oMark.reset();
   FileMark mark;
   if (oStorage.CheckWritable(sPath, mark) == 0) oMark = mark;
-  if (lJournalBytes > 0) oStorage.Erase(JournalPath());
-  lJournalBytes = 0;
+  if (lJournalBytes > 0) PutJournalAway();
   return 0;
+}
+
+// What cannot be put away now says itself that it is folded.
+void CompanyFile::PutJournalAway() {
+  bGivesWay = !oLeftOut.empty();
+  if (bGivesWay) {
+    GiveWay();
+  } else {
+    oStorage.Erase(JournalPath());
+  }
+  oLeftOut.clear();
+  lJournalBytes = 0;
 }
 
 int CompanyFile::WriteAnew(std::string_view bytes) {

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
@@ -17,6 +19,24 @@ int WriteToEnd(platform::File& file, std::int64_t position, std::string_view byt
   if (const int error = file.WriteAt(position, bytes)) return error;
   return file.Flush();
 }
+
+// An open file that is erased with the lock. Where a file that is open cannot be erased, nobody who
+// has opened it in between loses it either.
+class FileLock : public CompanyLock {
+ public:
+  FileLock(Text path, platform::File file) : sPath(std::move(path)), oFile(std::move(file)) {}
+  ~FileLock() override {
+    const bool erased = platform::EraseFile(sPath) == 0;
+    oFile.Close();
+    if (!erased) platform::EraseFile(sPath);
+  }
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+
+ private:
+  Text sPath;
+  platform::File oFile;
+};
 
 }  // namespace
 
@@ -65,5 +85,13 @@ int CompanyFiles::WriteFrom(std::int64_t position, TextView path, std::string_vi
 int CompanyFiles::Rename(TextView from, TextView to) { return platform::RenameOver(from, to); }
 
 int CompanyFiles::Erase(TextView path) { return platform::EraseFile(path); }
+
+CompanyHold CompanyFiles::Lock(TextView path) {
+  Text beside = Text(path) + u".lock";
+  platform::File file;
+  const int error = file.Open(beside, FileAccess::kReadWrite, FileCreation::kOpenAlways);
+  if (error != 0) return {.error = error};
+  return {.lock = std::make_unique<FileLock>(std::move(beside), std::move(file))};
+}
 
 }  // namespace ostrel::simulator

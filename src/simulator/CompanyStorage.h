@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,18 @@ struct FileMark {
   std::int64_t bytes = 0;
   platform::TimePoint modified;
   bool operator==(const FileMark&) const = default;
+};
+
+/// Keeps a company to this process while it lives; the system takes it back when the process dies.
+class CompanyLock {
+ public:
+  virtual ~CompanyLock() = default;
+};
+
+/// A lock, or why there is none: kSharingViolation when another process has it.
+struct CompanyHold {
+  std::unique_ptr<CompanyLock> lock = nullptr;
+  int error = 0;
 };
 
 /// Paths and error numbers as in platform/Files.h; results are 0 or an error number.
@@ -33,6 +46,8 @@ class CompanyStorage {
   /// there.
   virtual int Rename(TextView from, TextView to) = 0;
   virtual int Erase(TextView path) = 0;
+  /// Of the company whose file has this path. What no other process can reach needs none.
+  virtual CompanyHold Lock(TextView) { return {}; }
 };
 
 /// On the system's disks.
@@ -43,6 +58,8 @@ class CompanyFiles : public CompanyStorage {
   int WriteFrom(std::int64_t position, TextView path, std::string_view bytes) override;
   int Rename(TextView from, TextView to) override;
   int Erase(TextView path) override;
+  /// By a file "sample.qbw.lock" beside it, which nobody else can open.
+  CompanyHold Lock(TextView path) override;
 };
 
 }  // namespace ostrel::simulator

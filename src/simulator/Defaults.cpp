@@ -6,6 +6,7 @@
 
 #include "simulator/Dates.h"
 #include "simulator/Decimal.h"
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 
 namespace ostrel::simulator {
@@ -90,7 +91,7 @@ void FillInDueDate(const Kind& kind, Element& object, const Company& company) {
   object.Add("DueDate", DateText(*date + std::chrono::days(std::clamp(days, 0, kMostDays))));
 }
 
-// What a new customer owes is not kept as such.
+// What a new customer owes is no transaction here; the object itself says what it began with.
 void TakeOpenBalance(Element& object) {
   const Element* opening = object.Child("OpenBalance");
   if (!opening) return;
@@ -98,6 +99,7 @@ void TakeOpenBalance(Element& object) {
   object.Drop("OpenBalance");
   object.Drop("OpenBalanceDate");
   object.Set("Balance", balance);
+  object.attributes.push_back({std::string(kOpeningBalance), balance});
 }
 
 std::string JoinedParts(const Kind& kind, const Element& object) {
@@ -149,6 +151,7 @@ void FillIn(Element& object, std::span<const Field> fields, const Company& compa
   for (const Field& field : fields) FillOne(object, field, fields, company);
   for (Element& child : object.children) {
     const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    Breathe();
     if (field && field->type == FieldType::kLine) FillIn(child, field->children, company);
   }
 }

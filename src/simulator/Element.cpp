@@ -38,6 +38,12 @@ void Element::Drop(std::string_view childName) {
   std::erase_if(children, [&](const Element& child) { return child.name == childName; });
 }
 
+std::size_t CountElements(const Element& element) {
+  std::size_t count = 1;
+  for (const Element& child : element.children) count += CountElements(child);
+  return count;
+}
+
 std::string_view Trimmed(std::string_view text) {
   constexpr std::string_view kWhiteSpace = " \t\r\n";
   const std::size_t first = text.find_first_not_of(kWhiteSpace);

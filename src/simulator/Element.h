@@ -33,6 +33,9 @@ struct Element {
   void Drop(std::string_view childName);
 };
 
+/// The element and all it holds.
+std::size_t CountElements(const Element& element);
+
 /// Without white space at both ends.
 std::string_view Trimmed(std::string_view text);
 

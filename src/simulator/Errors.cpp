@@ -17,4 +17,8 @@ void Fail(std::uint32_t hresult) {
                                         Text(Sentence(hresult)));
 }
 
+void FailAsGivenUp() {
+  throw platform::RequestProcessorError(platform::kGivenUp, Text(platform::kGivenUpText));
+}
+
 }  // namespace ostrel::simulator

@@ -8,7 +8,8 @@
 namespace ostrel::simulator {
 
 enum class Hresult : std::uint32_t {
-  kCallFailed = 0x800706BE,  // not its own: what a client is told when it has ended
+  kCallRejected = 0x80010001,  // not its own: RPC_E_CALL_REJECTED
+  kCallFailed = 0x800706BE,    // not its own: what a client is told when it has ended
   kParseError = 0x80040400,
   kCannotOpenCompany = 0x80040403,
   kUnusableCompany = 0x80040409,
@@ -23,6 +24,7 @@ enum class Hresult : std::uint32_t {
   kRollbackUnsupported = 0x80040413,
   kNoApplicationName = 0x80040415,
   kNoCompanyOpen = 0x80040416,
+  kCannotLock = 0x8004041B,
   kUnknownVersion = 0x80040423,
   kInvalidParameter = 0x80040425,
 };
@@ -32,6 +34,8 @@ TextView Sentence(std::uint32_t hresult);
 
 /// Raises platform::RequestProcessorError.
 [[noreturn]] void Fail(std::uint32_t hresult);
+/// As an operation fails that was given up.
+[[noreturn]] void FailAsGivenUp();
 [[noreturn]] inline void Fail(Hresult hresult) { Fail(static_cast<std::uint32_t>(hresult)); }
 
 }  // namespace ostrel::simulator

@@ -6,6 +6,7 @@
 #include "simulator/Dates.h"
 #include "simulator/Decimal.h"
 #include "simulator/Errors.h"
+#include "simulator/LongWork.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -44,6 +45,7 @@ void CheckValue(std::string_view text, const Field& field, Use use) {
 }
 
 void CheckField(const Element& element, const Field& field, Form form) {
+  Breathe();
   Require(element.attributes.empty());
   if (HasChildren(field)) return CheckFields(element, field.children, form);
   if (field.type == FieldType::kReference) {
@@ -181,6 +183,7 @@ std::optional<Status> NormalizeText(std::string& text, const Field& field) {
 }
 
 std::optional<Status> NormalizeField(Element& element, const Field& field, Use use) {
+  Breathe();
   if (HasChildren(field)) return Normalize(element, field.children, use);
   if (field.type == FieldType::kReference) return Normalize(element, kReferenceFields, use);
   element.text = Trimmed(element.text);

@@ -6,6 +6,7 @@
 
 #include "simulator/Dates.h"
 #include "simulator/Decimal.h"
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 
 namespace ostrel::simulator {
@@ -207,6 +208,9 @@ void FilterByEntity(const Element& filter, const Call& call, Filters& filters) {
       filters.refusal = InvalidReference("Entity", child.text, "EntityFilter");
     }
   }
+  std::ranges::sort(filters.entities);
+  const auto twice = std::ranges::unique(filters.entities);
+  filters.entities.erase(twice.begin(), twice.end());
 }
 
 void FilterByRefNumber(const Element& filter, const Call&, Filters& filters) {
@@ -265,6 +269,7 @@ std::vector<Field> FiltersOf(const Kind& kind) {
 }
 
 bool Filters::Pass(const Candidate& candidate) const {
+  Breathe();
   return std::ranges::all_of(all, [&](const Filter& filter) { return filter(candidate); });
 }
 
@@ -289,6 +294,8 @@ View ViewOf(const Call& call, bool alwaysLines) {
   for (const Element& child : call.element.children) {
     if (child.name == "IncludeRetElement") view.only.emplace_back(child.text);
   }
+  std::ranges::sort(view.only);
+  view.only.erase(std::unique(view.only.begin(), view.only.end()), view.only.end());
   return view;
 }
 

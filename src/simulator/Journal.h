@@ -13,6 +13,10 @@
 // The first record names the company file that the journal continues. One that says <Folded> names
 // the file into which all before it is about to be written. Which files these are and when they
 // are written: CompanyFile.h.
+//
+// A record that is damaged, or that nobody here can carry out, is left out by itself. Each of the
+// others holds whole objects as they are after its change, so that it can be carried out without
+// the one that is missing.
 #pragma once
 
 #include <cstddef>
@@ -35,6 +39,16 @@ struct FileVersion {
 
 FileVersion VersionOf(std::string_view file);
 
+/// The largest record: what is written is what can be read again. Its response is at most three
+/// times as long, and so never longer than a response may be.
+struct RecordLimits {
+  std::size_t elements = 1'000'000;
+  std::size_t bytes = 40 * 1024 * 1024;
+};
+
+/// Elements in the record of these changes.
+std::size_t CountElements(const Changes& changes);
+
 /// Makes records, from the first of a journal on or from the last one that was read on.
 class JournalWriter {
  public:
@@ -50,15 +64,28 @@ class JournalWriter {
   std::uint64_t lChecksum;
 };
 
+struct RecordPlace {
+  std::size_t number = 1;    // counted from 1, which is the one that names the company file
+  std::size_t position = 0;  // in bytes
+};
+
+/// A record that does not count.
+struct LeftOut {
+  RecordPlace record;
+  std::string_view why;  // "is damaged"
+};
+
 struct Journal {
   std::optional<FileVersion> continues;   // nothing: the first record is damaged
   std::optional<FileVersion> foldedInto;  // when the last record says so
   std::vector<Changes> changes;           // oldest first
+  std::vector<RecordPlace> places;        // of the record of each of these
+  std::vector<LeftOut> leftOut;           // the records between others that do not count
   std::size_t wholeBytes = 0;             // of the records before the first damaged or torn one
-  JournalWriter writer;                   // for what follows them
+  std::size_t endBytes = 0;               // up to the end of the last whole record
+  JournalWriter writer;                   // for what follows that
 };
 
-/// Nothing when there is a whole record that says what nobody here can carry out.
-std::optional<Journal> ReadJournal(std::string_view bytes);
+Journal ReadJournal(std::string_view bytes);
 
 }  // namespace ostrel::simulator

@@ -1,11 +1,14 @@
 // Changes of lists.
 #include <algorithm>
 
+#include "simulator/Decimal.h"
 #include "simulator/Defaults.h"
 #include "simulator/Draft.h"
+#include "simulator/LongWork.h"
 #include "simulator/Merging.h"
 #include "simulator/Messages.h"
 #include "simulator/Objects.h"
+#include "simulator/Reckoning.h"
 #include "simulator/References.h"
 #include "simulator/XmlWriter.h"
 
@@ -57,12 +60,29 @@ bool IsBelowItself(const Company& company, const Kind& kind, const Element& obje
       below, [&](const Element* child) { return child->ChildText("ListID") == parentId; });
 }
 
+Decimal TotalBalanceOf(const Element& object) {
+  return Decimal::Of(object.ChildText("TotalBalance"));
+}
+
+std::string_view ParentId(const Element& object) {
+  const Element* parent = object.Child("ParentRef");
+  return parent ? parent->ChildText("ListID") : std::string_view();
+}
+
+// What an object comes to counts in what it lies below.
+void MoveBalance(const Kind& kind, const Element& before, const Element& after, Draft& draft) {
+  if (ParentId(before) == ParentId(after)) return;
+  MoveParents(kind, before, TotalBalanceOf(before).Negated(), draft);
+  MoveParents(kind, after, TotalBalanceOf(after), draft);
+}
+
 // What lies below an object goes with its name.
 void RenameBelow(const Kind& kind, const Element& before, const Element& after, Draft& draft) {
   const std::string_view oldName = FullNameOf(kind, before);
   const std::string_view newName = FullNameOf(kind, after);
   if (!kind.Has("FullName") || oldName == newName) return;
   for (const Element* child : draft.Before().List(kind).Below(oldName)) {
+    Breathe();
     Element& renamed = draft.Edit(kind, child->ChildText("ListID"));
     const std::string fullName =
         std::string(newName).append(child->ChildText("FullName").substr(oldName.size()));
@@ -83,6 +103,7 @@ Answer AddListObject(const Call& call) {
   DropPassing(object, kind.fields);
   Draft draft(company);
   draft.Put(kind, object);
+  MoveParents(kind, object, TotalBalanceOf(object), draft);
   return Saved(call, draft.Take(), object);
 }
 
@@ -103,6 +124,7 @@ Answer ModifyListObject(const Call& call) {
   Draft draft(company);
   RenameBelow(kind, *before, object, draft);
   draft.Put(kind, object);
+  MoveBalance(kind, *before, object, draft);
   return Saved(call, draft.Take(), object);
 }
 
@@ -124,6 +146,7 @@ Answer DeleteListObject(const Call& call) {
   const std::string described = Described(kind, *object);
   Draft draft(company);
   draft.Remove(kind, id);
+  MoveParents(kind, *object, TotalBalanceOf(*object).Negated(), draft);
   Status status = CommitFor(call, draft.Take(), described);
   if (status.IsError()) return {std::move(status)};
   return {.status = {}, .body = xml.Take()};

@@ -162,6 +162,9 @@ std::string Described(const Kind& kind, const Element& object) {
 Status CommitFor(const Call& call, const Changes& changes, std::string_view described) {
   const int error = call.company.Commit(changes);
   if (error == 0) return {};
+  if (error == platform::kFileTooLarge) {
+    return CannotSave(described, "It holds more than can be saved at once.");
+  }
   return CannotSave(described, ToUtf8(platform::SystemErrorText(error)));
 }
 

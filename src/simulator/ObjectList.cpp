@@ -81,6 +81,11 @@ void ObjectList::Remove(std::string_view id) noexcept {
   oIds.erase(found);
 }
 
+const Element* ObjectList::InPlaceOf(const Element& object) const {
+  const auto found = oObjects.find(KeyOf(object));
+  return found == oObjects.end() ? nullptr : &found->second;
+}
+
 const Element* ObjectList::Find(std::string_view id) const {
   const auto found = oIds.find(id);
   return found == oIds.end() ? nullptr : &found->second.object->second;

@@ -34,6 +34,10 @@ class ObjectList {
   bool Put(Prepared prepared) noexcept;
   void Remove(std::string_view id) noexcept;
 
+  /// Where the object stands in the list's order; no two share a place.
+  Text KeyOf(const Element& object) const;
+  /// The object of the list whose place this one would take, or null.
+  const Element* InPlaceOf(const Element& object) const;
   const Element* Find(std::string_view id) const;
   /// Of a list, by full name in any letter case.
   const Element* FindByName(std::string_view fullName) const;
@@ -57,7 +61,6 @@ class ObjectList {
   };
   using Ids = std::map<std::string, Place, std::less<>>;
 
-  Text KeyOf(const Element& object) const;
   std::vector<const Objects::value_type*> FindByMark(const Text& mark) const;
 
   const Kind* oKind;

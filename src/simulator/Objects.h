@@ -12,6 +12,10 @@
 
 namespace ostrel::simulator {
 
+/// The attribute of a list object that says how much of its balance it was given when it was made;
+/// the rest comes from transactions.
+inline constexpr std::string_view kOpeningBalance = "openingBalance";
+
 /// Puts the children into the order in which a Ret holds them.
 void Arrange(Element& object, std::span<const Field> fields);
 

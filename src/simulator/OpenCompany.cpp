@@ -19,12 +19,13 @@ Conduct OpenCompany::NextConduct(std::string_view operation) {
 }
 
 OpenCompany::~OpenCompany() {
-  if (bChanged && oFile.IsLong()) Fold();
+  if (bChanged && !bLeftInJournal && oFile.IsLong()) Fold();
 }
 
 int OpenCompany::Commit(const Changes& changes) noexcept {
   try {
     if (changes.empty()) return 0;
+    if (oHold.error != 0) return oHold.error;
     Company::Prepared prepared = oCompany.Prepare(changes);
     if (const int error = MakeSafe(changes)) return error;
     oCompany.Apply(std::move(prepared));
@@ -36,18 +37,24 @@ int OpenCompany::Commit(const Changes& changes) noexcept {
 }
 
 int OpenCompany::MakeSafe(const Changes& changes) {
-  if (!bChanged && oCompany.IsCompleted()) {
-    if (const int error = oFile.Fold(oCompany.ToBytes())) return error;
+  const bool unsaid = oCompany.IsCompleted() || !oFile.RecordsLeftOut().empty();
+  if (!bChanged && unsaid) {
+    if (const int error = WriteAnew()) return error;
   }
   const int error = oFile.Append(changes);
   bChanged = bChanged || error == 0;
   return error;
 }
 
+int OpenCompany::WriteAnew() {
+  const std::string bytes = oCompany.ToBytes();
+  return bytes.empty() ? platform::kFileTooLarge : oFile.Fold(bytes);
+}
+
 // A company that cannot be folded is as safe in two files.
 void OpenCompany::Fold() noexcept {
   try {
-    oFile.Fold(oCompany.ToBytes());
+    WriteAnew();
   } catch (const std::bad_alloc&) {
   }
 }

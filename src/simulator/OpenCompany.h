@@ -14,10 +14,13 @@ namespace ostrel::simulator {
 
 class OpenCompany {
  public:
-  /// `counts` outlives the company's being open, where faults are counted beyond that.
+  /// `counts` outlives the company's being open, where faults are counted beyond that. Without a
+  /// lock that could be had (`hold` says why) the company cannot be changed.
   OpenCompany(Company company, CompanyFile file, platform::FileMode mode,
-              std::shared_ptr<FaultCounts> counts = std::make_shared<FaultCounts>())
-      : oCompany(std::move(company)),
+              std::shared_ptr<FaultCounts> counts = std::make_shared<FaultCounts>(),
+              CompanyHold hold = {})
+      : oHold(std::move(hold)),
+        oCompany(std::move(company)),
         oFile(std::move(file)),
         fileMode(mode),
         oCounts(std::move(counts)) {}
@@ -44,14 +47,20 @@ class OpenCompany {
   /// changed, here or there, and the error number (platform/SystemError.h) is returned.
   int Commit(const Changes& changes) noexcept;
 
+  /// When it closes, its journal is not folded, which may take a while.
+  void LeaveInJournal() { bLeftInJournal = true; }
+
  private:
   int MakeSafe(const Changes& changes);
+  int WriteAnew();
   void Fold() noexcept;
 
+  CompanyHold oHold;  // given back after all the others
   Company oCompany;
   CompanyFile oFile;
   platform::FileMode fileMode;
   bool bChanged = false;  // since it was opened
+  bool bLeftInJournal = false;
   std::shared_ptr<FaultCounts> oCounts;
 };
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "simulator/Errors.h"
+#include "simulator/LongWork.h"
 #include "simulator/Messages.h"
 #include "simulator/XmlReader.h"
 #include "simulator/XmlWriter.h"
@@ -96,7 +97,10 @@ Step CheckMessage(Element& element, int version) {
 std::vector<Step> CheckMessages(Element& messages, int version) {
   std::vector<Step> steps;
   steps.reserve(messages.children.size());
-  for (Element& element : messages.children) steps.push_back(CheckMessage(element, version));
+  for (Element& element : messages.children) {
+    Breathe();
+    steps.push_back(CheckMessage(element, version));
+  }
   return steps;
 }
 
@@ -128,6 +132,7 @@ void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
   std::ranges::copy(answer.attributes, std::back_inserter(attributes));
   if (answer.body.empty()) return xml.Empty(name, attributes);
   xml.Open(name, attributes);
+  xml.RequireRoom(answer.body.size());
   xml.Lines(answer.body);
   xml.Close();
 }
@@ -157,6 +162,7 @@ Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, cons
   bool stopped = false;
   std::size_t size = 0;
   for (const Step& step : steps) {
+    Breathe();
     const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, frame, size);
     stopped = stopped || (stopOnError && answer.status.IsError());
     WriteAnswer(step, answer, xml);

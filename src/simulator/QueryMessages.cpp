@@ -3,7 +3,9 @@
 #include <charconv>
 #include <limits>
 
+#include "simulator/Errors.h"
 #include "simulator/Filters.h"
+#include "simulator/LongWork.h"
 #include "simulator/Messages.h"
 #include "simulator/Objects.h"
 #include "simulator/RetWriter.h"
@@ -12,6 +14,9 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+
+// More could not be in a response. A key that is there often finds the same objects each time.
+constexpr std::size_t kMostFound = kMaxResponseBytes / std::string_view("<Ret>\n</Ret>\n").size();
 
 using Found = std::vector<Target>;
 
@@ -94,11 +99,13 @@ Answer QueryByKeys(const Call& call, Finder finder) {
   Found all;
   for (const Element& child : call.element.children) {
     if (child.name != name) break;
+    Breathe();
     const std::size_t before = all.size();
     for (const Kind* kind : call.message.kinds) {
       std::ranges::copy(finder(call.company.Data().List(*kind), child.text),
                         std::back_inserter(all));
     }
+    if (all.size() > kMostFound) Fail(Hresult::kNotEnoughMemory);
     if (all.size() == before && status.code == 0) status = NotAllFound(child.text);
   }
   return Returning(call, all, std::move(status));

@@ -4,6 +4,7 @@
 
 #include "platform/SystemError.h"
 #include "simulator/Errors.h"
+#include "simulator/LongWork.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -18,18 +19,40 @@ Text PathKey(TextView path) { return LowerCase(ReplaceAll(path, u"/", u"\\")); }
 QuickBooks::QuickBooks(Surroundings surroundings)
     : oSurroundings(std::move(surroundings)), oRandom(std::random_device{}()) {}
 
-std::shared_ptr<OpenCompany> QuickBooks::Open(TextView path, FileMode mode) {
-  if (auto open = oOpen.lock()) {
-    if (!path.empty() && PathKey(path) != PathKey(open->Path())) Fail(Hresult::kOtherCompanyOpen);
-    if (mode != FileMode::kDoNotCare && mode != open->Mode()) Fail(Hresult::kOtherFileMode);
-    return open;
+std::shared_ptr<OpenCompany> QuickBooks::Open(TextView named, FileMode mode, const bool& givenUp) {
+  const Text path(named);  // the caller's may change while events are dispatched
+  constexpr int kAttempts = 10;
+  constexpr std::chrono::milliseconds kPause(100);
+  if (auto open = FindOpen(path, mode)) return open;
+  CompanyHold hold = Lock(path);
+  for (int i = 1; i < kAttempts && hold.error == platform::kSharingViolation; ++i) {
+    oSurroundings.delay(kPause, givenUp);
+    if (givenUp) FailAsGivenUp();
+    // What ran meanwhile may have opened one.
+    if (auto open = FindOpen(path, mode)) return open;
+    hold = Lock(path);
   }
-  auto opened = Load(path, mode == FileMode::kMultiUser ? mode : FileMode::kSingleUser);
+  const LongWork work(oSurroundings.dispatch, givenUp);
+  auto opened =
+      Load(path, mode == FileMode::kMultiUser ? mode : FileMode::kSingleUser, std::move(hold));
   oOpen = opened;
   return opened;
 }
 
-std::shared_ptr<OpenCompany> QuickBooks::Load(TextView path, FileMode mode) {
+std::shared_ptr<OpenCompany> QuickBooks::FindOpen(TextView path, FileMode mode) const {
+  auto open = oOpen.lock();
+  if (!open) return open;
+  if (!path.empty() && PathKey(path) != PathKey(open->Path())) Fail(Hresult::kOtherCompanyOpen);
+  if (mode != FileMode::kDoNotCare && mode != open->Mode()) Fail(Hresult::kOtherFileMode);
+  return open;
+}
+
+CompanyHold QuickBooks::Lock(TextView path) const {
+  return oSurroundings.storage.Lock(path.empty() ? TextView(oSurroundings.usersCompany) : path);
+}
+
+std::shared_ptr<OpenCompany> QuickBooks::Load(TextView path, FileMode mode, CompanyHold hold) {
+  if (hold.error == platform::kSharingViolation) Fail(Hresult::kCannotLock);
   const bool byUser = path.empty();
   if (byUser) path = oSurroundings.usersCompany;
   CompanyFile file(Text(path), oSurroundings.storage);
@@ -39,23 +62,23 @@ std::shared_ptr<OpenCompany> QuickBooks::Load(TextView path, FileMode mode) {
   if (!company) Fail(byUser ? Hresult::kNoCompanyOpen : Hresult::kCannotOpenCompany);
   auto& counts = oCounts[PathKey(path)];
   if (!counts) counts = std::make_shared<FaultCounts>();
-  return std::make_shared<OpenCompany>(*std::move(company), std::move(file), mode, counts);
+  return std::make_shared<OpenCompany>(*std::move(company), std::move(file), mode, counts,
+                                       std::move(hold));
 }
 
-Conduct QuickBooks::OpenConnectionConduct() {
+Conduct QuickBooks::OpenConnectionConduct(const bool& givenUp) {
   if (const auto open = oOpen.lock()) return open->NextConduct("openConnection");
   try {
-    return Load({}, FileMode::kSingleUser)->NextConduct("openConnection");
+    const LongWork work(oSurroundings.dispatch, givenUp);
+    return Load({}, FileMode::kSingleUser, Lock({}))->NextConduct("openConnection");
   } catch (const platform::RequestProcessorError&) {
-    return {};  // no company is open, which only BeginSession can mind
+    return {};  // no company is open, or only elsewhere, which only BeginSession can mind
   }
 }
 
 void QuickBooks::Perform(const Conduct& conduct, const bool& givenUp) const {
   if (conduct.delay.count() > 0) oSurroundings.delay(conduct.delay, givenUp);
-  if (givenUp) {
-    throw platform::RequestProcessorError(platform::kGivenUp, Text(platform::kGivenUpText));
-  }
+  if (givenUp) FailAsGivenUp();
   if (conduct.dies) Die();
   if (conduct.error != 0) Fail(conduct.error);
 }

@@ -21,6 +21,8 @@ struct Surroundings {
   const platform::Clock& clock;
   /// Lets time pass while events are dispatched; ends early when one of them makes `over` true.
   std::function<void(std::chrono::milliseconds, const bool& over)> delay;
+  /// Handles the events that wait at this moment.
+  std::function<void()> dispatch = [] {};
   /// Ends the process as a crash does, if it can.
   std::function<void()> die;
   /// The company that the user has open: what an empty file name opens.
@@ -33,20 +35,25 @@ class QuickBooks {
 
   /// Raises platform::RequestProcessorError when the company cannot be opened. It closes with the
   /// last reference to it. An empty path: the open company, else the user's.
-  std::shared_ptr<OpenCompany> Open(TextView path, platform::FileMode mode);
+  /// One that another process has open is waited for a moment, in which events are dispatched:
+  /// that process may just be closing it.
+  std::shared_ptr<OpenCompany> Open(TextView path, platform::FileMode mode, const bool& givenUp);
 
   /// What is asked of OpenConnection, which names no company: by the open company, else the user's.
-  Conduct OpenConnectionConduct();
+  Conduct OpenConnectionConduct(const bool& givenUp);
   /// Waits, and fails or dies, as asked for; fails as soon as it is given up.
   void Perform(const Conduct& conduct, const bool& givenUp) const;
   /// Fails as an operation does in whose middle QuickBooks has ended.
   [[noreturn]] void Die() const;
+  const std::function<void()>& Dispatch() const { return oSurroundings.dispatch; }
   Stamp Now() const { return MakeStamp(oSurroundings.clock); }
   /// "{3F2504E0-4F89-41D3-9A0C-0305E82C3301}", never the same twice.
   Text NewTicket();
 
  private:
-  std::shared_ptr<OpenCompany> Load(TextView path, platform::FileMode mode);
+  std::shared_ptr<OpenCompany> FindOpen(TextView path, platform::FileMode mode) const;
+  std::shared_ptr<OpenCompany> Load(TextView path, platform::FileMode mode, CompanyHold hold);
+  CompanyHold Lock(TextView path) const;
 
   Surroundings oSurroundings;
   std::weak_ptr<OpenCompany> oOpen;

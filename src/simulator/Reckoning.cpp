@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "simulator/Defaults.h"
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 
 namespace ostrel::simulator {
@@ -80,6 +81,7 @@ LineSums ReckonLines(const Kind& kind, Element& transaction, const Company& comp
   LineSums sums;
   Decimal amount;
   for (Element& line : transaction.children) {
+    Breathe();
     const Field* field = FindField(kind.fields, line.name, kRet);
     if (!field || field->type != FieldType::kLine) continue;
     if (!line.Child("TxnLineID")) line.Add("TxnLineID", numbers.NewTxnId(now));
@@ -181,6 +183,7 @@ void PostLines(const Kind& kind, const Element& transaction, const Posting& post
   const bool amounts = posting.measure == Measure::kAmount;
   for (const Element& line : transaction.children) {
     const Field* field = FindField(kind.fields, line.name, kRet);
+    Breathe();
     if (!field || field->name != posting.line) continue;
     const Decimal value = Decimal::Of(line.ChildText(amounts ? kAmountName : "Quantity"));
     PostOne(line, posting, value, direction, draft);
@@ -195,6 +198,11 @@ void PostAll(const Kind& kind, const Element& transaction, int direction, Draft&
       PostLines(kind, transaction, posting, direction, draft);
     }
   }
+}
+
+Decimal OpeningOf(const Element& object) {
+  const std::string* opening = object.Find(kOpeningBalance);
+  return opening ? Decimal::Of(*opening) : Decimal();
 }
 
 }  // namespace
@@ -234,6 +242,19 @@ Decimal OpenAmountOf(const Kind& kind, const Element& transaction) {
 void ApplyAmount(const Kind& kind, Element& transaction, Decimal amount) {
   Move(transaction, kind.sums.applied, amount.Negated(), 2);
   SetOpenAmount(kind, transaction);
+}
+
+void MoveParents(const Kind& kind, const Element& object, Decimal amount, Draft& draft) {
+  const Element* parent = object.Child("ParentRef");
+  if (parent && !amount.IsZero()) MoveTotals(kind, parent->ChildText("ListID"), amount, draft);
+}
+
+void PostOpening(const Kind& kind, const Element& object, Draft& draft) {
+  const Decimal opening = OpeningOf(object);
+  if (opening.IsZero()) return;
+  const std::string_view id = object.ChildText("ListID");
+  Move(draft.Edit(kind, id), "Balance", opening, 2);
+  if (kind.Has("TotalBalance")) MoveTotals(kind, id, opening, draft);
 }
 
 void Post(const Kind& kind, const Element& transaction, Draft& draft) {

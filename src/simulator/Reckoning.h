@@ -23,6 +23,10 @@ Decimal OpenAmountOf(const Kind& kind, const Element& transaction);
 void ApplyAmount(const Kind& kind, Element& transaction, Decimal amount);
 
 /// Carries out the transaction's postings, or takes them back.
+/// Moves the totals of all that a list object lies below.
+void MoveParents(const Kind& kind, const Element& object, Decimal amount, Draft& draft);
+/// Moves an object's balance, and the totals above it, by what it was given when it was made.
+void PostOpening(const Kind& kind, const Element& object, Draft& draft);
 void Post(const Kind& kind, const Element& transaction, Draft& draft);
 void TakeBack(const Kind& kind, const Element& transaction, Draft& draft);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 
 namespace ostrel::simulator {
@@ -31,8 +32,28 @@ bool LacksId(const Element& reference) {
   return reference.ChildText("ListID").empty() && !reference.ChildText("FullName").empty();
 }
 
+bool LeadsNowhere(const Element& reference, const Field& field, const Company& company,
+                  const std::set<std::string_view>& ids) {
+  return !ids.contains(reference.ChildText("ListID")) &&
+         !FindTarget(company, field.refers, reference);
+}
+
+bool HasDangling(const Element& object, std::span<const Field> fields, std::string_view settles,
+                 const Company& company, const std::set<std::string_view>& ids) {
+  return std::ranges::any_of(object.children, [&](const Element& child) {
+    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    if (!field) return false;
+    if (IsReference(field)) return LeadsNowhere(child, *field, company, ids);
+    const std::string_view settled = settles.empty() ? "" : child.ChildText("TxnID");
+    const bool unsettled = !settled.empty() && !ids.contains(settled) &&
+                           !company.List(*FindKind(settles)).Find(settled);
+    return unsettled || HasDangling(child, field->children, settles, company, ids);
+  });
+}
+
 // The object's own ListID is no reference.
 bool Refers(const Element& object, std::string_view listId) {
+  Breathe();
   return std::ranges::any_of(object.children, [&](const Element& child) {
     return !child.children.empty() &&
            (child.ChildText("ListID") == listId || Refers(child, listId));
@@ -44,6 +65,7 @@ bool Refers(const Element& object, std::string_view listId) {
 std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Use use,
                               const Company& company, std::string_view where) {
   for (Element& child : object.children) {
+    Breathe();
     const Field* field = FindField(fields, child.name, use);
     if (!field) continue;
     auto status = IsReference(field) ? ResolveOne(child, *field, company, where)
@@ -72,6 +94,11 @@ bool HasUnlinked(const Element& object, std::span<const Field> fields) {
     if (!field) return false;
     return IsReference(field) ? LacksId(child) : HasUnlinked(child, field->children);
   });
+}
+
+bool HasDangling(const Kind& kind, const Element& object, const Company& company,
+                 const std::set<std::string_view>& ids) {
+  return HasDangling(object, kind.fields, kind.settles, company, ids);
 }
 
 bool IsInUse(const Company& company, std::string_view listId) {

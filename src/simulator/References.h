@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <span>
 #include <string_view>
 
@@ -22,6 +23,11 @@ std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Us
 void Link(Element& object, std::span<const Field> fields, const Company& company);
 /// Whether a reference lacks its ListID.
 bool HasUnlinked(const Element& object, std::span<const Field> fields);
+
+/// Whether a reference, or a payment's link, names neither an object of the company nor one of
+/// these IDs.
+bool HasDangling(const Kind& kind, const Element& object, const Company& company,
+                 const std::set<std::string_view>& ids);
 
 /// Whether any object of the company refers to the list object of that ListID.
 bool IsInUse(const Company& company, std::string_view listId);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 #include "simulator/Reckoning.h"
 
@@ -15,6 +16,7 @@ class RetWriter {
 
   void WriteChildren(const Element& element, std::span<const Field> fields, bool top) {
     for (const Element& child : element.children) {
+      Breathe();
       const Field* field = FindField(fields, child.name, kRet);
       if (field && !IsShown(*field, child, top)) continue;
       if (!field || child.children.empty()) {
@@ -35,7 +37,7 @@ class RetWriter {
     if (!top) return true;
     const bool isLine = field.type == FieldType::kLine || field.suffixed;
     if (isLine && !oView.lines) return false;
-    return oView.only.empty() || std::ranges::find(oView.only, child.name) != oView.only.end();
+    return oView.only.empty() || std::ranges::binary_search(oView.only, child.name);
   }
 
   void WriteGroup(const Element& group, const Field& field) {

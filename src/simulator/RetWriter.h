@@ -15,7 +15,7 @@ namespace ostrel::simulator {
 struct View {
   int version = 130;                   // of qbXML, times ten: later fields are left out
   bool lines = true;                   // of transactions
-  std::vector<std::string_view> only;  // the names of the fields; empty: all
+  std::vector<std::string_view> only;  // the names of the fields, sorted; empty: all
 };
 
 /// `object` as a "CustomerRet". References carry the names that their objects have now.

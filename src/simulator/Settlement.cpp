@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "simulator/LongWork.h"
 #include "simulator/Objects.h"
 #include "simulator/Reckoning.h"
 
@@ -39,6 +40,7 @@ Element LinkTo(const Kind& kind, const Element& settled, const Application& appl
 std::optional<Status> SettleOne(const Kind& kind, Element& payment, const Application& application,
                                 const Stamp& now, Draft& draft) {
   const Kind& settledKind = *FindKind(kind.settles);
+  Breathe();
   const Element* found = draft.Find(settledKind, application.txnId);
   if (!found) return NotFound(application.txnId);
   const std::string amount = application.amount.ToString(2);
@@ -125,6 +127,7 @@ void Release(const Kind& kind, const Element& settled, const Stamp& now, Draft& 
   for (const Kind* payer : AllKinds()) {
     if (payer->settles != kind.name) continue;
     for (const auto& [key, payment] : draft.Before().List(*payer).InOrder()) {
+      Breathe();
       if (std::ranges::none_of(payment.children, isLink)) continue;
       Element& released = draft.Edit(*payer, payment.ChildText("TxnID"));
       std::erase_if(released.children, isLink);

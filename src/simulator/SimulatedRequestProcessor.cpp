@@ -3,6 +3,7 @@
 #include <new>
 
 #include "simulator/Errors.h"
+#include "simulator/LongWork.h"
 #include "simulator/QbxmlEngine.h"
 
 namespace ostrel {
@@ -10,23 +11,42 @@ namespace ostrel {
 using simulator::Fail;
 using simulator::Hresult;
 
+namespace {
+
+class Counted {
+ public:
+  explicit Counted(int& count) : iCount(count) { ++iCount; }
+  ~Counted() { --iCount; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+ private:
+  int& iCount;
+};
+
+}  // namespace
+
 // A delay dispatches events, whose handlers may use this object: what was checked before one is
-// checked again after it.
+// checked again after it. A request and its company are the caller's and this function's own.
 
 void SimulatedRequestProcessor::OpenConnection(TextView, TextView applicationName) {
   RequireNoConnection();
   if (applicationName.empty()) Fail(Hresult::kNoApplicationName);
-  Perform(oQuickBooks.OpenConnectionConduct());
+  const Counted counted(iOutstanding);
+  Perform(oQuickBooks.OpenConnectionConduct(bGivenUp));
   RequireNoConnection();
   bConnected = true;
 }
 
 Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::FileMode mode) {
   RequireNoSession();
+  simulator::RequireNoLongWork();
   if (mode < platform::FileMode::kSingleUser || mode > platform::FileMode::kDoNotCare) {
     Fail(Hresult::kInvalidParameter);
   }
-  auto company = oQuickBooks.Open(companyFile, mode);
+  const Counted counted(iOutstanding);
+  auto company = oQuickBooks.Open(companyFile, mode, bGivenUp);
+  RequireNoSession();
   Perform(company->NextConduct("beginSession"));
   RequireNoSession();
   oCompany = std::move(company);
@@ -38,10 +58,20 @@ Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::Fil
 Text SimulatedRequestProcessor::ProcessRequest(TextView ticket, TextView request) {
   const auto company = RequireSession(ticket);
   const Text sessionTicket = sTicket;  // the caller's may change while events are dispatched
+  const Counted counted(iOutstanding);
   Perform(company->NextConduct("processRequest"));
   RequireSession(sessionTicket);
+  return Compute(request, *company);
+}
+
+Text SimulatedRequestProcessor::Compute(TextView request, simulator::OpenCompany& company) {
+  const simulator::LongWork work(oQuickBooks.Dispatch(), bGivenUp);
   try {
-    return simulator::ProcessQbxml(request, *company, oSession, oQuickBooks.Now());
+    return simulator::ProcessQbxml(request, company, oSession, oQuickBooks.Now());
+  } catch (const platform::RequestProcessorError& error) {
+    // Whoever gives a request up wants to go.
+    if (error.Number == platform::kGivenUp) company.LeaveInJournal();
+    throw;
   } catch (const std::bad_alloc&) {
     Fail(Hresult::kNotEnoughMemory);
   }
@@ -69,11 +99,7 @@ void SimulatedRequestProcessor::CloseConnection() {
 void SimulatedRequestProcessor::GiveUp() { bGivenUp = iOutstanding > 0; }
 
 void SimulatedRequestProcessor::Perform(const simulator::Conduct& conduct) {
-  struct Counted {
-    int& count;
-    ~Counted() { --count; }
-  };
-  const Counted counted{++iOutstanding};
+  const Counted counted(iOutstanding);
   oQuickBooks.Perform(conduct, bGivenUp);
 }
 

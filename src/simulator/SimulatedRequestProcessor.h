@@ -11,8 +11,9 @@
 
 namespace ostrel {
 
-/// One client's connection. Events are dispatched only while a company file asks for a delay; the
-/// object must not be destroyed then.
+/// One client's connection. Events are dispatched while a company file asks for a delay, while
+/// another process has the company open, and now and then in long work; the object must not be
+/// destroyed then. Requests and sessions that come in the middle of long work are refused.
 class SimulatedRequestProcessor : public platform::RequestProcessor {
  public:
   /// Processors that share a QuickBooks share its open company.
@@ -27,10 +28,11 @@ class SimulatedRequestProcessor : public platform::RequestProcessor {
   /// Ends an open session too.
   void CloseConnection() override;
 
-  /// Ends the delays that company files ask for.
+  /// Ends delays and long work. A change is then whole or not there at all.
   void GiveUp() override;
 
  private:
+  Text Compute(TextView request, simulator::OpenCompany& company);
   void Perform(const simulator::Conduct& conduct);
   void RequireNoConnection() const;
   void RequireNoSession() const;
@@ -52,5 +54,9 @@ std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor();
 /// What ends this process where a company file asks for it (processRequestDies). Without it the
 /// request fails as a client of an ended process sees it.
 void SetSimulatedDeath(std::function<void()> die);
+
+/// What handles events while a request is computed, platform::DoEvents unless set. A process whose
+/// events are calls of other clients must let none of them in then.
+void SetSimulatedDispatching(std::function<void()> dispatch);
 
 }  // namespace ostrel

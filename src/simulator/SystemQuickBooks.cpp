@@ -19,6 +19,11 @@ std::function<void()>& Death() {
   return die;
 }
 
+std::function<void()>& Dispatching() {
+  static std::function<void()> dispatch = platform::DoEvents;
+  return dispatch;
+}
+
 // In steps, for the loop does not look at what ends the delay. A step that ends early means that
 // the loop was told to quit.
 void Delay(milliseconds time, const bool& over) {
@@ -36,12 +41,17 @@ void Delay(milliseconds time, const bool& over) {
 
 void SetSimulatedDeath(std::function<void()> die) { Death() = std::move(die); }
 
+void SetSimulatedDispatching(std::function<void()> dispatch) {
+  Dispatching() = std::move(dispatch);
+}
+
 std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor() {
   static simulator::CompanyFiles files;
   static simulator::QuickBooks quickBooks(
       {.storage = files,
        .clock = platform::SystemClock(),
        .delay = Delay,
+       .dispatch = [] { Dispatching()(); },
        .die = [] { Death()(); },
        .usersCompany = platform::ProgramFolder() + u"\\sample.qbw"});
   return std::make_unique<SimulatedRequestProcessor>(quickBooks);

@@ -1,8 +1,10 @@
 // Changes of transactions.
 #include <algorithm>
+#include <unordered_map>
 
 #include "simulator/Defaults.h"
 #include "simulator/Draft.h"
+#include "simulator/LongWork.h"
 #include "simulator/Merging.h"
 #include "simulator/Messages.h"
 #include "simulator/Objects.h"
@@ -41,22 +43,31 @@ void ForgetReckoned(Element& line, const Element& given, std::span<const Field> 
   if (newItem || newPrice) line.Drop("Amount");
 }
 
-std::optional<Status> ModifyLine(Element& object, const Element& given, const Field& field,
+// The lines of a name by their IDs. Each can be taken once.
+using Lines = std::unordered_map<std::string, Element*>;
+
+Lines LinesOf(Element& object, std::string_view name) {
+  Lines lines;
+  for (Element& child : object.children) {
+    if (child.name == name) lines.emplace(child.ChildText("TxnLineID"), &child);
+  }
+  return lines;
+}
+
+std::optional<Status> ModifyLine(Lines& before, const Element& given, const Field& field,
                                  const Company& company, std::vector<Element>& lines) {
-  const std::string_view id = given.ChildText("TxnLineID");
-  const std::string name = ElementName(field, kRet);
-  Element line{.name = name};
+  const std::string id(given.ChildText("TxnLineID"));
+  Element line{.name = ElementName(field, kRet)};
   bool fresh = id == "-1";
   if (!fresh) {
-    const auto found = std::ranges::find_if(object.children, [&](const Element& child) {
-      return child.name == name && child.ChildText("TxnLineID") == id;
-    });
-    if (found == object.children.end()) return NotFound(id);
+    const auto found = before.find(id);
+    if (found == before.end()) return NotFound(id);
+    line = std::move(*found->second);
+    found->second->name.clear();
+    before.erase(found);
     const Element* item = given.Child("ItemRef");
-    const Element* before = found->Child("ItemRef");
-    fresh = item && (!before || item->ChildText("ListID") != before->ChildText("ListID"));
-    line = std::move(*found);
-    found->name.clear();
+    const Element* itemBefore = line.Child("ItemRef");
+    fresh = item && (!itemBefore || item->ChildText("ListID") != itemBefore->ChildText("ListID"));
     ForgetReckoned(line, given, field.children, fresh);
   }
   Merge(line, given);
@@ -71,10 +82,13 @@ std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& gi
   for (const Field& field : kind.fields) {
     if (field.type != FieldType::kLine || !given.Child(ElementName(field, kMod))) continue;
     std::vector<Element> lines;
+    Lines before = LinesOf(object, ElementName(field, kRet));
     for (const Element& child : given.children) {
       if (child.name != ElementName(field, kMod)) continue;
-      if (auto status = ModifyLine(object, child, field, company, lines)) return status;
+      Breathe();
+      if (auto status = ModifyLine(before, child, field, company, lines)) return status;
     }
+    // What was taken has no name any more.
     object.Drop("");
     object.Drop(ElementName(field, kRet));
     std::ranges::move(lines, std::back_inserter(object.children));

@@ -8,6 +8,7 @@
 #include <new>
 
 #include "platform/XmlGuard.h"
+#include "simulator/LongWork.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -56,6 +57,7 @@ class TreeBuilder {
   void Start(std::string name, const xmlChar** attributes, int count) {
     if (oOpen.size() >= kMaxDepth) return Refuse(XmlFault::kMalformed);
     if (elementsLeft-- == 0) return Refuse(XmlFault::kTooLarge);
+    if (!oOpen.empty() && Trimmed(oOpen.back()->text).empty()) oOpen.back()->text.clear();
     Element& element = oOpen.empty() ? oDocument.root : oOpen.back()->children.emplace_back();
     hasRoot = true;
     element.name = std::move(name);
@@ -72,6 +74,9 @@ class TreeBuilder {
   void Characters(std::string_view text) {
     if (oOpen.empty()) return;
     std::string& sText = oOpen.back()->text;
+    // White space between many children is no long text.
+    const bool between = !oOpen.back()->children.empty() && sText.empty();
+    if (between && Trimmed(text).empty()) return;
     if (sText.size() + text.size() > kMaxTextBytes) return Refuse(XmlFault::kTooLarge);
     sText.append(text);
   }
@@ -243,6 +248,7 @@ XmlFault ReadXmlText(TextView xml, std::size_t maxElements, XmlDocument& documen
   platform::XmlGuard guard;
   if (xml.starts_with(u'\uFEFF')) xml.remove_prefix(1);
   while (!xml.empty()) {
+    Breathe();
     const TextView piece = TakePiece(xml);
     const bool safe = HoldsOnlyXmlCharacters(piece) && IsHarmless(guard, piece);
     if (!safe) return XmlFault::kMalformed;
@@ -257,6 +263,7 @@ XmlFault ReadXmlBytes(std::string_view xml, std::size_t maxElements, XmlDocument
   Parser parser(builder, 0);
   platform::XmlGuard guard;
   for (; !xml.empty(); xml.remove_prefix(std::min(xml.size(), kPieceSize))) {
+    Breathe();
     const std::string_view piece = xml.substr(0, kPieceSize);
     if (!IsHarmless(guard, piece)) return XmlFault::kMalformed;
     if (!parser.Feed(piece)) return builder.Fault();

@@ -1,5 +1,6 @@
 #include "simulator/XmlWriter.h"
 
+#include "simulator/Errors.h"
 #include "util/Text.h"
 
 namespace ostrel::simulator {
@@ -90,6 +91,7 @@ void XmlWriter::Write(const Element& element, std::string_view name) {
 }
 
 void XmlWriter::StartTag(std::string_view name, std::span<const Attribute> attributes) {
+  RequireRoom(0);
   Indent();
   sXml.append("<").append(name);
   for (const Attribute& attribute : attributes) {
@@ -97,6 +99,11 @@ void XmlWriter::StartTag(std::string_view name, std::span<const Attribute> attri
     Escaped(attribute.value, true);
     sXml += '"';
   }
+}
+
+void XmlWriter::RequireRoom(std::size_t bytes) const {
+  const bool room = xmlForm == XmlForm::kFile || sXml.size() + bytes <= kMaxResponseBytes;
+  if (!room) Fail(Hresult::kNotEnoughMemory);
 }
 
 void XmlWriter::Indent() {

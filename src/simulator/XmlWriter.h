@@ -15,6 +15,10 @@ namespace ostrel::simulator {
 /// decimal references). kFile: UTF-8, one element a line, indented.
 enum class XmlForm { kResponse, kFile };
 
+/// Of a response. A client that asks for more has made a mistake, and would take all memory.
+inline constexpr std::size_t kMaxResponseBytes = 128 * 1024 * 1024;
+
+/// Raises the request processor's kNotEnoughMemory as soon as a response is longer than that.
 class XmlWriter {
  public:
   explicit XmlWriter(XmlForm form) : xmlForm(form) {}
@@ -28,9 +32,11 @@ class XmlWriter {
   /// The element with all it holds, under its own name or another one.
   void Write(const Element& element) { Write(element, element.name); }
   void Write(const Element& element, std::string_view name);
-  /// Lines that another writer of the same form made.
+  /// Lines that another writer of the same form made, or that fill a response on demand.
   void Lines(std::string_view lines) { sXml.append(lines); }
 
+  /// Raises unless a response has room for so many more.
+  void RequireRoom(std::size_t bytes) const;
   /// Bytes written so far.
   std::size_t Size() const { return sXml.size(); }
   std::string Take() { return std::move(sXml); }

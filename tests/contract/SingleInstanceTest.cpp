@@ -60,6 +60,15 @@ TEST(SingleInstance, TakesALongName) {
   EXPECT_TRUE(AcquireInstanceLock(name + u"n"));
 }
 
+TEST(SingleInstance, KnowsLongNamesApartByTheirEnds) {
+  Text name = NameOf(u"ends");
+  name.resize(150, u'n');
+  const auto first = AcquireInstanceLock(name + u"1");
+  ASSERT_TRUE(first);
+
+  EXPECT_TRUE(AcquireInstanceLock(name + u"2"));
+}
+
 // The statements below run in a second process.
 
 TEST(SingleInstanceDeathTest, KeepsAnotherProcessOut) {

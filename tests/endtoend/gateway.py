@@ -106,6 +106,7 @@ class Gateway:
         self.process_folder = self.folder / "process"
         self.response_folder = self.folder / "response"
         self.port = free_port()
+        self.instance = self.folder  # of those that have the same, only one runs at a time
         self.process = None
         self.lines = []
         self.errors = []
@@ -161,7 +162,7 @@ class Gateway:
 
     def spawn(self, *arguments, preexec=None):
         """Starts it without waiting for anything. Paths among the arguments are given as paths."""
-        environment = dict(os.environ, XDG_RUNTIME_DIR=str(self.folder), LC_ALL="C.UTF-8")
+        environment = dict(os.environ, OSTREL_INSTANCE=str(self.instance), LC_ALL="C.UTF-8")
         self.process = subprocess.Popen(
             command(self.program, *arguments),
             stdin=subprocess.DEVNULL,

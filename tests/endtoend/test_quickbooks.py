@@ -70,6 +70,34 @@ def test_a_second_exit_gives_the_request_up(gateway):
         assert client.read_frame().startswith(b"ERROR: ")
 
 
+# Each looks at every customer and finds none.
+LONG_WORK = (
+    "<CustomerQueryRq><NameFilter><MatchCriterion>Contains</MatchCriterion><Name>none</Name>"
+    "</NameFilter></CustomerQueryRq>"
+) * 10000
+
+
+@pytest.mark.posix_only("signals")
+@pytest.mark.parametrize("work", ["computing", "reading"])
+def test_a_second_exit_ends_long_work_at_once(gateway, work):
+    count = 3000 if work == "computing" else 100000
+    gateway.write_company("".join(f"<Customer><Name>{i}</Name></Customer>" for i in range(count)))
+    gateway.start()
+    with gateway.connect() as client:
+        client.send(qbxml(LONG_WORK).encode() + END_OF_DATA)
+        gateway.wait_for_status(
+            "Processing Request" if work == "computing" else "Loading Company file"
+        )
+        gateway.process.send_signal(signal.SIGTERM)
+        gateway.wait_for_status("Exit waits for the request in work; exit again to give it up")
+        begun = time.monotonic()
+
+        assert gateway.stop(signal.SIGTERM) == 0
+
+        assert time.monotonic() - begun < 5  # a second, unless much else runs
+        assert client.read_frame().startswith(b"ERROR: ")
+
+
 @pytest.mark.parametrize("number", ["0x80040401", "0x80040408", "0x80040410", "0x8004041A"])
 @pytest.mark.parametrize("operation", ["openConnectionError", "beginSessionError"])
 def test_a_failed_open_is_told_and_the_next_request_works(gateway, operation, number):

@@ -63,8 +63,8 @@ void Try(TextView request) {
   }
   // A company that has taken the request in must be one that can be read again, and so must what
   // its journal has of it.
-  const auto journal = ReadJournal(storage.sJournal);
-  Require(journal && journal->wholeBytes == storage.sJournal.size());
+  const Journal journal = ReadJournal(storage.sJournal);
+  Require(journal.leftOut.empty() && journal.wholeBytes == storage.sJournal.size());
   Require(Company::FromBytes(open.Data().ToBytes(), now).has_value());
 }
 

@@ -1,14 +1,15 @@
-// A file with an advisory lock. The system takes the lock back with the process; the empty file
-// stays behind, since removing it would let two processes lock two files of one name.
+// A socket that is bound to a name in the system's abstract name space: there is no file, so nobody
+// can plant, remove or forbid one, and all users of the machine share the name. The system takes
+// the name back with the process.
 #include "platform/SingleInstance.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -16,26 +17,21 @@
 namespace ostrel::platform {
 namespace {
 
-class FileLock : public InstanceLock {
+class NameLock : public InstanceLock {
  public:
   /// -1: holds nothing.
-  explicit FileLock(int descriptor) : iDescriptor(descriptor) {}
-  ~FileLock() override {
+  explicit NameLock(int descriptor) : iDescriptor(descriptor) {}
+  ~NameLock() override {
     if (iDescriptor >= 0) {
       close(iDescriptor);
     }
   }
-  FileLock(const FileLock&) = delete;
-  FileLock& operator=(const FileLock&) = delete;
+  NameLock(const NameLock&) = delete;
+  NameLock& operator=(const NameLock&) = delete;
 
  private:
   int iDescriptor;
 };
-
-bool IsPlain(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-         c == '-' || c == '.';
-}
 
 // FNV-1a: the same in every process and every build.
 std::uint64_t Fingerprint(std::string_view bytes) {
@@ -46,51 +42,37 @@ std::uint64_t Fingerprint(std::string_view bytes) {
   return hash;
 }
 
-// A plain name as it is. Another one loses what a file name may not hold or has no room for, and
-// gets its fingerprint, so that different names stay different files.
-std::string FileNameFor(TextView name) {
-  constexpr std::size_t longest = 200;
-  const std::string whole = ToUtf8(name);
-  std::string plain = whole.substr(0, longest);
-  std::replace_if(
-      plain.begin(), plain.end(), [](char c) { return !IsPlain(c); }, '_');
-  if (plain != whole) {
-    plain += '-' + std::to_string(Fingerprint(whole));
-  }
-  return plain + ".lock";
+// The machine's, or that of a group of processes which was given a name of its own.
+std::string Scope() {
+  const char* scope = getenv("OSTREL_INSTANCE");
+  return scope == nullptr ? std::string() : scope;
 }
 
-int OpenLockFile(const std::string& path) {
-  constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
-  const int descriptor = open(path.c_str(), flags | O_CREAT, 0644);
-  // In a folder for everybody a system may refuse to "create" the file that another user made.
-  return descriptor < 0 && errno == EACCES ? open(path.c_str(), flags) : descriptor;
+// Long names lose what an address has no room for; the fingerprint keeps them apart.
+std::string AddressName(TextView name) {
+  constexpr std::size_t longest = 60;
+  const std::string whole = Scope() + '\n' + ToUtf8(name);
+  const std::string shown = ToUtf8(name).substr(0, longest);
+  return "ostrel-instance-" + std::to_string(Fingerprint(whole)) + '-' + shown;
 }
 
-// In the first folder that takes it; -1 when none does.
-int OpenLockFileFor(TextView name) {
-  const std::string fileName = '/' + FileNameFor(name);
-  for (const char* folder :
-       std::array<const char*, 3>{getenv("XDG_RUNTIME_DIR"), getenv("TMPDIR"), "/tmp"}) {
-    if (folder == nullptr || *folder == '\0') {
-      continue;
-    }
-    const int descriptor = OpenLockFile(folder + fileName);
-    if (descriptor >= 0) {
-      return descriptor;
-    }
-  }
-  return -1;
+// 0, or the system's error.
+int Bind(int descriptor, const std::string& name) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  // The character 0 in front makes the name abstract.
+  const std::size_t length = std::min(name.size(), sizeof address.sun_path - 1);
+  std::copy_n(name.data(), length, address.sun_path + 1);
+  const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + length);
+  return bind(descriptor, reinterpret_cast<const sockaddr*>(&address), size) == 0 ? 0 : errno;
 }
 
 }  // namespace
 
 std::unique_ptr<InstanceLock> AcquireInstanceLock(TextView name) {
-  const int descriptor = OpenLockFileFor(name);
-  auto lock = std::make_unique<FileLock>(descriptor);
-  if (descriptor >= 0 && flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    return nullptr;
-  }
+  const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  auto lock = std::make_unique<NameLock>(descriptor);
+  if (descriptor >= 0 && Bind(descriptor, AddressName(name)) == EADDRINUSE) return nullptr;
   return lock;
 }
 

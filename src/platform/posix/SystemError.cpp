@@ -61,6 +61,7 @@ constexpr Sentence kSentences[] = {
     {kDiskFull, u"There is not enough space on the disk."},
     {kInvalidName, u"The filename, directory name, or volume label syntax is incorrect."},
     {kFolderNotEmpty, u"The directory is not empty."},
+    {kFileTooLarge, u"The file size exceeds the limit allowed and cannot be saved."},
     {kStoppedOnLink, u"The create operation stopped after reaching a symbolic link."},
 };
 

@@ -110,7 +110,10 @@ void Repost(const Company& company, Draft& draft) {
     }
   }
   for (const Kind* kind : AllKinds()) {
-    for (const auto& [key, object] : company.List(*kind).InOrder()) Post(*kind, object, draft);
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      PostOpening(*kind, object, draft);
+      Post(*kind, object, draft);
+    }
   }
 }
 
@@ -179,6 +182,14 @@ Text Summary(const Company& company) {
   return FromUtf8(summary.empty() ? "nothing" : summary);
 }
 
+void TellLeftOut(const CompanyFile& file, Problems& problems) {
+  for (const LeftOut& leftOut : file.RecordsLeftOut()) {
+    problems.Add("record " + std::to_string(leftOut.record.number) + " of the journal, at byte " +
+                 std::to_string(leftOut.record.position) + ", is left out: it " +
+                 std::string(leftOut.why));
+  }
+}
+
 void CheckJournal(JournalState journal, Problems& problems) {
   if (journal == JournalState::kTorn) {
     problems.Add("the journal is damaged at its end; its whole records count");
@@ -210,6 +221,7 @@ CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& 
   CheckJournal(contents.journal, problems);
   int error = 0;
   const auto company = Company::FromFile(file, now, error);
+  TellLeftOut(file, problems);
   if (!company) {
     problems.Add("QuickBooks cannot open this company");
     return report;

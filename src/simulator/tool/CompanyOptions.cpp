@@ -33,7 +33,7 @@ Examples:
   ostrel-company --print sample.qbw Invoice
 
 Exit code: 0 done and sound, 1 --check has found something wrong, 2 a file cannot be read or
-written, 64 the command line cannot be understood.
+written or the company is open, 64 the command line cannot be understood.
 )";
 
 namespace {

@@ -24,6 +24,14 @@ ExitCode TellFileTrouble(const Text& file, int error) {
   return kFileTrouble;
 }
 
+// Keeps others from changing the company while it is read.
+bool TakeHold(const Text& file, CompanyHold& hold) {
+  hold = CompanyFiles().Lock(file);
+  if (hold.error != platform::kSharingViolation) return true;
+  Tell(file + u" is open in QuickBooks; close it there first");
+  return false;
+}
+
 // Never in the place of a company that is there already.
 ExitCode Create(const CompanyOptions& options) {
   CompanyFiles files;
@@ -31,11 +39,15 @@ ExitCode Create(const CompanyOptions& options) {
   const int missing = files.Read(options.file, before);
   if (missing == 0) return TellFileTrouble(options.file, platform::kFileExists);
   if (missing != platform::kFileNotFound) return TellFileTrouble(options.file, missing);
-  const int error = files.WriteFrom(0, options.file, MakeBusiness(options.size));
+  const std::string bytes = MakeBusiness(options.size);
+  if (bytes.empty()) return TellFileTrouble(options.file, platform::kFileTooLarge);
+  const int error = files.WriteFrom(0, options.file, bytes);
   return error == 0 ? kDone : TellFileTrouble(options.file, error);
 }
 
 ExitCode Check(const CompanyOptions& options) {
+  CompanyHold hold;
+  if (!TakeHold(options.file, hold)) return kFileTrouble;
   CompanyFiles files;
   const auto report = CheckCompany(options.file, files, MakeStamp(platform::SystemClock()));
   if (report.error != 0) return TellFileTrouble(options.file, report.error);
@@ -50,6 +62,8 @@ ExitCode Check(const CompanyOptions& options) {
 ExitCode Print(const CompanyOptions& options) {
   const KindList& kinds = options.kind.empty() ? AllKinds() : KindsNamed(ToUtf8(options.kind));
   if (kinds.empty()) throw UsageError(u"there is no kind " + options.kind);
+  CompanyHold hold;
+  if (!TakeHold(options.file, hold)) return kFileTrouble;
   CompanyFiles files;
   CompanyFile file(options.file, files);
   int error = 0;

@@ -104,6 +104,7 @@ int ServeClients() {
   if (offered.Failed()) return 1;
   const auto die = [&offered] { Die(offered); };
   SetSimulatedDeath(die);
+  SetSimulatedDispatching([] {});
   const StopWindow stopWindow(die);
   return platform::RunEventLoop();
 }

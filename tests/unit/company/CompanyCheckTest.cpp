@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "../doubles/FakeClock.h"
 #include "../simulator/FakeCompanyStorage.h"
 #include "simulator/Journal.h"
+#include "simulator/SimulatedRequestProcessor.h"
 #include "simulator/tool/Business.h"
 #include "simulator/tool/CompanyCheck.h"
 
@@ -122,6 +124,109 @@ TEST_F(CompanyCheck, FindsTheJournalOfAnotherFile) {
   JournalFile() = writer.Continues(VersionOf("another"));
 
   EXPECT_THAT(Problems(), testing::ElementsAre(HasSubstr("continues another company file")));
+}
+
+// Like the requests of a client, on a company that holds nothing yet.
+class CompanyCheckOfRequests : public CompanyCheck {
+ protected:
+  CompanyCheckOfRequests() {
+    oProcessor.OpenConnection(u"", u"Test");
+    File() = "<Company><Class><Name>A</Name></Class></Company>";
+    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+  }
+
+  std::string Tell(const std::string& message) {
+    return ToUtf8(oProcessor.ProcessRequest(
+        sTicket, FromUtf8("<?qbxml version=\"13.0\"?><QBXML><QBXMLMsgsRq onError=\"stopOnError\">" +
+                          message + "</QBXMLMsgsRq></QBXML>")));
+  }
+  std::string Add(const std::string& kind, const std::string& fields) {
+    return Tell("<" + kind + "AddRq><" + kind + "Add>" + fields + "</" + kind + "Add></" + kind +
+                "AddRq>");
+  }
+  std::string Total(const std::string& customer) {
+    return Between(Tell("<CustomerQueryRq><FullName>" + customer + "</FullName></CustomerQueryRq>"),
+                   "<TotalBalance>");
+  }
+  static std::string Between(const std::string& response, const std::string& tag) {
+    const std::size_t begin = response.find(tag) + tag.size();
+    return response.substr(begin, response.find('<', begin) - begin);
+  }
+
+  doubles::FakeClock oClock;
+  QuickBooks oQuickBooks{{.storage = oStorage,
+                          .clock = oClock,
+                          .delay = [](auto, auto&) {},
+                          .die = [] {},
+                          .usersCompany = u""}};
+  SimulatedRequestProcessor oProcessor{oQuickBooks};
+  Text sTicket;
+};
+
+constexpr char kUnderYard[] = "<ParentRef><FullName>Yard</FullName></ParentRef>";
+
+TEST_F(CompanyCheckOfRequests, AcceptsWhatOpeningBalancesMade) {
+  Add("Customer", "<Name>Yard</Name><OpenBalance>120.00</OpenBalance>");
+  Add("Customer",
+      "<Name>Job</Name>" + std::string(kUnderYard) + "<OpenBalance>30.50</OpenBalance>");
+  Add("Vendor", "<Name>Mill</Name><OpenBalance>7.00</OpenBalance>");
+  Add("Account", "<Name>Bank</Name><AccountType>Bank</AccountType><OpenBalance>9.00</OpenBalance>");
+
+  EXPECT_EQ(Problems(), std::vector<std::string>());
+  EXPECT_EQ(Total("Yard"), "150.50");
+  oProcessor.EndSession(sTicket);
+  EXPECT_EQ(Problems(), std::vector<std::string>());
+}
+
+TEST_F(CompanyCheckOfRequests, AcceptsOpeningBalancesThatMoveAndGo) {
+  Add("Customer", "<Name>Yard</Name>");
+  Add("Customer", "<Name>Shop</Name><OpenBalance>1.00</OpenBalance>");
+  const std::string job = Add(
+      "Customer", "<Name>Job</Name>" + std::string(kUnderYard) + "<OpenBalance>5.00</OpenBalance>");
+  const std::string id = "<ListID>" + Between(job, "<ListID>") + "</ListID>";
+
+  Tell("<CustomerModRq><CustomerMod>" + id + "<EditSequence>" + Between(job, "<EditSequence>") +
+       "</EditSequence><ParentRef><FullName>Shop</FullName></ParentRef></CustomerMod></"
+       "CustomerModRq>");
+  EXPECT_EQ(Total("Yard"), "0.00");
+  EXPECT_EQ(Total("Shop"), "6.00");
+  EXPECT_EQ(Problems(), std::vector<std::string>());
+
+  Tell("<ListDelRq><ListDelType>Customer</ListDelType>" + id + "</ListDelRq>");
+  EXPECT_EQ(Total("Shop"), "1.00");
+  EXPECT_EQ(Problems(), std::vector<std::string>());
+}
+
+TEST_F(CompanyCheckOfRequests, FindsWhatIsNotAnOpeningBalance) {
+  Add("Customer", "<Name>Yard</Name><OpenBalance>120.00</OpenBalance>");
+  oProcessor.EndSession(sTicket);
+  Replace("<Customer", ">120.00<", ">121.00<");
+
+  EXPECT_THAT(Problems(),
+              Contains(HasSubstr("Balance is 121.00, its transactions come to 120.00")));
+}
+
+TEST_F(CompanyCheck, NamesTheRecordsThatAreLeftOut) {
+  const auto customer = [](const std::string& id, const std::string& name) {
+    Element object{.name = "Customer"};
+    object.Add("ListID", id);
+    object.Add("FullName", name);
+    return Change{.kind = FindKind("Customer"), .id = id, .object = object};
+  };
+  JournalWriter writer;
+  JournalFile() = writer.Continues(VersionOf(File()));
+  const std::size_t second = JournalFile().size();
+  JournalFile() += writer.Changed({customer("8000FFFD-1", "Damaged")});
+  JournalFile() += writer.Changed({customer("8000FFFE-1", "Whole")});
+  const std::size_t fourth = JournalFile().size();
+  JournalFile() += writer.Changed({customer("8000FFFF-1", "WHOLE")});
+  JournalFile()[JournalFile().find("Damaged")] = 'd';
+
+  EXPECT_THAT(Problems(),
+              testing::ElementsAre("record 2 of the journal, at byte " + std::to_string(second) +
+                                       ", is left out: it is damaged",
+                                   "record 4 of the journal, at byte " + std::to_string(fourth) +
+                                       ", is left out: it gives a name that another object has"));
 }
 
 TEST_F(CompanyCheck, LooksAtWhatTheJournalAdds) {

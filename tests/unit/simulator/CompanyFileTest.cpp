@@ -38,8 +38,8 @@ class CompanyFileTest : public testing::Test {
     return std::string(changes.front().object->ChildText("Name"));
   }
 
-  CompanyFile Open() {
-    CompanyFile file(kPath, oStorage);
+  CompanyFile Open(RecordLimits limits = {}) {
+    CompanyFile file(kPath, oStorage, limits);
     CompanyFile::Contents contents;
     EXPECT_EQ(file.Read(contents), 0);
     return file;
@@ -160,7 +160,8 @@ TEST_F(CompanyFileTest, KeepsAJournalThatDoesNotCountUnderAnotherName) {
 
 TEST_F(CompanyFileTest, KeepsAJournalWhoseBeginningIsDamaged) {
   Open().Append(Adding("a"));
-  oStorage.Files[kJournal][3] = 'X';
+  std::string& journal = oStorage.Files[kJournal];
+  journal[journal.find("bytes=")] = 'X';
   EXPECT_EQ(Reopened(), "old");
   EXPECT_EQ(state, JournalState::kForeign);
 
@@ -168,6 +169,14 @@ TEST_F(CompanyFileTest, KeepsAJournalWhoseBeginningIsDamaged) {
 
   EXPECT_EQ(Reopened(), "old b");
   EXPECT_EQ(oStorage.Files.size(), 3u);
+}
+
+// What it says is proved by the record behind it.
+TEST_F(CompanyFileTest, ReadsAJournalOfWhichOnlyTheFirstLineIsDamaged) {
+  Open().Append(Adding("a"));
+  oStorage.Files[kJournal][3] = 'X';
+
+  EXPECT_EQ(Reopened(), "old a");
 }
 
 TEST_F(CompanyFileTest, ChangesNothingWhenAForeignJournalCannotGiveWay) {
@@ -192,12 +201,111 @@ TEST_F(CompanyFileTest, TakesNoChangesWhileAnotherProgramWritesItsFile) {
   EXPECT_EQ(Reopened(), "edited");
 }
 
-TEST_F(CompanyFileTest, CannotBeReadWhenNobodyCanCarryOutItsJournal) {
+// Four records, of which nobody can carry out the third.
+std::string HalfBadJournal() {
   JournalWriter writer;
-  oStorage.Files[kJournal] = writer.Continues(VersionOf("old"));
-  oStorage.Files[kJournal] += writer.Continues({});  // which comes first only
+  std::string bytes = writer.Continues(VersionOf("old"));
+  bytes += writer.Changed(Adding("a"));
+  bytes += writer.Continues({});  // which comes first only
+  bytes += writer.Changed(Adding("b"));
+  return bytes;
+}
 
-  EXPECT_EQ(Reopened(), "error " + std::to_string(platform::kInvalidData));
+TEST_F(CompanyFileTest, LeavesOutARecordThatNobodyCanCarryOut) {
+  oStorage.Files[kJournal] = HalfBadJournal();
+
+  EXPECT_EQ(Reopened(), "old a b");
+  CompanyFile file = Open();
+  ASSERT_EQ(file.RecordsLeftOut().size(), 1u);
+  EXPECT_EQ(file.RecordsLeftOut()[0].record.number, 3u);
+}
+
+TEST_F(CompanyFileTest, TellsOfRecordsLeftOutInTheirOrder) {
+  oStorage.Files[kJournal] = HalfBadJournal();
+  CompanyFile file = Open();
+
+  file.LeaveOut({{.number = 4, .position = 9}, "late"});
+  file.LeaveOut({{.number = 2, .position = 1}, "early"});
+
+  ASSERT_EQ(file.RecordsLeftOut().size(), 3u);
+  EXPECT_EQ(file.RecordsLeftOut()[0].why, "early");
+  EXPECT_EQ(file.RecordsLeftOut()[2].why, "late");
+}
+
+TEST_F(CompanyFileTest, KeepsAJournalOfWhichRecordsWereLeftOutWhenItIsFolded) {
+  const std::string bad = HalfBadJournal();
+  oStorage.Files[kJournal] = bad;
+  CompanyFile file = Open();
+
+  EXPECT_EQ(file.Fold("old+a+b"), 0);
+
+  EXPECT_EQ(oStorage.Files[kPath], "old+a+b");
+  EXPECT_FALSE(oStorage.Files.contains(kJournal));
+  ASSERT_EQ(oStorage.Files.size(), 2u);
+  EXPECT_TRUE(oStorage.Files.rbegin()->second.starts_with(bad));
+  EXPECT_TRUE(file.RecordsLeftOut().empty());
+  EXPECT_EQ(file.Append(Adding("c")), 0);
+  EXPECT_EQ(Reopened(), "old+a+b c");
+}
+
+TEST_F(CompanyFileTest, KeepsItWhereverThatFoldingEnds) {
+  constexpr int kSteps = 4;  // note in the journal, new file, its rename, the journal's
+  for (int step = 1; step <= kSteps; ++step) {
+    oStorage = FakeCompanyStorage();
+    oStorage.Files[kPath] = "old";
+    oStorage.Files[kJournal] = HalfBadJournal();
+    CompanyFile file = Open();
+    oStorage.iCrashAt = step;
+
+    EXPECT_THROW(file.Fold("old+a+b"), FakeCompanyStorage::Crash) << step;
+
+    EXPECT_EQ(Reopened(), step < kSteps ? "old a b" : "old+a+b") << step;
+    oStorage.iCrashAt = 0;
+    CompanyFile again = Open();
+    if (step < kSteps) {
+      EXPECT_EQ(again.Fold("old+a+b"), 0);
+    }
+    EXPECT_EQ(again.Append(Adding("c")), 0);
+    EXPECT_EQ(Reopened(), "old+a+b c") << step;
+    EXPECT_EQ(std::ranges::count_if(
+                  oStorage.Files,
+                  [](const auto& entry) { return entry.first.starts_with(Text(kJournal) + u"-"); }),
+              1)
+        << step;
+  }
+}
+
+TEST_F(CompanyFileTest, TakesNoMoreElementsThanItsLimit) {
+  const std::size_t elements = CountElements(Adding("a"));
+
+  EXPECT_EQ(Open({.elements = elements - 1}).Append(Adding("a")), platform::kFileTooLarge);
+  EXPECT_FALSE(oStorage.Files.contains(kJournal));
+
+  EXPECT_EQ(Open({.elements = elements}).Append(Adding("a")), 0);
+  EXPECT_EQ(Reopened(), "old a");
+}
+
+TEST_F(CompanyFileTest, TakesNoMoreBytesThanItsLimit) {
+  const std::size_t bytes = JournalWriter().Changed(Adding("a")).size();
+
+  EXPECT_EQ(Open({.bytes = bytes - 1}).Append(Adding("a")), platform::kFileTooLarge);
+  EXPECT_FALSE(oStorage.Files.contains(kJournal));
+
+  EXPECT_EQ(Open({.bytes = bytes}).Append(Adding("a")), 0);
+  EXPECT_EQ(Reopened(), "old a");
+}
+
+TEST_F(CompanyFileTest, CanReadTheLargestRecordThatItTakes) {
+  Changes changes = Adding("wide");
+  Element& object = *changes.front().object;
+  object.children.resize(object.children.size() + RecordLimits().elements - CountElements(changes),
+                         Element{.name = "L"});
+
+  EXPECT_EQ(Open().Append(changes), 0);
+  EXPECT_EQ(Reopened(), "old wide");
+
+  object.Add("L");
+  EXPECT_EQ(Open().Append(changes), platform::kFileTooLarge);
 }
 
 TEST_F(CompanyFileTest, IsFoldedIntoOneFile) {

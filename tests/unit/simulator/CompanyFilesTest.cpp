@@ -82,6 +82,45 @@ TEST_F(CompanyFilesTest, SayThatAFileMustNotBeWritten) {
   EXPECT_EQ(oFiles.CheckWritable(oFolder.Path(u"a.qbw"), mark), platform::kSharingViolation);
 }
 
+TEST_F(CompanyFilesTest, LockACompanyOnce) {
+  oFolder.Write(u"a.qbw", "old");
+  const CompanyHold hold = oFiles.Lock(oFolder.Path(u"a.qbw"));
+  EXPECT_EQ(hold.error, 0);
+  ASSERT_NE(hold.lock, nullptr);
+
+  const CompanyHold second = oFiles.Lock(oFolder.Path(u"a.qbw"));
+
+  EXPECT_EQ(second.error, platform::kSharingViolation);
+  EXPECT_EQ(second.lock, nullptr);
+  EXPECT_EQ(oFiles.Lock(oFolder.Path(u"b.qbw")).error, 0);
+  std::string bytes;
+  EXPECT_EQ(oFiles.Read(oFolder.Path(u"a.qbw"), bytes), 0);
+}
+
+TEST_F(CompanyFilesTest, LeaveNothingOfALockThatIsGivenBack) {
+  oFolder.Write(u"a.qbw", "old");
+  CompanyHold hold = oFiles.Lock(oFolder.Path(u"a.qbw"));
+
+  hold.lock.reset();
+
+  EXPECT_EQ(oFolder.EntryCount(), 1u);
+  EXPECT_EQ(oFiles.Lock(oFolder.Path(u"a.qbw")).error, 0);
+}
+
+// What a process that was killed leaves behind.
+TEST_F(CompanyFilesTest, TakeALockThatNobodyHolds) {
+  oFolder.Write(u"a.qbw.lock", "");
+
+  EXPECT_EQ(oFiles.Lock(oFolder.Path(u"a.qbw")).error, 0);
+}
+
+TEST_F(CompanyFilesTest, SayWhyACompanyCannotBeLocked) {
+  const CompanyHold hold = oFiles.Lock(oFolder.Path(u"missing\\a.qbw"));
+
+  EXPECT_EQ(hold.error, platform::kPathNotFound);
+  EXPECT_EQ(hold.lock, nullptr);
+}
+
 TEST_F(CompanyFilesTest, PutAFileInThePlaceOfAnother) {
   oFolder.Write(u"a.qbw", "old");
   oFolder.Write(u"a.qbw.new", "new");

@@ -3,7 +3,10 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/SystemError.h"
 #include "simulator/CompanyStorage.h"
@@ -58,7 +61,24 @@ class FakeCompanyStorage : public simulator::CompanyStorage {
     return Change([&] { Files.erase(Text(path)); });
   }
 
+  int iLockError = 0;
+  std::vector<Text> Locked;  // while the lock lives
+
+  simulator::CompanyHold Lock(TextView path) override {
+    if (iLockError != 0) return {.error = iLockError};
+    return {.lock = std::make_unique<FakeLock>(*this, Text(path))};
+  }
+
  private:
+  struct FakeLock : simulator::CompanyLock {
+    FakeLock(FakeCompanyStorage& storage, Text path) : oStorage(storage), sPath(std::move(path)) {
+      oStorage.Locked.push_back(sPath);
+    }
+    ~FakeLock() override { std::erase(oStorage.Locked, sPath); }
+    FakeCompanyStorage& oStorage;
+    Text sPath;
+  };
+
   int Change(
       const std::function<void()>& carryOut, const std::function<void()>& begin = [] {}) {
     if (iWriteError != 0) return iWriteError;

@@ -93,18 +93,108 @@ TEST(OpenCompany, WritesDownTheIdsThatItGaveBeforeAJournalNamesThem) {
   EXPECT_EQ(survivor.Balance("Customer", "Abbott"), killed.Balance("Customer", "Abbott"));
 }
 
-TEST(OpenCompany, CannotBeOpenedWhenItsJournalGivesANameTwice) {
+simulator::Change Putting(const std::string& kind, const std::string& id, const std::string& name) {
+  simulator::Element object{.name = kind};
+  object.Add("ListID", id);
+  object.Add("FullName", name);
+  object.Add("IsActive", "true");
+  return {.kind = simulator::FindKind(kind), .id = id, .object = object};
+}
+
+TEST(OpenCompany, LeavesOutARecordThatGivesANameTwiceAndKeepsTheOthers) {
   Books killed;
   killed.Add("Customer", "<Name>First</Name>");
   auto& files = killed.oStorage.Files;
-  simulator::JournalWriter writer = simulator::ReadJournal(files[kJournal])->writer;
-  simulator::Element twin{.name = "Customer"};
-  twin.Add("ListID", "8000FFFF-1");
-  twin.Add("FullName", "FIRST");
+  simulator::JournalWriter writer = simulator::ReadJournal(files[kJournal]).writer;
   files[kJournal] += writer.Changed(
-      {{.kind = simulator::FindKind("Customer"), .id = "8000FFFF-1", .object = twin}});
+      {Putting("Customer", "8000FFFE-1", "Beside"), Putting("Customer", "8000FFFF-1", "FIRST")});
+  files[kJournal] += writer.Changed({Putting("Customer", "8000FFFD-1", "Later")});
 
-  EXPECT_EQ(FailureOf([&] { Survivor{killed}; }), 0x80040409);
+  Survivor survivor(killed);
+
+  EXPECT_TRUE(survivor.Has("First"));
+  EXPECT_TRUE(survivor.Has("Later"));
+  EXPECT_FALSE(survivor.Has("Beside"));
+  // A client may know the numbers of what was left out.
+  EXPECT_EQ(survivor.Add("Customer", "<Name>New</Name>").Text("ListID").substr(0, 8), "80010000");
+}
+
+TEST(OpenCompany, TakesNoNameTwiceFromOneRecord) {
+  Books killed;
+  killed.Add("Customer", "<Name>First</Name>");
+  auto& files = killed.oStorage.Files;
+  simulator::JournalWriter writer = simulator::ReadJournal(files[kJournal]).writer;
+  files[kJournal] += writer.Changed(
+      {Putting("Customer", "8000FFFE-1", "Twin"), Putting("Customer", "8000FFFF-1", "twin")});
+
+  EXPECT_FALSE(Survivor(killed).Has("Twin"));
+}
+
+// Where in the journal the record with this text begins.
+std::size_t RecordWith(const std::string& journal, const std::string& text) {
+  return journal.rfind("<?record", journal.find(text));
+}
+
+TEST(OpenCompany, LeavesOutWhatRefersToADamagedRecordAndKeepsTheRest) {
+  Books killed;
+  killed.Add("Class", "<Name>Wood</Name>");
+  killed.Add("Class", "<Name>Oak</Name>" + Books::Ref("ParentRef", "Wood"));
+  killed.Add("Customer", "<Name>Later</Name>");
+  std::string& journal = killed.oStorage.Files[kJournal];
+  journal[journal.find("<Name>Wood") + 7] = 'X';
+
+  Survivor survivor(killed);
+
+  EXPECT_EQ(survivor.Find("Class", "Wood").Code(), "500");
+  EXPECT_EQ(survivor.Find("Class", "Wood:Oak").Code(), "500");
+  EXPECT_TRUE(survivor.Has("Later"));
+}
+
+TEST(OpenCompany, KeepsPaymentsOutOfWhatIsNotThere) {
+  Books killed;
+  const QbxmlAnswer invoice = killed.InvoiceTwoHammers();
+  killed.Pay(invoice, "7.00");
+  std::string& journal = killed.oStorage.Files[kJournal];
+  // Its second record is the payment, with the invoice as it is then: it stands by itself.
+  journal[journal.find("<RefNumber>1<", RecordWith(journal, "<Invoice>")) + 1] = 'X';
+  EXPECT_EQ(Survivor(killed).Query("Invoice").Text("AppliedAmount"), "-7.00");
+  // Without the invoice in it, it does not.
+  simulator::JournalWriter writer = simulator::ReadJournal(journal).writer;
+  simulator::Element payment{.name = "ReceivePayment"};
+  payment.Add("TxnID", "FF-1");
+  payment.Add("TxnDate", "2010-01-05");
+  payment.Add("AppliedToTxnRet").Add("TxnID", "FE-1");
+  journal += writer.Changed(
+      {{.kind = simulator::FindKind("ReceivePayment"), .id = "FF-1", .object = payment}});
+
+  EXPECT_EQ(Survivor(killed).Query("ReceivePayment", "<TxnID>FF-1</TxnID>").Code(), "500");
+}
+
+// The next reader finds neither the damage nor any doubt.
+TEST(OpenCompany, IsWrittenAnewWithoutWhatWasLeftOutBeforeItIsChanged) {
+  Books killed;
+  killed.Add("Class", "<Name>Wood</Name>");
+  killed.Add("Class", "<Name>Stone</Name>");
+  std::string& journal = killed.oStorage.Files[kJournal];
+  journal[journal.find("<Name>Wood") + 7] = 'X';
+  Survivor survivor(killed);
+
+  EXPECT_EQ(survivor.Add("Class", "<Name>Wood</Name>").Code(), "0");
+
+  Survivor next(survivor);
+  EXPECT_EQ(next.Query("Class").Count(), 2u);
+  EXPECT_EQ(next.oStorage.Files.size(), 3u);  // with the damaged journal under its own name
+}
+
+TEST(OpenCompany, ThatCannotBeLockedTakesNoChanges) {
+  Books books;
+  books.oProcessor.EndSession(books.sTicket);
+  books.oStorage.iLockError = platform::kAccessDenied;
+  books.sTicket = books.oProcessor.BeginSession(Books::kPath, platform::FileMode::kDoNotCare);
+
+  EXPECT_EQ(books.Add("Customer", "<Name>First</Name>").Code(), "3180");
+
+  EXPECT_EQ(books.Query("Customer").Count(), 3u);
 }
 
 TEST(OpenCompany, RefusesChangesAfterAnotherProgramHasWrittenItsFile) {

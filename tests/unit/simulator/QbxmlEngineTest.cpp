@@ -194,6 +194,35 @@ TEST(QbxmlEngine, DoesNotStopAtAWarning) {
   EXPECT_THAT(answer, HasSubstr("<HostRet>"));
 }
 
+// A response of so many bytes, half of them a customer's notes.
+std::string MuchOf(int customers) {
+  std::string company = "<Company>";
+  for (int i = 0; i < customers; ++i) {
+    company += "<Customer><Name>" + std::to_string(i) + "</Name><Notes>" +
+               std::string(1024 * 1024, 'x') + "</Notes></Customer>";
+  }
+  return company + "</Company>";
+}
+
+TEST(QbxmlEngine, EndsAResponseThatWouldTakeAllMemory) {
+  Conversation client(MuchOf(16));
+  std::string queries;
+  for (int i = 0; i < 7; ++i) queries += "<CustomerQueryRq/>";
+  EXPECT_EQ(client.FailureOfAsking(queries), 0u);
+
+  for (int i = 0; i < 5'000; ++i) queries += "<CustomerQueryRq/>";
+
+  EXPECT_EQ(client.FailureOfAsking(queries), 0x8004040E);
+}
+
+TEST(QbxmlEngine, EndsOneMessagesResponseThatWouldTakeAllMemory) {
+  Conversation client(MuchOf(1));
+  std::string keys;
+  for (int i = 0; i < 200; ++i) keys += "<FullName>0</FullName>";
+
+  EXPECT_EQ(client.FailureOfAsking("<CustomerQueryRq>" + keys + "</CustomerQueryRq>"), 0x8004040E);
+}
+
 TEST(QbxmlEngine, RefusesMoreElementsThanMemoryIsMeantFor) {
   std::string messages;
   for (int i = 0; i < 500'000; ++i) messages += "<HostQueryRq/>";

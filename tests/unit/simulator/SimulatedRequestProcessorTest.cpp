@@ -35,18 +35,26 @@ class SimulatedRequestProcessorTest : public testing::Test {
     oStorage.Files[Text(file)] = "<Company><Behaviour " + attributes + "/></Company>";
   }
 
+  // What runs may put something else into its own place.
+  static void RunCopy(const std::function<void()>& action) {
+    const std::function<void()> copy = action;
+    copy();
+  }
+
   doubles::FakeCompanyStorage oStorage;
   doubles::FakeClock oClock;
   std::vector<std::int64_t> Delays;  // milliseconds
   int Deaths = 0;
   std::function<void()> DuringDelay = [] {};
+  std::function<void()> Dispatch = [] {};
   simulator::QuickBooks oQuickBooks{{.storage = oStorage,
                                      .clock = oClock,
                                      .delay =
                                          [this](std::chrono::milliseconds time, const bool&) {
                                            Delays.push_back(time.count());
-                                           DuringDelay();
+                                           RunCopy(DuringDelay);
                                          },
+                                     .dispatch = [this] { RunCopy(Dispatch); },
                                      .die = [this] { ++Deaths; },
                                      .usersCompany = kUsers}};
   SimulatedRequestProcessor oProcessor{oQuickBooks};
@@ -254,6 +262,165 @@ TEST_F(SimulatedRequestProcessorTest, GivesFailuresOfItsOwnTheirSentence) {
   } catch (const platform::RequestProcessorError& error) {
     EXPECT_EQ(error.Description, u"Could not start QuickBooks.");
   }
+}
+
+TEST_F(SimulatedRequestProcessorTest, LocksTheCompanyWhileItIsOpen) {
+  oStorage.Files[kUsers] = "<Company/>";
+  Connect();
+  EXPECT_THAT(oStorage.Locked, testing::IsEmpty());
+
+  const Text ticket = Begin();
+  EXPECT_THAT(oStorage.Locked, ElementsAre(kBooks));
+
+  oProcessor.EndSession(ticket);
+  EXPECT_THAT(oStorage.Locked, testing::IsEmpty());
+  const Text users = Begin(u"");
+  EXPECT_THAT(oStorage.Locked, ElementsAre(kUsers));
+}
+
+TEST_F(SimulatedRequestProcessorTest, LocksACompanyOnceForAllClients) {
+  Connect();
+  Begin();
+  oSecond.OpenConnection(u"", u"Second");
+
+  oSecond.BeginSession(kBooks, FileMode::kDoNotCare);
+  EXPECT_THAT(oStorage.Locked, ElementsAre(kBooks));
+  oProcessor.CloseConnection();
+
+  EXPECT_THAT(oStorage.Locked, ElementsAre(kBooks));
+}
+
+TEST_F(SimulatedRequestProcessorTest, RefusesACompanyThatAnotherProcessHasOpen) {
+  oStorage.iLockError = platform::kSharingViolation;
+  Connect();
+
+  EXPECT_EQ(FailureOf([&] { Begin(); }), 0x8004041B);
+
+  EXPECT_THAT(Delays, testing::SizeIs(9));
+}
+
+TEST_F(SimulatedRequestProcessorTest, WaitsAMomentForAProcessThatIsClosingTheCompany) {
+  oStorage.iLockError = platform::kSharingViolation;
+  Connect();
+  DuringDelay = [&] { oStorage.iLockError = Delays.size() == 3 ? 0 : oStorage.iLockError; };
+
+  EXPECT_EQ(FailureOf([&] { Begin(); }), 0u);
+
+  EXPECT_THAT(Delays, testing::SizeIs(3));
+}
+
+TEST_F(SimulatedRequestProcessorTest, SharesWhatAnotherClientHasOpenedWhileItWaited) {
+  oStorage.iLockError = platform::kSharingViolation;
+  Connect();
+  oSecond.OpenConnection(u"", u"Second");
+  DuringDelay = [&] {
+    oStorage.iLockError = 0;
+    oSecond.BeginSession(kBooks, FileMode::kDoNotCare);
+    oStorage.iLockError = platform::kSharingViolation;
+    DuringDelay = [] {};
+  };
+
+  EXPECT_EQ(FailureOf([&] { Begin(); }), 0u);
+
+  EXPECT_THAT(oStorage.Locked, ElementsAre(kBooks));
+}
+
+TEST_F(SimulatedRequestProcessorTest, GivesUpWaitingForAnotherProcess) {
+  oStorage.iLockError = platform::kSharingViolation;
+  Connect();
+  DuringDelay = [&] { oProcessor.GiveUp(); };
+
+  EXPECT_EQ(FailureOf([&] { Begin(); }), 0x80010002);
+
+  EXPECT_THAT(Delays, testing::SizeIs(1));
+}
+
+TEST_F(SimulatedRequestProcessorTest, OpensACompanyInAFolderWhereNothingCanBeWritten) {
+  oStorage.iLockError = platform::kAccessDenied;
+  Connect();
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(Begin(), kHostQuery); }), 0u);
+}
+
+// A request that takes long enough for events to have their turn.
+Text ManyQueries() {
+  Text request = u"<?qbxml version=\"3.0\"?><QBXML><QBXMLMsgsRq onError=\"stopOnError\">";
+  for (int i = 0; i < 100'000; ++i) request += u"<CustomerQueryRq/>";
+  return request + u"</QBXMLMsgsRq></QBXML>";
+}
+
+TEST_F(SimulatedRequestProcessorTest, GivesUpWhatItComputes) {
+  Connect();
+  const Text ticket = Begin();
+  Dispatch = [&] { oProcessor.GiveUp(); };
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, ManyQueries()); }), 0x80010002);
+}
+
+TEST_F(SimulatedRequestProcessorTest, LetsNoOtherRequestInWhileItComputes) {
+  Connect();
+  const Text ticket = Begin();
+  oSecond.OpenConnection(u"", u"Second");
+  const Text second = oSecond.BeginSession(kBooks, FileMode::kDoNotCare);
+  int turns = 0;
+  Dispatch = [&] {
+    ++turns;
+    EXPECT_EQ(FailureOf([&] { oSecond.ProcessRequest(second, kHostQuery); }), 0x80010001);
+    EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, kHostQuery); }), 0x80010001);
+    oSecond.EndSession(second);
+    EXPECT_EQ(FailureOf([&] { oSecond.BeginSession(kBooks, FileMode::kDoNotCare); }), 0x80010001);
+    Dispatch = [] {};
+  };
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, ManyQueries()); }), 0u);
+
+  EXPECT_EQ(turns, 1);
+  EXPECT_EQ(FailureOf([&] { oSecond.BeginSession(kBooks, FileMode::kDoNotCare); }), 0u);
+}
+
+TEST_F(SimulatedRequestProcessorTest, SurvivesItsSessionsEndWhileItComputes) {
+  Connect();
+  const Text ticket = Begin();
+  Dispatch = [&] {
+    oProcessor.CloseConnection();
+    Dispatch = [] {};
+  };
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, ManyQueries()); }), 0u);
+
+  EXPECT_THAT(oStorage.Locked, testing::IsEmpty());
+}
+
+// The changes before it are whole, and safe in the journal; it is not folded, which may take long.
+TEST_F(SimulatedRequestProcessorTest, KeepsWhatWasDoneBeforeItWasGivenUp) {
+  Connect();
+  const Text ticket = Begin();
+  const Text journal = Text(kBooks) + u".journal";
+  Dispatch = [&] {
+    if (oStorage.Files.contains(journal)) oProcessor.GiveUp();
+  };
+  Text request = ManyQueries();
+  request.insert(request.find(u"<CustomerQ"),
+                 u"<CustomerAddRq><CustomerAdd><Name>Jo</Name></CustomerAdd></CustomerAddRq>");
+
+  EXPECT_EQ(FailureOf([&] { oProcessor.ProcessRequest(ticket, request); }), 0x80010002);
+  oProcessor.CloseConnection();
+
+  EXPECT_THAT(oStorage.Files[journal], HasSubstr("<Name>Jo</Name>"));
+}
+
+TEST_F(SimulatedRequestProcessorTest, GivesUpACompanyThatIsLargeToRead) {
+  std::string company = "<Company>";
+  for (int i = 0; i < 60'000; ++i) {
+    company += "<Class><Name>" + std::to_string(i) + "</Name></Class>";
+  }
+  oStorage.Files[kBooks] = company + "</Company>";
+  Connect();
+  Dispatch = [&] { oProcessor.GiveUp(); };
+
+  EXPECT_EQ(FailureOf([&] { Begin(); }), 0x80010002);
+
+  EXPECT_THAT(oStorage.Locked, testing::IsEmpty());
 }
 
 // Events are dispatched while QuickBooks is slow; a client may hang up then.

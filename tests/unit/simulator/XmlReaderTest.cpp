@@ -55,6 +55,13 @@ TEST(XmlReader, KeepsWhiteSpaceOnlyInTexts) {
   EXPECT_EQ(root.ChildText("b"), " x ");
 }
 
+TEST(XmlReader, TakesMuchWhiteSpaceBetweenChildren) {
+  Text xml = u"<a>";
+  for (int i = 0; i < 900; ++i) xml += Text(2000, u' ') + u"<b/>";
+
+  EXPECT_EQ(Read(xml + u"</a>").root.children.size(), 900u);
+}
+
 TEST(XmlReader, KeepsTextBesideChildrenForTheCallerToRefuse) {
   EXPECT_EQ(Read(u"<a>stray<b/></a>").root.text, "stray");
 }
