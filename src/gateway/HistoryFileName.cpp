@@ -7,10 +7,9 @@ namespace {
 // signs that cannot be seen.
 bool MayStand(char16_t c) {
   constexpr TextView kReserved = u"\\/:*?\"<>| \u00A0";
-  const bool isControl = c < 0x20 || (c >= 0x7F && c < 0xA0);
   const bool isInvisible =
       (c >= 0x2000 && c < 0x2070) || (c >= 0xD800 && c < 0xE000) || c >= 0xFE00;
-  return !isControl && !isInvisible && kReserved.find(c) == TextView::npos;
+  return !IsControl(c) && !isInvisible && kReserved.find(c) == TextView::npos;
 }
 
 }  // namespace

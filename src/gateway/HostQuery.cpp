@@ -97,7 +97,7 @@ bool HostQuery::Run(Text& response, bool bWriteHistory) {
 void HostQuery::Fail(Text& response, std::int32_t number, bool bWriteHistory) {
   response = oSession.ErrorDescription(number);
   oSession.EndSessionAndCloseConnection();
-  oIdleClose.dCloseAt = oClock.Now();
+  oIdleClose.dCloseAt = oClock.SteadyNow();
   if (bWriteHistory) oTrace.WriteHistoryFile(u"Error: " + response);
   oTrace.WriteStatusFile(response);
 }

@@ -1,4 +1,5 @@
-// When an idle QuickBooks session is closed, so that people can work in the company file.
+// When an idle QuickBooks session is closed, so that people can work in the company file. Its clock
+// runs on evenly: setting the machine's clock neither closes a session nor keeps it open.
 #pragma once
 
 #include <cstdint>
@@ -8,15 +9,15 @@
 namespace ostrel {
 
 struct IdleClose {
-  platform::TimePoint dCloseAt{};
+  platform::SteadyPoint dCloseAt{};
   bool bAutoClose = true;  // cleared by OPENQB:, set by CLOSEQB: and the File menu's close command
 
   /// Pushes the moment `timeoutSeconds` ahead of now; 0 or less leaves it where it is.
-  void Extend(platform::TimePoint now, std::int16_t timeoutSeconds) {
+  void Extend(platform::SteadyPoint now, std::int16_t timeoutSeconds) {
     if (timeoutSeconds > 0) dCloseAt = now + std::chrono::seconds(timeoutSeconds);
   }
 
-  bool IsDue(platform::TimePoint now, std::int16_t timeoutSeconds) const {
+  bool IsDue(platform::SteadyPoint now, std::int16_t timeoutSeconds) const {
     return bAutoClose && timeoutSeconds != 0 && now > dCloseAt;
   }
 };

@@ -4,10 +4,12 @@
 #include <exception>
 #include <iterator>
 #include <new>
+#include <utility>
 
 #include "gateway/ErrorTexts.h"
 #include "gateway/RequestHistory.h"
 #include "gateway/XmlProlog.h"
+#include "platform/SystemError.h"
 #include "util/RunTimeError.h"
 #include "util/cFileIO.h"
 
@@ -67,12 +69,18 @@ TextView CompanyFileIn(TextView request) {
   return name.substr(0, name.find_first_of(u"\r\n\u00FE"));
 }
 
-Text DefaultCompanyFile(const Text& iniFile) {
+// Puts the company file of the settings into `name`. Empty, or why it cannot be told.
+Text ReadDefaultCompanyFile(const Text& iniFile, Text& name) {
   cFileIO file;
   file.FullFileName(iniFile);
-  Text name;
   file.ReadINI(u"Quickbooks", u"FileName", name);
-  return name;
+  Text message;
+  std::int32_t error = 0;
+  if (!file.ReadErrorHandler(message, error)) return {};
+  if (error == platform::kMoreData) {
+    return u"The company file name in the settings is longer than 99 characters";
+  }
+  return u"The settings file cannot be read: " + platform::SystemErrorText(error);
 }
 
 float Fail(std::int32_t number, TextView description, Text& response) {
@@ -105,7 +113,7 @@ float RequestHandler::ProcessRequest(Text& request, Text& response) {
 
 void RequestHandler::CloseQuickBooks() {
   oSession.EndSessionAndCloseConnection();
-  oIdleClose.dCloseAt = oClock.Now();
+  oIdleClose.dCloseAt = oClock.SteadyNow();
   oIdleClose.bAutoClose = true;
 }
 
@@ -129,10 +137,16 @@ std::int32_t RequestHandler::Process(Text& request, Text& response) {
 }
 
 std::int32_t RequestHandler::SelectCompanyFile(TextView request, Text& response) {
-  oSettings.sQBFileName = CompanyFileIn(request);
-  if (UpperCase(oSettings.sQBFileName) == u"DEFAULT") {
-    oSettings.sQBFileName = DefaultCompanyFile(oSettings.sIniFile);
+  Text name(CompanyFileIn(request));
+  if (UpperCase(name) == u"DEFAULT") {
+    Text failure = ReadDefaultCompanyFile(oSettings.sIniFile, name);
+    if (!failure.empty()) return Refuse(kSettingsUnreadable, std::move(failure), response);
   }
+  // The name is sent to every client that asks for it, and one such character ends a frame.
+  if (std::any_of(name.begin(), name.end(), IsControl)) {
+    return Refuse(kBadFileName, u"The company file name holds a control character", response);
+  }
+  oSettings.sQBFileName = std::move(name);
   // Without a session the name is a sentence that differs, and there is nothing to close.
   if (oSession.CompanyFileName() != oSettings.sQBFileName) oSession.EndSessionAndCloseConnection();
   // Kept: the name stands as it is, not escaped; clients compare it.
@@ -142,6 +156,13 @@ std::int32_t RequestHandler::SelectCompanyFile(TextView request, Text& response)
       oSettings.sQBFileName + u"</QBFileName></QBFileNameRet></QBFileNameRs></QBXMLMsgsRs></QBXML>";
   ExtendIdleClose();
   return 0;
+}
+
+// The company file stays the one that it was.
+std::int32_t RequestHandler::Refuse(std::int32_t number, Text reason, Text& response) {
+  oTrace.AddStatus(u"Request failed: " + ToText(std::int64_t{number}) + u" " + reason);
+  response = std::move(reason);
+  return number;
 }
 
 std::int32_t RequestHandler::CloseOnRequest(Text& response) {
@@ -216,7 +237,7 @@ void RequestHandler::TellFailure(std::int32_t number) {
 }
 
 void RequestHandler::ExtendIdleClose() {
-  oIdleClose.Extend(oClock.Now(), oSettings.iDisconnectTimeout);
+  oIdleClose.Extend(oClock.SteadyNow(), oSettings.iDisconnectTimeout);
 }
 
 }  // namespace ostrel

@@ -13,6 +13,10 @@ namespace ostrel {
 
 class RequestHandler {
  public:
+  /// Numbers of a request that chooses a company file and is refused.
+  static constexpr std::int32_t kBadFileName = 52;         // a name with control characters
+  static constexpr std::int32_t kSettingsUnreadable = 75;  // its name cannot be told
+
   RequestHandler(GatewaySettings& settings, qbxml& session, HostQuery& hostQuery,
                  IdleClose& idleClose, Trace& trace, const platform::Clock& clock);
 
@@ -28,6 +32,7 @@ class RequestHandler {
  private:
   std::int32_t Process(Text& request, Text& response);
   std::int32_t SelectCompanyFile(TextView request, Text& response);
+  std::int32_t Refuse(std::int32_t number, Text reason, Text& response);
   std::int32_t CloseOnRequest(Text& response);
   std::int32_t Submit(Text& request, Text& response, bool isHostQuery);
   std::int32_t EnsureSession(Text& response);

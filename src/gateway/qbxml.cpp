@@ -76,9 +76,14 @@ std::int32_t qbxml::OpenConnectionAndBeginSession(TextView applicationId, TextVi
   return failure != 0 ? failure : BeginSession(companyFile, fileMode, errorNumber);
 }
 
+// The failures of closing are ignored: what went wrong before them stays the last error.
 void qbxml::EndSessionAndCloseConnection() {
+  const std::int32_t number = lLastError;
+  Text description = sLastError;
   EndSession();
   CloseConnection();
+  lLastError = number;
+  sLastError = std::move(description);
 }
 
 std::int32_t qbxml::OpenConnection(TextView applicationId, TextView applicationName,
@@ -111,15 +116,15 @@ std::int32_t qbxml::BeginSession(TextView companyFile, std::int16_t fileMode,
 void qbxml::EndSession() {
   if (!bSessionBegun) return;
   TellStatus(u"Disconnecting from Quickbooks");
-  // A failure is ignored: the session is over either way, and the last error stays what it was.
-  Call([&](auto& processor) { processor.EndSession(Text(sTicket)); });
+  // A failure is noted and no more: the session is over either way.
+  Keep(Call([&](auto& processor) { processor.EndSession(Text(sTicket)); }));
   bSessionBegun = false;
 }
 
 void qbxml::CloseConnection() {
   if (!bConnectionOpen) return;
   TellStatus(u"Closing Quickbooks.");
-  Call([](auto& processor) { processor.CloseConnection(); });  // ignored as above
+  Keep(Call([](auto& processor) { processor.CloseConnection(); }));  // noted as above
   bConnectionOpen = false;
 }
 

@@ -39,6 +39,9 @@ class ApplicationWindow : public MainWindow, public WindowFrame {
   std::function<void()> Resize;
   /// The window is asked to close; nothing closes it but its destruction.
   std::function<void(CloseReason)> CloseRequest;
+  /// Another instance was started and asks this one to be seen; false when it will not be, since it
+  /// is about to end.
+  std::function<bool()> RestoreRequest;
   /// A status line was double-clicked, or Enter pressed on it.
   std::function<void(TextView line)> StatusDoubleClick;
 };
@@ -53,8 +56,8 @@ std::unique_ptr<TextForm> MakeTextForm(const TextFormDescription& description);
 std::unique_ptr<NotifyIcon> MakeNotifyIcon();
 std::unique_ptr<Processes> MakeProcesses();
 
-/// Restores the marked window of another instance when it is minimised, shows it and brings it to
-/// the front. False when no window has the mark.
+/// Asks the marked window of another instance to be seen, in front. False when no window has the
+/// mark or the one that has it is about to end.
 bool ActivateMarkedWindow(TextView mark);
 
 }  // namespace ostrel::platform

@@ -6,7 +6,9 @@
 namespace ostrel::platform {
 
 enum class ConsoleSignal {
-  kExit,           // SIGINT, SIGTERM; Ctrl-C, Ctrl-Break or the console's close on Windows
+  kExit,  // SIGINT, SIGTERM, and SIGHUP unless it was ignored at the start; Ctrl-C, Ctrl-Break
+  kSystemEnds,     // the console's close, log-off, shut-down: the system ends the program in some
+                   // seconds, its exit ends the wait; never raised on POSIX
   kToggleCommLog,  // SIGUSR1; never raised on Windows
 };
 

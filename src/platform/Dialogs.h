@@ -4,6 +4,7 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "util/Text.h"
 
@@ -12,10 +13,35 @@ namespace ostrel::platform {
 enum class Answer { kYes, kNo, kCancel };
 
 struct FileQuestion {
-  Text sFilter;    // descriptions and patterns in turn, separated by "|"
+  Text sFilter;    // descriptions and patterns in turn, separated by "|"; see FilterEntries
   Text sFileName;  // what is offered; empty: nothing
   Text sFolder;    // where the choice begins when nothing is offered
 };
+
+struct FilterEntry {
+  Text sDescription;
+  Text sPattern;
+};
+
+/// The entries that a dialog offers. A piece without a partner at the end belongs to the pattern
+/// before it; such a pattern matches no file, so the plain one stands in front of it, behind ";".
+inline std::vector<FilterEntry> FilterEntries(TextView filter) {
+  std::vector<Text> pieces;
+  for (std::size_t end = 0; end != TextView::npos;) {
+    end = filter.find(u'|');
+    pieces.emplace_back(filter.substr(0, end));
+    if (end != TextView::npos) filter.remove_prefix(end + 1);
+  }
+  std::vector<FilterEntry> entries;
+  for (std::size_t i = 0; i + 1 < pieces.size(); i += 2) {
+    entries.push_back({pieces[i], pieces[i + 1]});
+  }
+  if (pieces.size() % 2 != 0 && !entries.empty()) {
+    Text& pattern = entries.back().sPattern;
+    pattern += u";" + pattern + u"|" + pieces.back();
+  }
+  return entries;
+}
 
 class Dialogs {
  public:

@@ -10,14 +10,20 @@
 
 namespace ostrel::platform {
 
+/// Both reading operations return 0, kMoreData when what they hand out was cut, or another error
+/// number when the file is there and cannot be read. A file that another program uses is tried
+/// again for half a second; no events are dispatched meanwhile. UTF-16 behind the mark FF FE is
+/// read in the code page, and stays UTF-16 when it is written.
+
 /// The value of a key without blanks around it and without a pair of quotes around it; `fallback`
-/// when file, section or key is missing. At most size - 1 bytes.
-std::string ReadProfileValue(TextView path, std::string_view section, std::string_view key,
-                             std::string_view fallback, std::size_t size);
+/// when file, section or key is missing, and when the file cannot be read. At most size - 1 bytes.
+int ReadProfileValue(TextView path, std::string_view section, std::string_view key,
+                     std::string_view fallback, std::size_t size, std::string& value);
 
 /// The section's name=value entries, each ended by a NUL, at most size - 2 bytes in all, cut as the
-/// system cuts.
-std::string ReadProfileSection(TextView path, std::string_view section, std::size_t size);
+/// system cuts. Nothing when the file cannot be read.
+int ReadProfileSection(TextView path, std::string_view section, std::size_t size,
+                       std::string& entries);
 
 /// Creates file, section and key as needed and keeps every other line as it is. A null value
 /// removes the key. 0, or the error number.

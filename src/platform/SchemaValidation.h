@@ -11,7 +11,7 @@ namespace ostrel::platform {
 /// The first fault found. errorCode 0: the text is valid and the rest is empty.
 struct ParseFault {
   std::int32_t errorCode = 0;
-  Text reason;
+  Text reason;               // in the parser's own words, with its line breaks
   Text srcText;              // the source line at fault
   std::int32_t linepos = 0;  // from 1; 0 when the parser does not tell
   std::int32_t line = 0;     // from 1; 0 when the parser does not tell

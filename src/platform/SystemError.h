@@ -20,6 +20,7 @@ inline constexpr int kDiskFull = 112;
 inline constexpr int kInvalidName = 123;
 inline constexpr int kFolderNotEmpty = 145;
 inline constexpr int kFileTooLarge = 223;
+inline constexpr int kMoreData = 234;       // what was read is longer than asked for, and cut
 inline constexpr int kStoppedOnLink = 681;  // a link stands where none is followed
 /// Any failure of the system that has no number above.
 inline constexpr int kGeneralFailure = 31;

@@ -105,6 +105,10 @@ void CommunicationModes::TakeNoMore() {
   if (oSocketServer != nullptr && !bApplying) oSocketServer->StopListening();
 }
 
+bool CommunicationModes::IsServing() const {
+  return oState.bSocketRunning || oState.bWatchActive || tmrProcess.Enabled();
+}
+
 void CommunicationModes::StopTransports() {
   tmrSocketProcess.SetEnabled(false);
   if (oSocketServer != nullptr) oSocketServer->StopServer();
@@ -206,6 +210,7 @@ void CommunicationModes::StartFolderWatch() {
   if (platform::IsSameFolder(oSettings.sProcessPath, oSettings.sResponsePath))
     return RefuseFolder();
   oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, u"*.osl");
+  oFolderTransport.TakeAgain();
   tmrProcess.SetEnabled(true);
 }
 

@@ -33,6 +33,9 @@ class CommunicationModes {
   /// While this is so, the socket server must not be taken down.
   bool IsApplying() const { return bApplying; }
 
+  /// Whether a transport runs or is about to.
+  bool IsServing() const;
+
   /// The menu items: change the setting, apply it, write the flavour to the settings file.
   void ChooseFlavour(std::int32_t commType);
   void mnuCommunicationsFolder_Click();

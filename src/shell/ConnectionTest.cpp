@@ -102,7 +102,7 @@ bool ConnectionTest::OpenSession(Text& failure) {
       return false;
     }
   }
-  oSession.idleClose.Extend(oClock.Now(), oSettings.iDisconnectTimeout);
+  oSession.idleClose.Extend(oClock.SteadyNow(), oSettings.iDisconnectTimeout);
   return true;
 }
 

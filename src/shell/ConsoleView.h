@@ -1,8 +1,11 @@
 // The main window of a program that has none: status lines go to standard output as they are added,
-// message boxes to standard error. Menus and captions show nowhere.
+// message boxes to standard error; nobody waits for whoever reads them. Menus and captions show
+// nowhere.
 #pragma once
 
+#include "platform/Console.h"
 #include "platform/MainWindow.h"
+#include "shell/ConsoleLines.h"
 
 namespace ostrel {
 
@@ -16,6 +19,10 @@ class ConsoleView : public platform::MainWindow {
   void SetMenuEnabled(platform::MenuId, bool) override {}
   void SetMenuVisible(platform::MenuId, bool) override {}
   void ShowMessage(TextView text) override;
+
+ private:
+  ConsoleLines oOutput{platform::WriteStandardOutput};
+  ConsoleLines oErrors{platform::WriteStandardError};
 };
 
 /// The text as one line: what would break it or command a terminal becomes a blank.

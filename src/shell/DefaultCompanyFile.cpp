@@ -7,7 +7,7 @@
 namespace ostrel {
 namespace {
 
-// Kept: the "!" makes one entry of what looks like two.
+// Kept: the "!" makes one entry of what looks like two (platform::FilterEntries).
 constexpr TextView kFilter = u"Quickbooks Database (*.QBW)|*.QBW|All Files!*.*";
 constexpr TextView kUsualFolder = u"C:\\Program Files\\Intuit\\QuickBooks\\";
 constexpr std::int32_t kAsTheProgramLikes = 0;

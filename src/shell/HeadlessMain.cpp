@@ -32,15 +32,18 @@ constexpr TextView kHelp =
     u"  --help           this text\n"
     u"  --version        the program's version\n"
     u"\n"
-    u"SIGINT and SIGTERM end it as File/Exit does, once the request in work has ended and the\n"
-    u"responses have gone out; a second one gives these up. SIGUSR1 switches the communication\n"
+    u"SIGINT, SIGTERM and SIGHUP end it as File/Exit does, once the request in work has ended and\n"
+    u"the responses have gone out; a second one gives these up. SIGUSR1 switches the communication\n"
     u"log.\n";
 
 Text NameAndVersion() { return Text(kProgramName) + u" " + ProgramVersion(); }
 
 void WireSignals(frmMain& form) {
   using platform::ConsoleSignal;
+  using CloseReason = platform::ApplicationWindow::CloseReason;
   platform::OnConsoleSignal(ConsoleSignal::kExit, [&form] { form.MenuClick(mnuFileExit); });
+  platform::OnConsoleSignal(ConsoleSignal::kSystemEnds,
+                            [&form] { form.CloseRequest(CloseReason::kSystemEnds); });
   platform::OnConsoleSignal(ConsoleSignal::kToggleCommLog,
                             [&form] { form.MenuClick(mnuToolsCommLog); });
 }
@@ -72,6 +75,7 @@ int Run(const HeadlessOptions& options) {
                        .unloaded = {}},
       .activatePreviousInstance = [] { return false; },
       .formCreated = formCreated,
+      .endUnlessServing = true,
   });
 }
 

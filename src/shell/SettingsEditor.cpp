@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "shell/RequestInWork.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {
@@ -10,6 +9,7 @@ namespace {
 
 constexpr std::int32_t kLimitInSeconds = 5000;
 constexpr std::int16_t kNormalWithFocus = 1;
+constexpr TextView kReloadWaits = u"The settings are read when the request in work has ended";
 
 }  // namespace
 
@@ -34,10 +34,12 @@ void SettingsEditor::mnuToolsSettings_Click() {
 }
 
 void SettingsEditor::Reload() {
-  {
-    const auto pass = EnterOrTell(oGate, oTrace);
-    if (!pass) return;
+  if (const auto pass = oGate.TryEnter()) {
     oHandler.CloseQuickBooks();
+    bReloadDue = false;
+  } else {
+    if (!std::exchange(bReloadDue, true)) oTrace.AddStatus(kReloadWaits);
+    return;
   }
   try {
     oSettingsFile.LoadSettings();

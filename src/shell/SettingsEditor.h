@@ -17,12 +17,16 @@ class SettingsEditor {
                  RequestHandler& handler, platform::MainWindow& window, Trace& trace,
                  modShellandWait::Surroundings surroundings);
 
-  /// The menu item "Settings": returns when the editor was closed. Transports stay as they are.
+  /// The menu item "Settings": returns when the editor was closed and the settings have been read,
+  /// or are to be read as soon as the request in work has ended. Transports stay as they are.
   void mnuToolsSettings_Click();
 
- private:
+  /// Whether an edited file still waits to be read.
+  bool IsReloadDue() const { return bReloadDue; }
+  /// Closes the session and reads the settings; while a request is in work they stay due.
   void Reload();
 
+ private:
   const AppSettings& oSettings;
   SettingsFile& oSettingsFile;
   RequestGate& oGate;
@@ -30,6 +34,7 @@ class SettingsEditor {
   platform::MainWindow& oWindow;
   Trace& oTrace;
   modShellandWait::Surroundings oSurroundings;
+  bool bReloadDue = false;
 };
 
 }  // namespace ostrel

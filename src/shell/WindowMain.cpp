@@ -29,6 +29,7 @@ void WireWindow(platform::ApplicationWindow& window, frmMain& form) {
   window.MenuClick = [&form](platform::MenuId item) { form.MenuClick(item); };
   window.Resize = [&form] { form.Resize(); };
   window.CloseRequest = [&form](ApplicationWindow::CloseReason why) { form.CloseRequest(why); };
+  window.RestoreRequest = [&form] { return form.Restore(); };
   window.StatusDoubleClick = [&form](TextView line) { form.lstStatus_DblClick(line); };
 }
 

@@ -17,7 +17,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr std::int16_t kUsualDisconnectTimeout = 300;
+// Of the five seconds that the system gives, for the request in work and slow clients; the rest is for
+// QuickBooks' end.
+constexpr milliseconds kPatienceAtTheEnd(2000);
+
 constexpr MenuItem kDebugTools[] = {mnuToolsCommLog, mnuToolsSettings, mnuToolsSep2, mnuToolsTest};
 
 }  // namespace
@@ -107,6 +110,8 @@ frmMain::frmMain(Surroundings surroundings)
                   tmrUnload.SetEnabled(false);
                   Unload();
                 }),
+      tmrReload(milliseconds(1), [this] { tmrReload_Timer(); }),
+      tmrGiveUp(kPatienceAtTheEnd, [this] { tmrGiveUp_Timer(); }),
       oCommunications(
           oSettings, oState, oSettingsFile, oSurroundings.window, oLogs, oSocketTransport,
           tmrSocketProcess,
@@ -118,6 +123,7 @@ frmMain::frmMain(Surroundings surroundings)
   oSocketTransport.RequestQueued = [this] { AnswerSoon(); };
   oGate.Freed = [this] {
     CarryOutUnload();
+    CarryOutReload();
     AnswerSoon();
   };
   oSysTray.Open = [this] { OpenWindow(); };
@@ -138,7 +144,6 @@ void frmMain::Load() {
 
 bool frmMain::RunLoadSteps(TextView& failure) {
   oSurroundings.frame.SetMark(kWindowMark);
-  oSettings.iDisconnectTimeout = kUsualDisconnectTimeout;
   oIdleClose.bAutoClose = true;
   tmrSocketProcess.SetEnabled(true);
   tmrClose.SetEnabled(true);
@@ -213,6 +218,12 @@ void frmMain::Resize() {
   });
 }
 
+bool frmMain::Restore() {
+  if (bUnloadWanted) return false;
+  Guarded(oLogs, u"Restore", [this] { OpenWindow(); });
+  return true;
+}
+
 void frmMain::CloseRequest(platform::ApplicationWindow::CloseReason reason) {
   using Reason = platform::ApplicationWindow::CloseReason;
   Guarded(oLogs, u"CloseRequest", [&] {
@@ -221,9 +232,9 @@ void frmMain::CloseRequest(platform::ApplicationWindow::CloseReason reason) {
       mnuFileHide_Click();
       return;
     }
-    mnuFileExit_Click();
-    // The system waits neither for the request in work nor for slow clients.
-    if (reason == Reason::kSystemEnds && !bUnloaded) GiveUpWaiting();
+    // The system tells of its end more than once.
+    if (reason != Reason::kSystemEnds || !bUnloadWanted) mnuFileExit_Click();
+    if (reason == Reason::kSystemEnds && !bUnloaded) tmrGiveUp.SetEnabled(true);
   });
 }
 
@@ -244,22 +255,23 @@ void frmMain::AnswerSoon() {
 }
 
 void frmMain::tmrProcess_Timer() {
-  // The watch would hold up the handler below for as long as it lasts: tried at the next tick.
-  if (bUnloadWanted || platform::IsNestedHandler()) return;
-  tmrProcess.SetEnabled(false);
+  if (bUnloadWanted) return;
   tmrLook.SetEnabled(true);
+  // The watch would hold up the handler below for as long as it lasts: tried at the next tick.
+  if (platform::IsNestedHandler()) return;
+  tmrProcess.SetEnabled(false);
   Guarded(oLogs, u"tmrProcess", [this] { oFolderTransport.tmrProcess_Timer(); });
 }
 
 void frmMain::tmrLook_Timer() {
   if (bUnloadWanted) return;
-  tmrLook.SetEnabled(oState.bWatchActive);
+  tmrLook.SetEnabled(oState.bWatchActive || tmrProcess.Enabled());
   Guarded(oLogs, u"tmrLook", [this] { oFolderTransport.LookAgain(); });
 }
 
 void frmMain::tmrClose_Timer() {
   if (oGate.IsBusy() || !oQBXML.IsConnected()) return;
-  if (!oIdleClose.IsDue(oSurroundings.clock.Now(), oSettings.iDisconnectTimeout)) return;
+  if (!oIdleClose.IsDue(oSurroundings.clock.SteadyNow(), oSettings.iDisconnectTimeout)) return;
   Guarded(oLogs, u"tmrClose", [this] { mnuFileCloseConnection_Click(); });
 }
 
@@ -268,6 +280,17 @@ void frmMain::tmrLoadingFlag_Timer() {
   Guarded(oLogs, u"tmrLoadingFlag", [this] {
     if (!oSocketTransport.SendLoadingNotice()) oFolderTransport.SendLoadingNotice();
   });
+}
+
+void frmMain::tmrReload_Timer() {
+  tmrReload.SetEnabled(false);
+  if (bUnloadWanted) return;
+  Guarded(oLogs, u"tmrReload", [this] { oSettingsEditor.Reload(); });
+}
+
+void frmMain::tmrGiveUp_Timer() {
+  tmrGiveUp.SetEnabled(false);
+  Guarded(oLogs, u"tmrGiveUp", [this] { GiveUpWaiting(); });
 }
 
 float frmMain::ProcessRequest(Text& request, Text& response) {
@@ -368,6 +391,10 @@ void frmMain::CarryOutUnload() {
   if (!bUnloadWanted || bUnloaded) return;
   // From the loop: who gave the pass back is still on the stack.
   if (!oGate.IsBusy() && !oCommunications.IsApplying()) tmrUnload.SetEnabled(true);
+}
+
+void frmMain::CarryOutReload() {
+  if (oSettingsEditor.IsReloadDue()) tmrReload.SetEnabled(true);
 }
 
 void DeclareSwitches(cCommandLine& commandLine) {

@@ -80,9 +80,15 @@ class frmMain {
   /// anything for five seconds. Harmless when repeated; never raises.
   void Unload();
   bool IsUnloaded() const { return bUnloaded; }
+  void AddStatus(TextView text) { oLogs.AddStatus(text); }
+  /// Whether requests are taken over one way at least.
+  bool IsServing() const { return !bUnloadWanted && oCommunications.IsServing(); }
 
   /// What the window tells. None of it raises.
   void Resize();
+  /// Another instance was started in vain. False when this one is about to end: its window is not
+  /// shown any more.
+  bool Restore();
   void CloseRequest(platform::ApplicationWindow::CloseReason reason);
   void lstStatus_DblClick(TextView line);
 
@@ -96,6 +102,8 @@ class frmMain {
   void tmrLook_Timer();
   void tmrClose_Timer();
   void tmrLoadingFlag_Timer();
+  void tmrReload_Timer();
+  void tmrGiveUp_Timer();
 
  private:
   struct MenuCommand;
@@ -110,6 +118,7 @@ class frmMain {
   bool AwaitDelivery();
   void GiveUpWaiting();
   void CarryOutUnload();
+  void CarryOutReload();
   float ProcessRequest(Text& request, Text& response);
   std::shared_ptr<clsWatchFolder> CreateWatcher();
 
@@ -152,6 +161,8 @@ class frmMain {
   platform::Timer tmrLoadingFlag;
   platform::Timer tmrDelivery;  // looks whether the responses have gone out
   platform::Timer tmrUnload;    // carries out an unload that was put off
+  platform::Timer tmrReload;    // reads the edited settings that had to wait for a request
+  platform::Timer tmrGiveUp;    // ends the waits of the exit when the system ends
   CommunicationModes oCommunications;
   std::array<bool, mnuLast + 1> bRunning{};  // by menu item: its command is on the stack
   bool bUnloadWanted = false;

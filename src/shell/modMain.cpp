@@ -1,5 +1,7 @@
 #include "shell/modMain.h"
 
+#include <chrono>
+#include <thread>
 #include <utility>
 
 #include "platform/EventLoop.h"
@@ -10,26 +12,50 @@ namespace {
 constexpr TextView kInstanceMutex = u"Ostrel_APPLICATION_MUTEX";
 constexpr int kCouldNotStart = 1;
 
-int LeaveToPreviousInstance(const Program& program) {
-  if (program.activatePreviousInstance()) return 0;
-  program.surroundings.window.ShowMessage(
-      u"Windows is unable to find a previous instance of Ostrel Server, but still things there is "
-      u"one running.  Please Reboot your system");
-  return kCouldNotStart;
+enum class Start { kFirst, kActivated, kNotFound };
+
+// Another instance that is about to end, or that has only begun, holds the lock and shows no
+// window.
+Start TryToStart(const Program& program, std::unique_ptr<platform::InstanceLock>& lock) {
+  using Steady = std::chrono::steady_clock;
+  constexpr std::chrono::milliseconds kPause(50);
+  for (const auto until = Steady::now() + program.patience;;) {
+    lock = program.acquireInstanceLock(kInstanceMutex);
+    if (lock != nullptr) return Start::kFirst;
+    if (program.activatePreviousInstance()) return Start::kActivated;
+    if (Steady::now() >= until) return Start::kNotFound;
+    std::this_thread::sleep_for(kPause);
+  }
 }
 
 }  // namespace
 
 int Main(Program program) {
-  const auto instance = program.acquireInstanceLock(kInstanceMutex);
-  if (instance == nullptr) return LeaveToPreviousInstance(program);
+  std::unique_ptr<platform::InstanceLock> instance;
+  const Start start = TryToStart(program, instance);
+  if (start == Start::kActivated) return 0;
+  if (start == Start::kNotFound) {
+    program.surroundings.window.ShowMessage(
+        u"Windows is unable to find a previous instance of Ostrel Server, but still things there "
+        u"is one running.  Please Reboot your system");
+    return kCouldNotStart;
+  }
 
   int exitCode = kCouldNotStart;  // until the form has loaded
-  program.surroundings.unloaded = [&exitCode] { platform::QuitEventLoop(exitCode); };
+  program.surroundings.unloaded = [&] {
+    instance.reset();
+    platform::QuitEventLoop(exitCode);
+  };
+  const bool endUnlessServing = program.endUnlessServing;
   frmMain form(std::move(program.surroundings));
   if (program.formCreated) program.formCreated(form);
   form.Load();
-  exitCode = 0;
+  if (endUnlessServing && !form.IsServing()) {
+    form.AddStatus(u"Nothing is served: the program ends");
+    form.Unload();
+  } else {
+    exitCode = 0;
+  }
   return platform::RunEventLoop();
 }
 

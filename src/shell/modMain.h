@@ -1,6 +1,7 @@
 // Where the program begins, with a window or without: once on a machine, and not a second time.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -20,10 +21,15 @@ struct Program {
   /// Whether this is the first instance: what it returns is held while the program runs.
   std::function<std::unique_ptr<platform::InstanceLock>(TextView name)> acquireInstanceLock =
       platform::AcquireInstanceLock;
+  /// How long another instance that cannot be found may take to end, or to show its window.
+  std::chrono::milliseconds patience{2000};
+  /// For a program that nobody can operate: it ends when nothing is served after its start.
+  bool endUnlessServing = false;
 };
 
 /// Runs the program until its form has unloaded. Returns the exit code: 0, or 1 when it could not
-/// start (another instance runs, or there is no settings file).
+/// start (another instance runs, there is no settings file, or nothing is served by a program that
+/// is to end then). The lock is given back together with the window's mark, when the form unloads.
 int Main(Program program);
 
 }  // namespace ostrel::modMain

@@ -6,6 +6,8 @@ namespace ostrel::modShellandWait {
 namespace {
 
 constexpr std::int32_t kSecondsOfDay = 86400;
+// The time of day tells a second after this limit from the start of the wait, and no longer one.
+constexpr std::int32_t kLongestTimeout = kSecondsOfDay - 2;
 constexpr std::int32_t kShown = 5;
 
 std::int32_t SecondsSinceMidnight(const platform::Clock& clock) {
@@ -17,7 +19,7 @@ std::int32_t SecondsSinceMidnight(const platform::Clock& clock) {
 class Deadline {
  public:
   Deadline(std::int32_t start, std::int32_t timeout)
-      : iStart(start), iEnd(start + std::min(timeout, kSecondsOfDay - 1)) {
+      : iStart(start), iEnd(start + std::min(timeout, kLongestTimeout)) {
     bTomorrow = iEnd >= kSecondsOfDay;
     if (bTomorrow) iEnd -= kSecondsOfDay;
   }

@@ -38,7 +38,7 @@ void FolderTransport::tmrProcess_Timer() {
   oTrace.AddStatus(u"Watching Folder: " + folder);
   SettleLeftovers();
   ScanUntilNothingWaits(*watcher, folder);
-  if (!bTakeNoMore) watcher->WatchFolder(folder);
+  if (watcher == oWatchFolder && !bTakeNoMore) watcher->WatchFolder(folder);
 }
 
 // The deletions of these scans raise no event: nothing watches yet.
@@ -157,7 +157,7 @@ void FolderTransport::ProcessInto(ResponseFile& file, Text request) {
 }
 
 void FolderTransport::LookAgain() {
-  if (oWatchFolder == nullptr || bScanning || bTakeNoMore || oGate.IsBusy()) return;
+  if (bScanning || bTakeNoMore || oGate.IsBusy()) return;
   oResponses.PlaceWaiting();
   if (!IsFolderThere()) return;
   ListAnew();

@@ -45,14 +45,16 @@ class FolderTransport {
   /// Answers the request files of one listing, events dispatched between them; ends early while
   /// another request is in work. Does nothing while a scan is on the stack.
   void ScanProcessFolder(TextView folder);
-  /// For every two seconds while the folder is watched: takes what no notification told of, and
-  /// tries again what could not be done before.
+  /// For every two seconds while the folder is watched, or is to be: takes what no notification
+  /// told of, and tries again what could not be done before.
   void LookAgain();
 
   /// Tells the next waiting client that QuickBooks is still loading (kept: not the one whose
   /// request is in work).
   void SendLoadingNotice();
 
+  /// The transport was switched on: LookAgain takes request files until the watch can begin.
+  void TakeAgain() { bTakeNoMore = false; }
   /// The scan on the stack ends after the file in work, until tmrProcess_Timer begins anew.
   void TakeNoMore() { bTakeNoMore = true; }
   /// Ends watch and scan on the stack as soon as the handlers above them return.

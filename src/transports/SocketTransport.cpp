@@ -223,7 +223,7 @@ bool SocketTransport::SendBlocks(HeldResponse& response) {
   Text block;
   TextView rest = response.sText;
   while (!rest.empty()) {
-    const TextView piece = rest.substr(0, static_cast<std::size_t>(oSettings.lBlockSize));
+    const TextView piece = rest.substr(0, oSettings.BlockSize());
     rest.remove_prefix(piece.size());
     response.oShare.Resize(response.oShare.Size() - piece.size() * kQueuedBytes);
     // A line break across the edge of two blocks goes out as CR and LF (kept: required).

@@ -2,6 +2,7 @@
 // file.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "util/Text.h"
@@ -14,7 +15,12 @@ struct TransportSettings {
   Text sProcessPath;   // folder watched for request files, no separator at its end
   Text sResponsePath;  // folder of response files, no separator at its end
   std::int32_t lSocketPort = 0;
-  std::int32_t lBlockSize = 0;  // characters of a socket response sent at once; at least 1
+  std::int32_t lBlockSize = kDefaultBlockSize;  // as the settings file has it
+
+  /// Characters of a socket response sent at once.
+  std::size_t BlockSize() const {
+    return static_cast<std::size_t>(lBlockSize < 1 ? kDefaultBlockSize : lBlockSize);
+  }
 };
 
 }  // namespace ostrel

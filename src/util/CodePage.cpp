@@ -16,21 +16,6 @@ constexpr std::size_t kBlock = 64;
 constexpr char kOutside = '?';
 constexpr char16_t kPrivateUse = 0xF700;
 
-// Windows-1252's characters of bytes 0x80 to 0x9F; a byte without one keeps its own number.
-constexpr TextView kWindows1252 =
-    u"\u20AC\u0081\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u008D\u017D"
-    u"\u008F\u0090\u2018\u2019\u201C\u201D\u2022\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u009D"
-    u"\u017E\u0178";
-
-Characters Windows1252() {
-  Characters characters;
-  for (std::size_t byte = 0; byte < characters.size(); ++byte) {
-    const bool own = byte < 0x80 || byte >= 0xA0;
-    characters[byte] = own ? static_cast<char16_t>(byte) : kWindows1252[byte - 0x80];
-  }
-  return characters;
-}
-
 // The byte that holds character 254 elsewhere in the code page takes over what byte 254 held.
 void PlaceAttributeMark(Characters& characters) {
   const auto holder = std::find(characters.begin(), characters.end(), kAttributeMark);
@@ -77,7 +62,7 @@ const CodePageTable& SystemTable() {
 }  // namespace
 
 CodePageTable::CodePageTable(const std::optional<Characters>& characters)
-    : aCharacterOf(characters ? *characters : Windows1252()) {
+    : aCharacterOf(characters ? *characters : platform::Windows1252()) {
   for (std::size_t byte = 0; byte < 0x80; ++byte) aCharacterOf[byte] = static_cast<char16_t>(byte);
   PlaceAttributeMark(aCharacterOf);
 

@@ -65,13 +65,34 @@ char32_t TakeCodePoint(std::string_view& utf8) {
 }
 
 // Capital Latin-1 letters are 0xC0 to 0xDE, small ones 0xE0 to 0xFE; 0xD7 and 0xF7 are signs.
+constexpr bool IsCapitalLatin1(char16_t c) {
+  return (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
+}
+constexpr bool IsSmallLatin1(char16_t c) {
+  return (c >= u'a' && c <= u'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7);
+}
+
+// The letters of Windows-1252 beyond Latin-1: S and Z with caron, OE, Y with diaeresis.
+struct Letter {
+  char16_t capital, small;
+};
+constexpr Letter kOtherLetters[] = {{0x160, 0x161}, {0x17D, 0x17E}, {0x152, 0x153}, {0x178, 0xFF}};
+
 constexpr char16_t Lower(char16_t c) {
-  const bool capital = (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c <= 0xDE && c != 0xD7);
-  return capital ? static_cast<char16_t>(c + 0x20) : c;
+  if (IsCapitalLatin1(c)) return static_cast<char16_t>(c + 0x20);
+  if (c < 0x100) return c;
+  for (const Letter& letter : kOtherLetters) {
+    if (c == letter.capital) return letter.small;
+  }
+  return c;
 }
 constexpr char16_t Upper(char16_t c) {
-  const bool small = (c >= u'a' && c <= u'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7);
-  return small ? static_cast<char16_t>(c - 0x20) : c;
+  if (IsSmallLatin1(c)) return static_cast<char16_t>(c - 0x20);
+  if (c < 0xFF) return c;
+  for (const Letter& letter : kOtherLetters) {
+    if (c == letter.small) return letter.capital;
+  }
+  return c;
 }
 
 template <char16_t (*kMap)(char16_t)>

@@ -31,12 +31,15 @@ Text ToText(float number);
 /// "True" or "False".
 Text BooleanWord(bool value);
 
-/// Case is that of the invariant locale: Latin letters, Latin-1 included.
+/// Case is that of the letters of Windows-1252, on every system; other letters have none.
 Text LowerCase(TextView text);
 Text UpperCase(TextView text);
 
 /// Without the blanks (character 32 only) at both ends.
 TextView TrimBlanks(TextView text);
+
+/// Whether it moves a cursor or separates pieces of data rather than being seen.
+constexpr bool IsControl(char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
 
 bool Contains(TextView text, TextView part);
 /// Every occurrence, left to right, without overlap; one pass. An empty `from` changes nothing.

@@ -139,7 +139,9 @@ int cFileIO::ValidateDirectory(TextView path) {
 }
 
 void cFileIO::ValidateFile(TextView name) {
-  if (!OpenFile(name, u"R") && OpenFile({}, u"W")) SetCursorPos(FileSize());
+  // A file that is there and cannot be read is left alone: another program may be writing it.
+  const bool isMissing = !OpenFile(name, u"R") && lErrorNumber == platform::kFileNotFound;
+  if (isMissing && OpenFile({}, u"W")) SetCursorPos(FileSize());
   CloseFile();
   ClearError();
 }

@@ -36,7 +36,7 @@ class cFileIO {
   void SetCursorPos(std::int64_t position);
   std::int64_t CurrentPos() const;
   bool IsEOF() const;
-  /// Hands out the error of the last operation on the open file (each one clears it first), with a
+  /// Hands out the error of the last operation on the file (each one clears it first), with a
   /// number of platform/SystemError.h. True when there is one.
   bool ReadErrorHandler(Text& errorMessage, std::int32_t& errorNumber) const;
   /// In bytes; 0 when the file is not open.
@@ -98,10 +98,13 @@ class cFileIO {
   /// RunTimeError with the sources "IniFile::ReadIni" (for both reading operations), "IniFile::
   /// WriteIni", "IniFile::DeleteIni" and "IniFile::DeleteIniAll": 53 when the object names no file,
   /// and in the last three anything else.
-  /// ReadINI creates an empty file when there is none; values are cut to 99 characters.
+  /// ReadINI creates an empty file when there is none; values are cut to 99 characters. A value
+  /// that was cut (kMoreData) and a file that could not be read, where the value is the fallback,
+  /// are left for ReadErrorHandler, as ReadINISection leaves them.
   void ReadINI(TextView section, TextView item, Text& value, TextView fallback = {});
-  /// Rows of name and value; a value is cut at its first "=". The first entry without "="
-  /// gets its name only, and those after it stay empty.
+  /// Rows of name and value; a value is cut at its first "=". A section longer than 32765 bytes
+  /// ends there, in the middle of a row perhaps. The first entry without "=" gets its name only,
+  /// and those after it stay empty.
   void ReadINISection(TextView section, std::vector<std::pair<Text, Text>>& table);
   void WriteIni(TextView section, TextView item, TextView value);
   void DeleteIni(TextView section, TextView item);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/Profile.h"
+#include "platform/SystemError.h"
 #include "util/CodePage.h"
 #include "util/RunTimeError.h"
 #include "util/cFileIO.h"
@@ -62,10 +63,13 @@ TextView TakePiece(TextView& text, char16_t separator) {
   return piece;
 }
 
+// An entry that the buffer had no room for is a row as well, as far as it goes.
 // A value that itself contains "=" is cut there, and an entry without "=" ends the filling: its row
 // has a name only and the rows after it are empty. kept: the table has always been like this.
 void FillTable(TextView entries, std::vector<std::pair<Text, Text>>& table) {
-  table.assign(static_cast<std::size_t>(std::count(entries.begin(), entries.end(), u'\0')), {});
+  const auto ended = std::count(entries.begin(), entries.end(), u'\0');
+  const bool isLastCut = !entries.empty() && entries.back() != u'\0';
+  table.assign(static_cast<std::size_t>(ended) + (isLastCut ? 1 : 0), {});
   for (auto& [name, value] : table) {
     TextView entry = TakePiece(entries, u'\0');
     const bool hasValue = Contains(entry, u"=");
@@ -85,12 +89,15 @@ Text cFileIO::ProfilePath() const {
 void cFileIO::ReadINI(TextView section, TextView item, Text& value, TextView fallback) {
   try {
     ValidateFile(ProfilePath());
-    const std::string bytes = platform::ReadProfileValue(
-        ProfilePath(), TextToBytes(section), TextToBytes(item), TextToBytes(fallback), kValueSize);
+    std::string bytes;
+    const int error =
+        platform::ReadProfileValue(ProfilePath(), TextToBytes(section), TextToBytes(item),
+                                   TextToBytes(fallback), kValueSize, bytes);
     value = TrimBlanks(BytesToText(bytes));
+    if (error != 0) KeepError(kReadSource, FullFileName(), error);
   } catch (const std::exception&) {
     const RunTimeError caught = CaughtError();
-    if (!IsRaisedByReading(caught)) return;
+    if (!IsRaisedByReading(caught)) return KeepError(kReadSource, {}, platform::kOutOfMemory);
     value = Text(fallback);
     throw ReadingError(caught, FullFileName());
   }
@@ -98,12 +105,16 @@ void cFileIO::ReadINI(TextView section, TextView item, Text& value, TextView fal
 
 void cFileIO::ReadINISection(TextView section, std::vector<std::pair<Text, Text>>& table) {
   try {
-    FillTable(BytesToText(
-                  platform::ReadProfileSection(ProfilePath(), TextToBytes(section), kSectionSize)),
-              table);
+    ClearError();
+    std::string bytes;
+    const int error =
+        platform::ReadProfileSection(ProfilePath(), TextToBytes(section), kSectionSize, bytes);
+    FillTable(BytesToText(bytes), table);
+    if (error != 0) KeepError(kReadSource, FullFileName(), error);
   } catch (const std::exception&) {
     const RunTimeError caught = CaughtError();
-    if (IsRaisedByReading(caught)) throw ReadingError(caught, FullFileName());
+    if (!IsRaisedByReading(caught)) return KeepError(kReadSource, {}, platform::kOutOfMemory);
+    throw ReadingError(caught, FullFileName());
   }
 }
 

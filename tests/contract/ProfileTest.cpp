@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <memory>
+#include <thread>
+
 #include "platform/Files.h"
 #include "platform/Profile.h"
 #include "platform/SystemError.h"
@@ -20,11 +24,15 @@ class ProfileTest : public testing::Test {
   std::string Bytes() const { return oFolder.Read(kName); }
   Text Path() const { return oFolder.Path(kName); }
 
-  std::string Value(std::string_view section, std::string_view key, std::size_t size = 100) const {
-    return ReadProfileValue(Path(), section, key, "fallback", size);
+  std::string Value(std::string_view section, std::string_view key, std::size_t size = 100) {
+    std::string value = "unread";
+    iError = ReadProfileValue(Path(), section, key, "fallback", size, value);
+    return value;
   }
-  std::string Section(std::string_view section, std::size_t size = 1000) const {
-    return ReadProfileSection(Path(), section, size);
+  std::string Section(std::string_view section, std::size_t size = 1000) {
+    std::string entries = "unread";
+    iError = ReadProfileSection(Path(), section, size, entries);
+    return entries;
   }
   int Write(std::string_view section, std::string_view key, const std::string& value) const {
     return WriteProfileValue(Path(), section, key, &value);
@@ -35,7 +43,18 @@ class ProfileTest : public testing::Test {
 
   static constexpr TextView kName = u"osl.ini";
   ScratchFolder oFolder;
+  int iError = 0;  // of the last reading
 };
+
+// The text as UTF-16, low byte first, behind the mark that says so.
+std::string Utf16(TextView text) {
+  std::string bytes = "\xFF\xFE";
+  for (const char16_t c : text) {
+    bytes += static_cast<char>(c & 0xFF);
+    bytes += static_cast<char>(c >> 8);
+  }
+  return bytes;
+}
 
 TEST_F(ProfileTest, ReadsAValue) {
   Given("[General]\r\nHistory=1\r\n");
@@ -52,6 +71,73 @@ TEST_F(ProfileTest, WhatIsMissingReadsAsTheFallback) {
   EXPECT_EQ(Value("Other", "History"), "fallback");
 }
 
+TEST_F(ProfileTest, WhatIsMissingIsNoError) {
+  Value("General", "History");
+  EXPECT_EQ(iError, 0);
+  Section("General");
+  EXPECT_EQ(iError, 0);
+  Given("[General]\r\n");
+
+  Value("General", "History");
+
+  EXPECT_EQ(iError, 0);
+}
+
+TEST_F(ProfileTest, AFileThatIsThereAndCannotBeReadIsAnError) {
+  oFolder.MakeFolder(kName);
+
+  EXPECT_EQ(Value("General", "History"), "fallback");
+  EXPECT_THAT(iError, Ne(0));
+  EXPECT_EQ(Section("General"), "");
+  EXPECT_THAT(iError, Ne(0));
+}
+
+TEST_F(ProfileTest, AFileThatStaysInUseIsAnError) {
+  Given("[General]\r\nHistory=1\r\n");
+  File file;
+  ASSERT_EQ(file.Open(Path(), FileAccess::kReadWrite, FileCreation::kOpenExisting), 0);
+
+  EXPECT_EQ(Value("General", "History"), "fallback");
+  EXPECT_EQ(iError, kSharingViolation);
+  EXPECT_EQ(Section("General"), "");
+  EXPECT_EQ(iError, kSharingViolation);
+}
+
+TEST_F(ProfileTest, AFileInUseForAMomentIsReadWhenItIsFree) {
+  Given("[General]\r\nHistory=1\r\n");
+  auto file = std::make_unique<File>();
+  ASSERT_EQ(file->Open(Path(), FileAccess::kReadWrite, FileCreation::kOpenExisting), 0);
+  std::jthread user([&file] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    file.reset();
+  });
+
+  EXPECT_EQ(Value("General", "History"), "1");
+  EXPECT_EQ(iError, 0);
+}
+
+TEST_F(ProfileTest, UnicodeIsReadInTheCodePage) {
+  Given(Utf16(u"[G\u00E9n]\r\na=caf\u00E9 \u20AC\r\nb=2\r\n"));
+
+  EXPECT_EQ(Value("G\xE9n", "a"), "caf\xE9 \x80");
+  EXPECT_EQ(Value("G\xE9n", "b"), "2");
+  EXPECT_EQ(Section("G\xE9n"), "a=caf\xE9 \x80\0b=2\0"s);
+}
+
+TEST_F(ProfileTest, AFileInUnicodeStaysSo) {
+  Given(Utf16(u"; \u6F22\r\n[G]\r\na=1\r\nb=2\r\n"));
+
+  ASSERT_EQ(Write("G", "a", "caf\xE9"), 0);
+
+  EXPECT_EQ(Bytes(), Utf16(u"; \u6F22\r\n[G]\r\na=caf\u00E9\r\nb=2\r\n"));
+}
+
+TEST_F(ProfileTest, NamesIgnoreTheCaseOfEveryLetter) {
+  Given("[\xC9\x8A]\r\n\x9F=1\r\n");
+
+  EXPECT_EQ(Value("\xE9\x9A", "\xFF"), "1");
+}
+
 TEST_F(ProfileTest, AKeyWithoutAnEqualsSignHasNoValue) {
   Given("[General]\r\nHistory\r\n");
 
@@ -65,7 +151,11 @@ TEST_F(ProfileTest, ReadingCreatesNothing) {
 }
 
 TEST_F(ProfileTest, TheFallbackLosesBlanksAtItsEnd) {
-  EXPECT_EQ(ReadProfileValue(Path(), "General", "History", "x  ", 100), "x");
+  std::string value;
+
+  EXPECT_EQ(ReadProfileValue(Path(), "General", "History", "x  ", 100, value), 0);
+
+  EXPECT_EQ(value, "x");
 }
 
 TEST_F(ProfileTest, AnEmptyValueIsEmpty) {
@@ -134,6 +224,14 @@ TEST_F(ProfileTest, AValueIsCutToTheSize) {
   Given("[G]\r\na=" + std::string(120, 'x') + "\r\n");
 
   EXPECT_EQ(Value("G", "a", 100), std::string(99, 'x'));
+  EXPECT_EQ(iError, kMoreData);
+}
+
+TEST_F(ProfileTest, AValueThatJustFitsIsWhole) {
+  Given("[G]\r\na=" + std::string(99, 'x') + "\r\n");
+
+  EXPECT_EQ(Value("G", "a", 100), std::string(99, 'x'));
+  EXPECT_EQ(iError, 0);
 }
 
 TEST_F(ProfileTest, BytesAboveAsciiComeBackAsTheyAre) {
@@ -160,6 +258,7 @@ TEST_F(ProfileTest, AListTooLongIsCut) {
   Given("[G]\r\na=1\r\nb=" + std::string(50, 'x') + "\r\n");
 
   EXPECT_EQ(Section("G", 20), "a=1\0b="s + std::string(12, 'x'));
+  EXPECT_EQ(iError, kMoreData);
 }
 
 TEST_F(ProfileTest, AListThatJustFitsIsWhole) {
@@ -273,7 +372,9 @@ TEST_F(ProfileTest, AFileNameMayHaveAnyCharacter) {
   ASSERT_EQ(WriteProfileValue(oFolder.Path(name), "G", "a", &value), 0);
 
   EXPECT_EQ(oFolder.Read(name), "[G]\r\na=1\r\n");
-  EXPECT_EQ(ReadProfileValue(oFolder.Path(name), "G", "a", "fallback", 100), "1");
+  std::string read;
+  EXPECT_EQ(ReadProfileValue(oFolder.Path(name), "G", "a", "fallback", 100, read), 0);
+  EXPECT_EQ(read, "1");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@ from system import PROGRAMS, as_known, command, program_file
 
 ATTRIBUTE_MARK = b"\xfe"
 END_OF_DATA = b"\x1f"
+LONGEST_VALUE = 99  # characters of a value in the settings file
 LIMIT = 30  # seconds that anything may take before a test gives up
 
 COMPANY = """<?xml version="1.0" encoding="UTF-8"?>
@@ -111,6 +112,8 @@ class Gateway:
         self.lines = []
         self.errors = []
         self.clients = []
+        self.reading = threading.Event()  # cleared: nobody reads what it prints
+        self.reading.set()
         os.link(source, self.program) if self._same_device(source) else self._copy(source)
         self.write_company()
         self.write_settings()
@@ -149,6 +152,10 @@ class Gateway:
             "Communication_BlockSize": "10000",
         }
         keys.update(changes)
+        for value in keys.values():
+            assert not isinstance(value, pathlib.Path) or len(as_known(value)) <= LONGEST_VALUE, (
+                f"{value} is longer than a setting may be: run the tests with a shorter TMPDIR"
+            )
         text = ""
         for section in ("General", "Quickbooks", "Communication"):
             text += f"[{section}]\r\n"
@@ -175,8 +182,8 @@ class Gateway:
             threading.Thread(target=self._collect, args=(stream, lines), daemon=True).start()
         return self
 
-    @staticmethod
-    def _collect(stream, lines):
+    def _collect(self, stream, lines):
+        self.reading.wait()
         for line in stream:
             lines.append(line.decode("utf-8").rstrip("\r\n"))
 
@@ -220,6 +227,7 @@ class Gateway:
         return self.wait_for_exit()
 
     def kill(self):
+        self.reading.set()
         for client in self.clients:
             client.close()
         if self.process is not None and self.process.poll() is None:

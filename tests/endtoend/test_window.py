@@ -2,8 +2,9 @@
 
 import pytest
 
-from gateway import CUSTOMER_QUERY, END_OF_DATA, qbxml, wait_until
+from gateway import CUSTOMER_QUERY, END_OF_DATA, LIMIT, qbxml, wait_until
 from window import (
+    MARK,
     SC_MINIMIZE,
     SW_HIDE,
     SW_SHOWMINIMIZED,
@@ -190,6 +191,19 @@ def test_a_second_start_that_finds_no_window_says_so(program):
         program.driver.ask("mutex-release")
 
 
+def test_it_can_be_started_again_as_soon_as_it_has_unloaded(program):
+    for _ in range(3):
+        program.start()
+        program.choose("E&xit")
+        wait_until(lambda: program.driver.ask("marked", MARK)[0] == "0", "the end of the mark")
+        earlier = program.process
+
+        program.start()
+
+        assert earlier.wait(LIMIT) == 0
+        assert program.stop() == 0
+
+
 def test_after_its_end_it_can_be_started_again(program):
     program.start()
     assert program.stop() == 0
@@ -305,6 +319,26 @@ def test_windows_end_does_not_wait_for_a_request_that_takes_its_time(program):
     program.driver.post(program.window(), WM_ENDSESSION, 1)
 
     assert client.read_frame().startswith(b"ERROR: ")
+    assert program.wait_for_exit() == 0
+
+
+def test_windows_end_waits_for_a_request_that_ends_in_time(program):
+    client = begin_slow_request(program, "1")
+
+    program.driver.send(program.window(), WM_QUERYENDSESSION)
+    program.driver.post(program.window(), WM_ENDSESSION, 1)
+
+    assert b"<CustomerQueryRs" in client.read_frame()
+    assert program.wait_for_exit() == 0
+
+
+def test_windows_is_kept_waiting_until_the_program_has_ended(program):
+    client = begin_slow_request(program, "1")
+    delaying = next(one for one in program.windows() if one.kind == "OstrelSessionEnd")
+
+    program.driver.send(delaying.handle, WM_ENDSESSION, 1)  # returns when Windows may go on
+
+    assert b"<CustomerQueryRs" in client.read_frame()
     assert program.wait_for_exit() == 0
 
 

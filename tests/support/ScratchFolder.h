@@ -40,6 +40,7 @@ class ScratchFolder {
     return {std::istreambuf_iterator<char>(file), {}};
   }
   bool Has(TextView name) const { return std::filesystem::exists(oPath / name); }
+  void Erase(TextView name) const { std::filesystem::remove(oPath / name); }
   void MakeFolder(TextView name) const { std::filesystem::create_directory(oPath / name); }
   /// False where the system does not let this user make links, as Wine does not.
   bool MakeLink(TextView target, TextView name) const {

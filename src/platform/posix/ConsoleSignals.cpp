@@ -17,11 +17,19 @@
 namespace ostrel::platform {
 namespace {
 
-constexpr std::array<std::pair<int, ConsoleSignal>, 3> kSignals{{
+constexpr std::array<std::pair<int, ConsoleSignal>, 4> kSignals{{
     {SIGINT, ConsoleSignal::kExit},
     {SIGTERM, ConsoleSignal::kExit},
+    {SIGHUP, ConsoleSignal::kExit},
     {SIGUSR1, ConsoleSignal::kToggleCommLog},
 }};
+
+// Started by nohup, or the like.
+bool IsToOutliveItsTerminal(int number) {
+  struct sigaction action {};
+  return number == SIGHUP && sigaction(number, nullptr, &action) == 0 &&
+         action.sa_handler == SIG_IGN;
+}
 
 class Pipe {
  public:
@@ -63,7 +71,7 @@ class Signals {
   static inline int writeEnd = -1;
 
   Pipe oPipe;
-  std::array<std::function<void()>, 2> handlers;
+  std::array<std::function<void()>, 3> handlers;
   LoopWatch oWatch{oPipe.ReadEnd(), POLLIN, [this](short) { Dispatch(); }};
 };
 
@@ -81,7 +89,7 @@ void Signals::SetHandler(ConsoleSignal signal, std::function<void()> handler) {
   action.sa_flags = SA_RESTART;
   handlers[static_cast<std::size_t>(signal)] = std::move(handler);
   for (const auto& [number, meaning] : kSignals) {
-    if (meaning == signal) {
+    if (meaning == signal && !IsToOutliveItsTerminal(number)) {
       sigaction(number, &action, nullptr);
     }
   }

@@ -62,6 +62,7 @@ constexpr Sentence kSentences[] = {
     {kInvalidName, u"The filename, directory name, or volume label syntax is incorrect."},
     {kFolderNotEmpty, u"The directory is not empty."},
     {kFileTooLarge, u"The file size exceeds the limit allowed and cannot be saved."},
+    {kMoreData, u"More data is available."},
     {kStoppedOnLink, u"The create operation stopped after reaching a symbolic link."},
 };
 

@@ -38,7 +38,9 @@ bool ActivateMarkedWindow(TextView mark) {
                         nullptr);
   }
   // Only the window itself can leave the notification area.
-  PostMessageW(search.found, RestoreRequest(), 0, 0);
+  DWORD_PTR answer = kRestored;  // of an instance that is busy for longer: it will be seen later
+  SendMessageTimeoutW(search.found, RestoreRequest(), 0, 0, SMTO_ABORTIFHUNG, limit, &answer);
+  if (answer != kRestored) return false;
   SetForegroundWindow(search.found);
   return true;
 }

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <array>
+#include <atomic>
 #include <utility>
 
 #include "platform/win32/MessageLoop.h"
@@ -11,7 +13,9 @@
 namespace ostrel::platform {
 namespace {
 
-constexpr UINT kExitMessage = WM_APP;
+// Posted with the signal as WPARAM.
+constexpr UINT kSignalMessage = WM_APP;
+constexpr std::size_t kSignals = 3;
 
 class Signals {
  public:
@@ -20,20 +24,22 @@ class Signals {
   Signals(const Signals&) = delete;
   Signals& operator=(const Signals&) = delete;
 
-  void SetExitHandler(std::function<void()> handler);
+  void SetHandler(ConsoleSignal signal, std::function<void()> handler);
 
  private:
   static BOOL WINAPI OnControl(DWORD event);
   static LRESULT CALLBACK OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   static inline HWND oWindow = nullptr;
-  static inline std::function<void()> exitHandler;
+  static inline std::array<std::function<void()>, kSignals> handlers;
+  static inline std::array<std::atomic<bool>, kSignals> handled;  // for the other thread
 };
 
 Signals::Signals() {
   oWindow = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
                             GetModuleHandleW(nullptr), nullptr);
   SetWindowLongPtrW(oWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Signals::OnMessage));
+  SetConsoleCtrlHandler(&Signals::OnControl, TRUE);
 }
 
 Signals::~Signals() {
@@ -41,23 +47,26 @@ Signals::~Signals() {
   DestroyWindow(oWindow);
 }
 
-void Signals::SetExitHandler(std::function<void()> handler) {
-  SetConsoleCtrlHandler(&Signals::OnControl, FALSE);
-  exitHandler = std::move(handler);
-  if (exitHandler) SetConsoleCtrlHandler(&Signals::OnControl, TRUE);
+void Signals::SetHandler(ConsoleSignal signal, std::function<void()> handler) {
+  const auto index = static_cast<std::size_t>(signal);
+  handled[index] = static_cast<bool>(handler);
+  handlers[index] = std::move(handler);
 }
 
 BOOL WINAPI Signals::OnControl(DWORD event) {
-  PostMessageW(oWindow, kExitMessage, 0, 0);
+  const bool isKey = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
+  const ConsoleSignal signal = isKey ? ConsoleSignal::kExit : ConsoleSignal::kSystemEnds;
+  if (!handled[static_cast<std::size_t>(signal)]) return FALSE;
+  PostMessageW(oWindow, kSignalMessage, static_cast<WPARAM>(signal), 0);
   // The program is ended as soon as one of the others returns; its own exit ends this wait.
-  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
+  if (!isKey) Sleep(INFINITE);
   return TRUE;
 }
 
 LRESULT CALLBACK Signals::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message != kExitMessage) return DefWindowProcW(window, message, wParam, lParam);
+  if (message != kSignalMessage) return DefWindowProcW(window, message, wParam, lParam);
   // A copy: the handler may put another one in its place.
-  const auto handler = exitHandler;
+  const auto handler = wParam < kSignals ? handlers[wParam] : nullptr;
   if (handler) RunHandlers(window, message, handler);
   return 0;
 }
@@ -65,9 +74,9 @@ LRESULT CALLBACK Signals::OnMessage(HWND window, UINT message, WPARAM wParam, LP
 }  // namespace
 
 void OnConsoleSignal(ConsoleSignal signal, std::function<void()> handler) {
-  if (signal != ConsoleSignal::kExit) return;
+  if (signal == ConsoleSignal::kToggleCommLog) return;
   static Signals signals;
-  signals.SetExitHandler(std::move(handler));
+  signals.SetHandler(signal, std::move(handler));
 }
 
 }  // namespace ostrel::platform

@@ -4,7 +4,6 @@
 #include <cderr.h>
 #include <commdlg.h>
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstring>
@@ -53,9 +52,12 @@ bool HeldClipboard::Set(std::wstring_view text) {
 
 /// As the file dialog wants it: each description and pattern ended by a zero, and one at the end.
 std::wstring FilterOf(TextView filter) {
-  std::wstring text = ToWide(filter);
-  std::replace(text.begin(), text.end(), L'|', L'\0');
-  text.append(2, L'\0');
+  std::wstring text;
+  for (const FilterEntry& entry : FilterEntries(filter)) {
+    text.append(ToWide(entry.sDescription)).push_back(L'\0');
+    text.append(ToWide(entry.sPattern)).push_back(L'\0');
+  }
+  text.push_back(L'\0');
   return text;
 }
 

@@ -1,8 +1,5 @@
 #include "platform/win32/FrameWindow.h"
 
-#include <chrono>
-
-#include "platform/EventLoop.h"
 #include "platform/win32/Dpi.h"
 #include "platform/win32/Path.h"
 #include "platform/win32/ProgramIcon.h"
@@ -17,12 +14,7 @@ constexpr int kMargin = 8;
 constexpr SIZE kUsualSize{600, 380};
 constexpr SIZE kSmallestSize{340, 240};
 
-// No maximise box: the list is for a glance, not for a screen.
-constexpr DWORD kStyle =
-    WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
-
-// The system ends a program that takes longer when the session ends.
-constexpr std::chrono::milliseconds kLongestUnload{4500};
+constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 
 // A message box does not scroll.
 constexpr std::size_t kLongestMessage = 4000;
@@ -43,6 +35,17 @@ WindowState StateAskedFor() {
       return WindowState::kMinimised;
     default:
       return WindowState::kNormal;
+  }
+}
+
+UINT CommandFor(WindowState state) {
+  switch (state) {
+    case WindowState::kMinimised:
+      return SW_SHOWMINIMIZED;
+    case WindowState::kMaximised:
+      return SW_SHOWMAXIMIZED;
+    default:
+      return SW_SHOWNORMAL;
   }
 }
 
@@ -76,12 +79,13 @@ FrameWindow::FrameWindow(const ApplicationWindowDescription& description)
   hNotice = CreateWindowExW(0, L"STATIC", notice.c_str(), WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0, 0,
                             0, 0, Handle(), reinterpret_cast<HMENU>(INT_PTR{kNoticeControl}),
                             GetModuleHandleW(nullptr), nullptr);
-  AllowFromEverybody(Handle(), RestoreRequest());
+  AllowFromEverybody(Handle(), platform::RestoreRequest());
   AdoptFont();
   const int dpi = DpiOf(Handle());
   SetWindowPos(Handle(), nullptr, 0, 0, Scaled(kUsualSize.cx, dpi), Scaled(kUsualSize.cy, dpi),
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   FrameWindow::FitStatusList();
+  oSessionEnd.Delay(Handle());
 }
 
 /// The menu is not the window's to destroy. Who was told of its size may be gone by now.
@@ -105,7 +109,7 @@ std::span<const MessageEntry<FrameWindow>> FrameWindow::Messages() {
       {WM_SETFOCUS, &FrameWindow::OnFocus},
       {WM_DPICHANGED, &FrameWindow::OnDpiChanged},
       {WM_SETTINGCHANGE, &FrameWindow::OnSettingChange},
-      {RestoreRequest(), &FrameWindow::OnRestoreRequest},
+      {platform::RestoreRequest(), &FrameWindow::OnRestoreRequest},
   };
   return table;
 }
@@ -146,8 +150,7 @@ void FrameWindow::Show() {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;
   GetWindowPlacement(Handle(), &placement);
-  const bool minimised = shownNext == WindowState::kMinimised;
-  placement.showCmd = minimised ? SW_SHOWMINIMIZED : SW_SHOWNORMAL;
+  placement.showCmd = CommandFor(shownNext);
   SetWindowPlacement(Handle(), &placement);
 }
 
@@ -167,7 +170,7 @@ void FrameWindow::SetState(WindowState state) {
   if (!IsWindowVisible(Handle())) {
     shownNext = state;
   } else if (state != State()) {
-    ShowWindow(Handle(), state == WindowState::kMinimised ? SW_MINIMIZE : SW_RESTORE);
+    ShowWindow(Handle(), static_cast<int>(CommandFor(state)));
   }
 }
 
@@ -229,14 +232,14 @@ MessageResult FrameWindow::OnDpiChanged(WPARAM, LPARAM lParam) {
   AdoptFont();
   SetWindowPos(Handle(), nullptr, wanted->left, wanted->top, wanted->right - wanted->left,
                wanted->bottom - wanted->top, SWP_NOZORDER | SWP_NOACTIVATE);
-  FitStatusList();
+  if (State() == WindowState::kNormal) FitStatusList();
   return 0;
 }
 
 MessageResult FrameWindow::OnSettingChange(WPARAM wParam, LPARAM) {
   if (wParam != SPI_SETNONCLIENTMETRICS) return std::nullopt;
   AdoptFont();
-  FitStatusList();
+  if (State() == WindowState::kNormal) FitStatusList();
   return std::nullopt;
 }
 
@@ -279,11 +282,10 @@ MessageResult FrameWindow::OnClose(WPARAM, LPARAM) {
 
 MessageResult FrameWindow::OnQueryEndSession(WPARAM, LPARAM) { return TRUE; }
 
-/// The process may be ended as soon as this returns.
+/// Does not wait: a request in work goes on only when this has returned. SessionEnd keeps the
+/// system waiting instead.
 MessageResult FrameWindow::OnEndSession(WPARAM wParam, LPARAM) {
-  if (wParam == FALSE) return 0;
-  RaiseClose(WM_ENDSESSION, CloseReason::kSystemEnds);
-  DoEventsFor(kLongestUnload);
+  if (wParam != FALSE) RaiseClose(WM_ENDSESSION, CloseReason::kSystemEnds);
   return 0;
 }
 
@@ -293,10 +295,11 @@ MessageResult FrameWindow::OnFocus(WPARAM, LPARAM) {
 }
 
 MessageResult FrameWindow::OnRestoreRequest(WPARAM, LPARAM) {
-  SetState(WindowState::kNormal);
-  Show();
-  BringToFront();
-  return 0;
+  bool shown = false;
+  if (RestoreRequest) {
+    Raise(platform::RestoreRequest(), [&] { shown = RestoreRequest(); });
+  }
+  return shown ? kRestored : 0;
 }
 
 void FrameWindow::RaiseMenuClick(UINT message, std::optional<MenuId> item) {

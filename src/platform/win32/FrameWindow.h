@@ -8,6 +8,7 @@
 #include "platform/ApplicationWindow.h"
 #include "platform/win32/MenuBar.h"
 #include "platform/win32/OwnWindow.h"
+#include "platform/win32/SessionEnd.h"
 #include "platform/win32/StatusListBox.h"
 #include "platform/win32/SystemHandles.h"
 
@@ -75,9 +76,12 @@ class FrameWindow : public ApplicationWindow, public OwnWindow {
   HWND hNotice = nullptr;
   UniqueFont font;
   WindowState shownNext = WindowState::kNormal;  // while hidden
+  SessionEnd oSessionEnd;
 };
 
-/// Posted to the marked window of another instance: be seen, in front.
+/// Sent to the marked window of another instance: be seen, in front. The window answers kRestored
+/// when it is.
 UINT RestoreRequest();
+inline constexpr LRESULT kRestored = 1;
 
 }  // namespace ostrel::platform

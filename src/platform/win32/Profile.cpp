@@ -1,7 +1,11 @@
-// The system's own functions, in their 8-bit form: the bytes go in and come out as they are.
+// The system's own functions, in their 8-bit form: the bytes go in and come out as they are. They
+// do not tell a file that cannot be read from one that is missing, so the file is opened beside
+// them.
 #include "platform/Profile.h"
 
 #include <windows.h>
+
+#include <algorithm>
 
 #include "platform/Files.h"
 #include "platform/SystemError.h"
@@ -42,26 +46,73 @@ std::string NarrowPathOfNew(TextView path) {
   return NarrowPath(path);
 }
 
-}  // namespace
+// The file open for reading in the way that hinders nobody. As long as it is, nobody else can keep
+// the system's functions from reading it.
+class ReadableFile {
+ public:
+  explicit ReadableFile(TextView path) {
+    constexpr DWORD kPause = 20;  // milliseconds
+    constexpr int kAttempts = 25;
+    for (int attempt = 1; !Open(path) && attempt < kAttempts; ++attempt) Sleep(kPause);
+  }
+  ~ReadableFile() {
+    if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
+  }
+  ReadableFile(const ReadableFile&) = delete;
+  ReadableFile& operator=(const ReadableFile&) = delete;
 
-std::string ReadProfileValue(TextView path, std::string_view section, std::string_view key,
-                             std::string_view fallback, std::size_t size) {
+  bool IsMissing() const { return error == kFileNotFound || error == kPathNotFound; }
+  int Error() const { return error; }
+
+ private:
+  // False when another attempt may succeed.
+  bool Open(TextView path) {
+    handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ,
+                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    error = handle == INVALID_HANDLE_VALUE ? LastErrorNumber() : 0;
+    return error != kSharingViolation;
+  }
+
+  HANDLE handle = INVALID_HANDLE_VALUE;
+  int error = 0;
+};
+
+// Runs `read` with a buffer that has room for a byte more than asked for, by which a cut result is
+// known, and hands out what fits. A missing file is an empty one.
+template <typename Read>
+int ReadFrom(TextView path, std::size_t most, std::string& result, Read read) {
+  const ReadableFile readable(path);
+  if (readable.Error() != 0 && !readable.IsMissing()) return readable.Error();
   const std::string file = NarrowPath(path);
-  if (file.empty()) return std::string(fallback.substr(0, size - 1));
-  std::string value(size, '\0');
-  value.resize(GetPrivateProfileStringA(std::string(section).c_str(), std::string(key).c_str(),
-                                        std::string(fallback).c_str(), value.data(),
-                                        static_cast<DWORD>(size), file.c_str()));
-  return value;
+  if (file.empty()) return readable.IsMissing() ? 0 : kInvalidName;
+  read(file.c_str());
+  if (result.size() <= most) return 0;
+  result.resize(most);
+  return kMoreData;
 }
 
-std::string ReadProfileSection(TextView path, std::string_view section, std::size_t size) {
-  const std::string file = NarrowPath(path);
-  if (file.empty()) return {};
-  std::string entries(size, '\0');
-  entries.resize(GetPrivateProfileSectionA(std::string(section).c_str(), entries.data(),
-                                           static_cast<DWORD>(size), file.c_str()));
-  return entries;
+}  // namespace
+
+int ReadProfileValue(TextView path, std::string_view section, std::string_view key,
+                     std::string_view fallback, std::size_t size, std::string& value) {
+  value = fallback.substr(0, std::min(fallback.find_last_not_of(' ') + 1, size - 1));
+  return ReadFrom(path, size - 1, value, [&](const char* file) {
+    value.assign(size + 1, '\0');
+    value.resize(GetPrivateProfileStringA(std::string(section).c_str(), std::string(key).c_str(),
+                                          std::string(fallback).c_str(), value.data(),
+                                          static_cast<DWORD>(size + 1), file));
+  });
+}
+
+int ReadProfileSection(TextView path, std::string_view section, std::size_t size,
+                       std::string& entries) {
+  entries.clear();
+  return ReadFrom(path, size - 2, entries, [&](const char* file) {
+    entries.assign(size + 1, '\0');
+    entries.resize(GetPrivateProfileSectionA(std::string(section).c_str(), entries.data(),
+                                             static_cast<DWORD>(size + 1), file));
+  });
 }
 
 int WriteProfileValue(TextView path, std::string_view section, std::string_view key,

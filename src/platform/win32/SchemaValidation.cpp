@@ -47,7 +47,6 @@ ParseFault ReadFault(AutomationObject error) {
   fault.linepos = error.Read(L"linepos").value.AsNumber();
   fault.line = error.Read(L"line").value.AsNumber();
   fault.filepos = error.Read(L"filepos").value.AsNumber();
-  while (fault.reason.ends_with(u'\n') || fault.reason.ends_with(u'\r')) fault.reason.pop_back();
   return fault;
 }
 

@@ -20,7 +20,7 @@ int Run() noexcept {
   try {
     return RunWindowProgram(FromWide(CommandLineOf(GetCommandLineW())));
   } catch (const std::exception& error) {
-    MessageBoxA(nullptr, error.what(), nullptr, MB_OK | MB_SETFOREGROUND);
+    MessageBoxA(nullptr, error.what(), "Ostrel Server", MB_OK | MB_SETFOREGROUND);
   } catch (...) {  // NOLINT(bugprone-empty-catch): nothing is known to be told
   }
   return 1;

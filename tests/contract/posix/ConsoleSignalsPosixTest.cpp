@@ -17,6 +17,24 @@ int ExitCodeAfter(int signalNumber, ConsoleSignal signal) {
   return RunEventLoop();
 }
 
+TEST(ConsoleSignalsDeathTest, TheTerminalsEndIsExit) {
+  EXPECT_EXIT(std::_Exit(ExitCodeAfter(SIGHUP, ConsoleSignal::kExit)), testing::ExitedWithCode(7),
+              "");
+}
+
+TEST(ConsoleSignalsDeathTest, TheTerminalsEndIsNothingToAProgramThatIsToOutliveIt) {
+  EXPECT_EXIT(
+      {
+        std::signal(SIGHUP, SIG_IGN);
+        OnConsoleSignal(ConsoleSignal::kExit, [] { QuitEventLoop(7); });
+        std::raise(SIGHUP);
+        DoEvents();
+        QuitEventLoop(8);
+        std::_Exit(RunEventLoop());
+      },
+      testing::ExitedWithCode(8), "");
+}
+
 TEST(ConsoleSignalsDeathTest, InterruptAndTerminateAreExit) {
   EXPECT_EXIT(std::_Exit(ExitCodeAfter(SIGINT, ConsoleSignal::kExit)), testing::ExitedWithCode(7),
               "");

@@ -1,7 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <stdexcept>
+#include <thread>
 
 #include "platform/ApplicationWindow.h"
 #include "platform/win32/FrameWindow.h"
@@ -230,8 +233,34 @@ TEST_F(ApplicationWindowTest, TellsWhoWantsItClosed) {
   EXPECT_TRUE(IsWindow(Handle()));
 }
 
-TEST_F(ApplicationWindowTest, HasNoMaximiseBox) {
-  EXPECT_FALSE(GetWindowLongW(Handle(), GWL_STYLE) & WS_MAXIMIZEBOX);
+TEST_F(ApplicationWindowTest, TheSystemWaitsForTheProgramsEndOnAnotherThread) {
+  auto window = std::make_unique<FrameWindow>(
+      ApplicationWindowDescription{.title = u"T", .caption = u"T", .notice = u"", .menus = {}});
+  HWND delaying = nullptr;
+  ASSERT_TRUE(AwaitEvents([&] {
+    // That of the window just made is the topmost.
+    return (delaying = FindWindowW(L"OstrelSessionEnd", nullptr)) != nullptr &&
+           GetWindowLongPtrW(delaying, GWLP_USERDATA) != 0;
+  }));
+  bool told = false;
+  window->CloseRequest =
+      Window.CloseRequest = [&](CloseReason reason) { told = reason == CloseReason::kSystemEnds; };
+  std::atomic<bool> answered = false;
+  std::thread system([&] {
+    SendMessageW(delaying, WM_ENDSESSION, TRUE, 0);
+    answered = true;
+  });
+
+  EXPECT_TRUE(AwaitEvents([&] { return told; }));
+  EXPECT_FALSE(answered);
+
+  window.reset();
+  EXPECT_TRUE(AwaitEvents([&] { return answered.load(); }));
+  system.join();
+}
+
+TEST_F(ApplicationWindowTest, HasAMaximiseBox) {
+  EXPECT_TRUE(GetWindowLongW(Handle(), GWL_STYLE) & WS_MAXIMIZEBOX);
   EXPECT_TRUE(GetWindowLongW(Handle(), GWL_STYLE) & WS_MINIMIZEBOX);
 }
 
@@ -302,16 +331,33 @@ TEST_F(ApplicationWindowTest, MarkIsAPropertyOfTheWindow) {
   EXPECT_EQ(GetPropA(Handle(), "Ostrel_TEST"), nullptr);
 }
 
-TEST_F(ApplicationWindowTest, AnotherInstanceBringsTheHiddenWindowBack) {
+TEST_F(ApplicationWindowTest, AnotherInstanceAsksTheMarkedWindowToBeSeen) {
   Window.SetMark(u"Ostrel_TEST");
+  int asked = 0;
+  Window.RestoreRequest = [&] {
+    ++asked;
+    Window.Show();
+    return true;
+  };
 
   EXPECT_TRUE(ActivateMarkedWindow(u"Ostrel_TEST"));
 
-  EXPECT_TRUE(AwaitEvents([&] { return IsWindowVisible(Handle()); }));
+  EXPECT_EQ(asked, 1);
+  EXPECT_TRUE(IsWindowVisible(Handle()));
+}
+
+TEST_F(ApplicationWindowTest, AWindowThatIsAboutToEndIsNotActivated) {
+  Window.SetMark(u"Ostrel_TEST");
+  Window.RestoreRequest = [] { return false; };
+
+  EXPECT_FALSE(ActivateMarkedWindow(u"Ostrel_TEST"));
+
+  EXPECT_FALSE(IsWindowVisible(Handle()));
 }
 
 TEST_F(ApplicationWindowTest, AnotherInstanceRestoresTheMinimisedWindow) {
   Window.SetMark(u"Ostrel_TEST");
+  Window.RestoreRequest = [] { return true; };
   Window.Show();
   Window.SetState(WindowState::kMinimised);
   ASSERT_TRUE(IsIconic(Handle()));

@@ -16,9 +16,15 @@ class FakeClock : public platform::Clock {
                              std::chrono::seconds(7);
   Text sGeneralDate;  // unless empty, the answer of GeneralDate: another locale
 
-  void Advance(std::chrono::milliseconds time) { dNow += time; }
+  platform::SteadyPoint dSteady{std::chrono::hours(1)};  // since the machine started
+
+  void Advance(std::chrono::milliseconds time) {
+    dNow += time;
+    dSteady += time;
+  }
 
   platform::TimePoint Now() const override { return dNow; }
+  platform::SteadyPoint SteadyNow() const override { return dSteady; }
 
   platform::LocalTime ToLocalTime(platform::TimePoint time) const override {
     const auto day = std::chrono::floor<std::chrono::days>(time);

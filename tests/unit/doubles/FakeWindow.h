@@ -19,6 +19,8 @@ class FakeWindow : public platform::MainWindow {
   int iFits = 0;
   /// Runs while a message box is open.
   std::function<void()> DuringMessage;
+  /// Runs when a check mark is set.
+  std::function<void()> DuringMenuChecked;
 
   void InsertStatusLine(int index, TextView line) override {
     Status.insert(Status.begin() + index, Text(line));
@@ -26,7 +28,10 @@ class FakeWindow : public platform::MainWindow {
   void RemoveStatusLine(int index) override { Status.erase(Status.begin() + index); }
   void FitStatusList() override { ++iFits; }
   void SetCaption(TextView caption) override { sCaption = caption; }
-  void SetMenuChecked(platform::MenuId item, bool checked) override { Checked[item] = checked; }
+  void SetMenuChecked(platform::MenuId item, bool checked) override {
+    Checked[item] = checked;
+    if (DuringMenuChecked) DuringMenuChecked();
+  }
   void SetMenuEnabled(platform::MenuId item, bool enabled) override { Enabled[item] = enabled; }
   void SetMenuVisible(platform::MenuId item, bool visible) override { Visible[item] = visible; }
   void ShowMessage(TextView text) override {

@@ -21,6 +21,20 @@ TEST(HistoryFileName, LeavesOutWhatNoFileNameMayHold) {
   EXPECT_EQ(HistoryFileName(u"a\\b*c?d\"e<f>g|h\ti\u007Fj"), u"abcdefghij.txt");
 }
 
+TEST(HistoryFileName, LeavesOutExactlyTheControlCharacters) {
+  EXPECT_EQ(HistoryFileName(u"a\u001Fb!c~d\u007Fe\u0080f\u009Fg\u00A1"), u"ab!c~defg\u00A1.txt");
+}
+
+TEST(HistoryFileName, LeavesOutExactlyTheInvisibleSigns) {
+  Text ends;
+  for (const int c :
+       {0x1FFF, 0x2000, 0x206F, 0x2070, 0xD7FF, 0xD800, 0xDFFF, 0xE000, 0xFDFF, 0xFE00}) {
+    ends.push_back(static_cast<char16_t>(c));
+  }
+
+  EXPECT_EQ(HistoryFileName(ends), u"\u1FFF\u2070\uD7FF\uE000\uFDFF.txt");
+}
+
 TEST(HistoryFileName, LeavesOutBlanksOfOtherKindsAndInvisibleSigns) {
   EXPECT_EQ(HistoryFileName(u"1\u00A02\u202F3\u200E4\xD83D"
                             u"5\uFEFF"),

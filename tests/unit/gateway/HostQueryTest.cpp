@@ -129,6 +129,13 @@ TEST_F(HostQueryTest, FindsTheYear) {
   }
 }
 
+TEST_F(HostQueryTest, KnowsEachYear) {
+  for (int year = 2000; year <= 2010; ++year) {
+    RunWith(u"Pro " + ToText(std::int64_t{year}));
+    EXPECT_EQ(hostQuery.iQBProductYear, year);
+  }
+}
+
 TEST_F(HostQueryTest, BelievesTheMajorVersionMoreThanTheName) {
   RunWith(u"Premier 2008", u"19");
   EXPECT_EQ(hostQuery.iQBProductYear, 2009);
@@ -151,7 +158,7 @@ TEST_F(HostQueryTest, ClosesTheSessionOnFailure) {
 
   EXPECT_EQ(response, u"Error 1026 1026 unexpected (ProcessRequest:1026)");
   EXPECT_FALSE(session.IsConnected());
-  EXPECT_EQ(idleClose.dCloseAt, clock.Now());
+  EXPECT_EQ(idleClose.dCloseAt, clock.SteadyNow());
   EXPECT_FALSE(idleClose.bAutoClose);
   EXPECT_THAT(trace.StatusFiles, ElementsAre(response));
   EXPECT_THAT(trace.HistoryFiles, IsEmpty());

@@ -14,31 +14,31 @@ TEST(IdleClose, IsDueOnceTheTimeHasPassed) {
   FakeClock clock;
   IdleClose idleClose;
 
-  idleClose.Extend(clock.Now(), 300);
+  idleClose.Extend(clock.SteadyNow(), 300);
   clock.Advance(seconds(300));
-  EXPECT_FALSE(idleClose.IsDue(clock.Now(), 300));
+  EXPECT_FALSE(idleClose.IsDue(clock.SteadyNow(), 300));
 
   clock.Advance(milliseconds(1));
-  EXPECT_TRUE(idleClose.IsDue(clock.Now(), 300));
+  EXPECT_TRUE(idleClose.IsDue(clock.SteadyNow(), 300));
 }
 
 TEST(IdleClose, IsPushedAheadByEachUse) {
   FakeClock clock;
   IdleClose idleClose;
-  idleClose.Extend(clock.Now(), 300);
+  idleClose.Extend(clock.SteadyNow(), 300);
 
   clock.Advance(seconds(299));
-  idleClose.Extend(clock.Now(), 300);
+  idleClose.Extend(clock.SteadyNow(), 300);
   clock.Advance(seconds(299));
 
-  EXPECT_FALSE(idleClose.IsDue(clock.Now(), 300));
+  EXPECT_FALSE(idleClose.IsDue(clock.SteadyNow(), 300));
 }
 
 TEST(IdleClose, IsNeverDueWithoutATimeout) {
   FakeClock clock;
   IdleClose idleClose;
 
-  EXPECT_FALSE(idleClose.IsDue(clock.Now(), 0));
+  EXPECT_FALSE(idleClose.IsDue(clock.SteadyNow(), 0));
 }
 
 TEST(IdleClose, IsNeverDueWhilePinned) {
@@ -46,18 +46,18 @@ TEST(IdleClose, IsNeverDueWhilePinned) {
   IdleClose idleClose;
   idleClose.bAutoClose = false;
 
-  EXPECT_FALSE(idleClose.IsDue(clock.Now(), 300));
+  EXPECT_FALSE(idleClose.IsDue(clock.SteadyNow(), 300));
 }
 
 TEST(IdleClose, StaysWhereItIsWithATimeoutOfZeroOrLess) {
   FakeClock clock;
   IdleClose idleClose;
-  idleClose.Extend(clock.Now(), 300);
+  idleClose.Extend(clock.SteadyNow(), 300);
   const auto before = idleClose.dCloseAt;
 
   clock.Advance(seconds(10));
-  idleClose.Extend(clock.Now(), 0);
-  idleClose.Extend(clock.Now(), -5);
+  idleClose.Extend(clock.SteadyNow(), 0);
+  idleClose.Extend(clock.SteadyNow(), -5);
 
   EXPECT_EQ(idleClose.dCloseAt, before);
 }

@@ -7,6 +7,8 @@
 #include "../doubles/FakeRequestProcessor.h"
 #include "../doubles/FakeTrace.h"
 #include "gateway/RequestHandler.h"
+#include "platform/Files.h"
+#include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
@@ -193,6 +195,57 @@ TEST_F(RequestHandlerTest, SelectsTheDefaultCompanyFile) {
   EXPECT_TRUE(ostrel::Contains(response, u"<QBFileName>C:\\default.qbw</QBFileName>"));
 }
 
+TEST_F(RequestHandlerTest, KeepsTheCompanyFileWhenTheSettingsCannotBeRead) {
+  const ScratchFolder folder;
+  settings.sIniFile = folder.Path(u"osl.ini");
+  folder.Write(u"osl.ini", "[Quickbooks]\r\nFileName=C:\\default.qbw\r\n");
+  BeOpen();
+  platform::File holder;
+  ASSERT_EQ(holder.Open(settings.sIniFile, platform::FileAccess::kReadWrite,
+                        platform::FileCreation::kOpenExisting),
+            0);
+
+  EXPECT_EQ(Process(u"QBFILENAME:DEFAULT"), 75);
+
+  EXPECT_EQ(response, u"The settings file cannot be read: " +
+                          platform::SystemErrorText(platform::kSharingViolation));
+  EXPECT_EQ(settings.sQBFileName, u"C:\\a.qbw");
+  EXPECT_TRUE(session.IsConnected());
+  EXPECT_THAT(trace.Status, ElementsAre(u"Request failed: 75 " + response));
+}
+
+TEST_F(RequestHandlerTest, RefusesADefaultCompanyFileWithTooLongAName) {
+  const ScratchFolder folder;
+  settings.sIniFile = folder.Path(u"osl.ini");
+  folder.Write(u"osl.ini", "[Quickbooks]\r\nFileName=" + std::string(100, 'x') + "\r\n");
+
+  EXPECT_EQ(Process(u"QBFILENAME:DEFAULT"), 75);
+
+  EXPECT_EQ(response, u"The company file name in the settings is longer than 99 characters");
+  EXPECT_EQ(settings.sQBFileName, u"C:\\a.qbw");
+}
+
+TEST_F(RequestHandlerTest, RefusesACompanyFileNameWithAControlCharacter) {
+  for (const TextView name : {u"C:\\b\u001F.qbw", u"C:\\b.qbw\u001F", u"\tC:\\b.qbw", u"b\u007F"}) {
+    trace.Status.clear();
+    EXPECT_EQ(Process(u"QBFILENAME:" + Text(name)), 52);
+
+    EXPECT_EQ(response, u"The company file name holds a control character");
+    EXPECT_EQ(settings.sQBFileName, u"C:\\a.qbw");
+    EXPECT_THAT(trace.Status, ElementsAre(u"Request failed: 52 " + response));
+  }
+}
+
+TEST_F(RequestHandlerTest, RefusesADefaultCompanyFileWithAControlCharacter) {
+  const ScratchFolder folder;
+  settings.sIniFile = folder.Path(u"osl.ini");
+  folder.Write(u"osl.ini", "[Quickbooks]\r\nFileName=C:\\b\x1F.qbw\r\n");
+
+  EXPECT_EQ(Process(u"QBFILENAME:DEFAULT"), 52);
+
+  EXPECT_EQ(settings.sQBFileName, u"C:\\a.qbw");
+}
+
 TEST_F(RequestHandlerTest, SelectsNothingWhenThereIsNoDefault) {
   const ScratchFolder folder;
   settings.sIniFile = folder.Path(u"osl.ini");
@@ -281,7 +334,7 @@ TEST_F(RequestHandlerTest, ClosesTheSession) {
             u"</CloseQBRs></QBXMLMsgsRs></QBXML>");
   EXPECT_FALSE(session.IsConnected());
   EXPECT_TRUE(idleClose.bAutoClose);
-  EXPECT_EQ(idleClose.dCloseAt, clock.Now());
+  EXPECT_EQ(idleClose.dCloseAt, clock.SteadyNow());
 }
 
 TEST_F(RequestHandlerTest, AnswersACloseWhenNothingIsOpen) {
@@ -325,12 +378,12 @@ TEST_F(RequestHandlerTest, PushesTheIdleCloseAheadAfterARequest) {
 
   Process(u"<a/>");
 
-  EXPECT_EQ(idleClose.dCloseAt, clock.Now() + seconds(300));
+  EXPECT_EQ(idleClose.dCloseAt, clock.SteadyNow() + seconds(300));
 }
 
 TEST_F(RequestHandlerTest, PushesTheIdleCloseAheadBeforeItOpens) {
-  const auto start = clock.Now();
-  platform::TimePoint whileOpening;
+  const auto start = clock.SteadyNow();
+  platform::SteadyPoint whileOpening;
   quickBooks.DuringCall = [&](TextView operation) {
     if (operation == u"OpenConnection") whileOpening = idleClose.dCloseAt;
   };
@@ -343,7 +396,7 @@ TEST_F(RequestHandlerTest, PushesTheIdleCloseAheadBeforeItOpens) {
 TEST_F(RequestHandlerTest, PushesTheIdleCloseAheadForACompanyFile) {
   Process(u"QBFILENAME:x");
 
-  EXPECT_EQ(idleClose.dCloseAt, clock.Now() + seconds(300));
+  EXPECT_EQ(idleClose.dCloseAt, clock.SteadyNow() + seconds(300));
 }
 
 TEST_F(RequestHandlerTest, LeavesTheIdleCloseAloneWithoutATimeout) {
@@ -352,7 +405,7 @@ TEST_F(RequestHandlerTest, LeavesTheIdleCloseAloneWithoutATimeout) {
   Process(u"<a/>");
   Process(u"QBFILENAME:x");
 
-  EXPECT_EQ(idleClose.dCloseAt, platform::TimePoint());
+  EXPECT_EQ(idleClose.dCloseAt, platform::SteadyPoint());
 }
 
 // --- failures
@@ -411,7 +464,7 @@ TEST_F(RequestHandlerTest, PushesTheIdleCloseAheadAfterARejectedRequestToo) {
 
   Process(u"<a>");
 
-  EXPECT_EQ(idleClose.dCloseAt, clock.Now() + seconds(300));
+  EXPECT_EQ(idleClose.dCloseAt, clock.SteadyNow() + seconds(300));
 }
 
 TEST_F(RequestHandlerTest, ReportsOnARequestThatQuickBooksCouldNotParse) {

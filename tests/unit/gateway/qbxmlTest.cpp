@@ -213,6 +213,22 @@ TEST_F(qbxmlTest, IsClosedEvenWhenQuickBooksRefusesToClose) {
   EXPECT_EQ(session->lLastError, 0);
 }
 
+TEST_F(qbxmlTest, NotesWhyASessionOrAConnectionCouldNotBeEnded) {
+  BeOpen();
+  quickBooks.Fail(u"EndSession", 0x80040402, u"unexpected");
+  quickBooks.Fail(u"CloseConnection", 0x8004040F, u"not open");
+
+  session->EndSession();
+  EXPECT_EQ(session->sLastError, u"unexpected");
+  EXPECT_EQ(session->lLastError, 0x402);
+  session->CloseConnection();
+
+  EXPECT_EQ(session->sLastError, u"not open");
+  EXPECT_EQ(session->lLastError, 0x40F);
+  EXPECT_FALSE(session->bSessionBegun);
+  EXPECT_FALSE(session->IsConnected());
+}
+
 // Required: the end closes the connection; whoever wants the session ended does that before.
 TEST_F(qbxmlTest, ClosesTheConnectionWhenItIsDestroyed) {
   BeOpen();

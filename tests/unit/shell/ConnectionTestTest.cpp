@@ -71,7 +71,7 @@ TEST_F(ConnectionTestTest, UsesASessionThatIsOpen) {
 TEST_F(ConnectionTestTest, PutsTheIdleCloseOff) {
   Run();
 
-  EXPECT_EQ(Idle.dCloseAt, Clock.Now() + seconds(300));
+  EXPECT_EQ(Idle.dCloseAt, Clock.SteadyNow() + seconds(300));
 }
 
 TEST_F(ConnectionTestTest, LeavesTheIdleCloseWithoutATimeout) {
@@ -79,7 +79,7 @@ TEST_F(ConnectionTestTest, LeavesTheIdleCloseWithoutATimeout) {
 
   Run();
 
-  EXPECT_EQ(Idle.dCloseAt, platform::TimePoint{});
+  EXPECT_EQ(Idle.dCloseAt, platform::SteadyPoint{});
 }
 
 TEST_F(ConnectionTestTest, EndsByCancelWithoutACompanyFile) {

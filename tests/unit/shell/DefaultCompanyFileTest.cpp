@@ -21,6 +21,26 @@ TEST_F(DefaultCompanyFileTest, OffersCompanyFiles) {
   EXPECT_EQ(Dialogs.FileQuestions[0].sFilter, u"Quickbooks Database (*.QBW)|*.QBW|All Files!*.*");
 }
 
+// Kept: one entry, whose pattern ends in what looks like a second one.
+TEST(FilterEntries, IsOneForTheCompanyFiles) {
+  const auto entries = platform::FilterEntries(u"Quickbooks Database (*.QBW)|*.QBW|All Files!*.*");
+
+  ASSERT_THAT(entries, SizeIs(1));
+  EXPECT_EQ(entries[0].sDescription, u"Quickbooks Database (*.QBW)");
+  EXPECT_EQ(entries[0].sPattern, u"*.QBW;*.QBW|All Files!*.*");
+}
+
+TEST(FilterEntries, ArePairs) {
+  const auto entries = platform::FilterEntries(u"A|*.a|B|*.b");
+
+  ASSERT_THAT(entries, SizeIs(2));
+  EXPECT_EQ(entries[0].sPattern, u"*.a");
+  EXPECT_EQ(entries[1].sDescription, u"B");
+  EXPECT_EQ(entries[1].sPattern, u"*.b");
+  EXPECT_TRUE(platform::FilterEntries(u"A").empty());
+  EXPECT_TRUE(platform::FilterEntries(u"").empty());
+}
+
 TEST_F(DefaultCompanyFileTest, BeginsWithTheFileOfTheSettings) {
   CompanyFile.mnuToolsQBFile_Click();
 

@@ -109,14 +109,26 @@ TEST_F(SettingsEditorTest, TellsThatTheFileIsGone) {
   EXPECT_EQ(iUnloads, 1);
 }
 
-TEST_F(SettingsEditorTest, DoesNotReloadWhileARequestIsInWork) {
+TEST_F(SettingsEditorTest, ReloadsWhenTheRequestInWorkHasEnded) {
   Settings.iDisconnectTimeout = 1;
-  const auto pass = Gate.TryEnter();
+  auto pass = Gate.TryEnter();
 
   Editor.mnuToolsSettings_Click();
 
   EXPECT_EQ(Settings.iDisconnectTimeout, 1);
-  EXPECT_THAT(Trace.Status, ElementsAre(u"A request is in work: try again when it has ended"));
+  EXPECT_TRUE(Editor.IsReloadDue());
+  EXPECT_THAT(Trace.Status,
+              ElementsAre(u"The settings are read when the request in work has ended"));
+
+  Editor.Reload();  // still in work: not told again
+  EXPECT_TRUE(Editor.IsReloadDue());
+  EXPECT_THAT(Trace.Status, SizeIs(1));
+
+  pass.reset();
+  Editor.Reload();
+
+  EXPECT_EQ(Settings.iDisconnectTimeout, 300);
+  EXPECT_FALSE(Editor.IsReloadDue());
 }
 
 }  // namespace

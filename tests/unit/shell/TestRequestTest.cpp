@@ -54,6 +54,24 @@ TEST_F(TestRequestTest, TellsWhyThereIsNoAnswer) {
   EXPECT_EQ(Forms.Only().sText, Session.ErrorDescription(0x400));
 }
 
+TEST_F(TestRequestTest, ShowsNothingForAnEmptyResponseThatIsNoError) {
+  Dialogs.TextAnswer = u"<?xml version=\"1.0\"?><QBXML/>";
+  QuickBooks.sResponse = u"";
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_EQ(Forms.Only().sText, u"");
+  EXPECT_TRUE(Forms.Only().bOpen);
+}
+
+TEST_F(TestRequestTest, ShowsTheSentenceOfARefusedRequestAndNotItsNumber) {
+  Dialogs.TextAnswer = u"QBFILENAME:a\u0001";
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_EQ(Forms.Only().sText, u"The company file name holds a control character");
+}
+
 TEST_F(TestRequestTest, AsksNothingWhenCancelledOrEmpty) {
   Test.mnuToolsTest_Click();
   Dialogs.TextAnswer = u"";

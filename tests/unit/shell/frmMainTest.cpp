@@ -191,6 +191,33 @@ TEST_F(frmMainTest, LeavesAnIdleSessionOpenWithoutATimeout) {
   EXPECT_FALSE(SessionEnded());
 }
 
+TEST_F(frmMainTest, ClosesASessionWithoutATimeoutFromTheMenu) {
+  Ini("[Quickbooks]\r\nDisconnectTimeout=0\r\n[Communication]\r\nFolder=0\r\n");
+  Load();
+  Ask();
+  Clock.Advance(std::chrono::hours(24));
+  Form->tmrClose_Timer();
+
+  Form->MenuClick(mnuFileCloseConnection);
+
+  EXPECT_TRUE(SessionEnded());
+}
+
+TEST_F(frmMainTest, ClosesNothingSinceTheMachinesClockWasSet) {
+  Load();
+  Ask();
+
+  Clock.dNow += std::chrono::hours(24);
+  Form->tmrClose_Timer();
+  const bool endedByTheClock = SessionEnded();
+  Clock.dNow -= std::chrono::hours(48);
+  Clock.dSteady += seconds(301);
+  Form->tmrClose_Timer();
+
+  EXPECT_FALSE(endedByTheClock);
+  EXPECT_TRUE(SessionEnded());
+}
+
 TEST_F(frmMainTest, ClosesNothingWhileARequestIsInWork) {
   Load();
   Ask();
@@ -552,6 +579,34 @@ TEST_F(frmMainTest, LooksAtTheFolderAgainWhileItIsWatched) {
   Form->tmrProcess_Timer();
 
   EXPECT_TRUE(Folder.Has(u"response/a.osl"));
+}
+
+TEST_F(frmMainTest, LooksAtAFolderThatIsSwitchedOnWhileADialogIsOpen) {
+  LoadWithFolder();
+  Form->MenuClick(mnuCommunicationsFolder);
+  Form->MenuClick(mnuCommunicationsFolder);
+  AskInFile(u"a.osl");
+  bool answered = false;
+  platform::Timer tmrDialog(std::chrono::milliseconds(1), [&] {
+    Form->tmrProcess_Timer();  // nested: the watch cannot begin
+    Form->tmrLook_Timer();
+    answered = Folder.Has(u"response/a.osl");
+  });
+  platform::Timer tmrMenu(std::chrono::milliseconds(1), [&] {
+    tmrMenu.SetEnabled(false);
+    tmrDialog.SetEnabled(true);
+    for (int i = 0; i < 1000 && !answered; ++i) {
+      platform::DoEventsFor(std::chrono::milliseconds(1));
+    }
+    tmrDialog.SetEnabled(false);
+    platform::QuitEventLoop(0);
+  });
+  tmrMenu.SetEnabled(true);
+
+  platform::RunEventLoop();
+
+  EXPECT_TRUE(answered);
+  EXPECT_FALSE(HasStatus(u"Watching Folder: " + ProcessFolder()));
 }
 
 TEST_F(frmMainTest, EndsTheWatchWhenFolderIsSwitchedOff) {

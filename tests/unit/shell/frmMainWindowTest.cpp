@@ -208,6 +208,32 @@ TEST_F(frmMainWindowTest, TakesTheIconAwayAfterTheTransports) {
   EXPECT_TRUE(thereAtEndOfSession);
 }
 
+TEST_F(frmMainWindowTest, IsSeenWhenAnotherInstanceIsStarted) {
+  Load();
+  Form->MenuClick(mnuFileHide);
+
+  EXPECT_TRUE(Form->Restore());
+
+  EXPECT_TRUE(Frame.bVisible);
+  EXPECT_EQ(Frame.iState, WindowState::kNormal);
+  EXPECT_EQ(Frame.Steps.back(), u"Front");
+}
+
+TEST_F(frmMainWindowTest, IsNotSeenAnyMoreWhenItIsAboutToEnd) {
+  Load();
+  Form->MenuClick(mnuFileHide);
+  bool shown = true;
+  During([&] {
+    Form->MenuClick(mnuFileExit);
+    shown = Form->Restore();
+  });
+
+  Ask();
+
+  EXPECT_FALSE(shown);
+  EXPECT_FALSE(Frame.bVisible);
+}
+
 TEST_F(frmMainWindowTest, EndsWithTheSystem) {
   Load();
   Ask();
@@ -251,9 +277,27 @@ TEST_F(frmMainWindowTest, GivesTheRequestUpWithTheSecondExit) {
   EXPECT_EQ(iUnloads, 1);
 }
 
-TEST_F(frmMainWindowTest, GivesTheRequestUpWhenTheSystemEnds) {
+TEST_F(frmMainWindowTest, FinishesTheRequestThatEndsBeforeTheSystemDoes) {
   Load();
-  During([this] { Form->CloseRequest(Reason::kSystemEnds); });
+  During([this] {
+    Form->CloseRequest(Reason::kSystemEnds);
+    Form->CloseRequest(Reason::kSystemEnds);  // told twice
+  });
+
+  Ask();
+  LetTheLoopRun();
+
+  EXPECT_EQ(Network.SentTo(1), u"17\u00FE<QBXML></QBXML>\x1F");
+  EXPECT_TRUE(SessionEnded());
+  EXPECT_EQ(iUnloads, 1);
+}
+
+TEST_F(frmMainWindowTest, GivesTheRequestUpWhenTheSystemDoesNotWait) {
+  Load();
+  During([this] {
+    Form->CloseRequest(Reason::kSystemEnds);
+    Form->tmrGiveUp_Timer();
+  });
 
   Ask();
   LetTheLoopRun();

@@ -114,6 +114,16 @@ TEST_F(ShellAndWait, CountsADeadlineAtMidnightAsTomorrows) {
   EXPECT_EQ(iRounds, 11);
 }
 
+TEST_F(ShellAndWait, GivesUpWithinADayWhateverTheLimit) {
+  for (const int days : {1, 2}) {
+    iRounds = 0;
+
+    EXPECT_FALSE(Wait(days * 86400));
+
+    EXPECT_EQ(iRounds, 86399);
+  }
+}
+
 TEST_F(ShellAndWait, EndsWithTheProgram) {
   iProgramEndsAfter = 5;
 

@@ -249,6 +249,19 @@ TEST_F(SocketTransportTest, SendsALineBreakAcrossTwoBlocksUnchanged) {
   EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"10\u00FE", u"abc\r", u"\nd\u00FE", u"\x1F"));
 }
 
+TEST_F(SocketTransportTest, TakesABlockSizeBelowOneForTheUsualOne) {
+  for (const std::int32_t size : {0, -1}) {
+    Settings.lBlockSize = size;
+    AnswerWith(Text(10001, u'x'));
+    Arrive(1, u"\x1F");
+    Tick();
+
+    EXPECT_THAT(Connections.SentTo(1),
+                ElementsAre(u"10003\u00FE", Text(10000, u'x'), u"x", u"\x1F"));
+    Connections.All.clear();
+  }
+}
+
 TEST_F(SocketTransportTest, LeavesLoneLineCharactersAlone) {
   AnswerWith(u"a\rb\nc\n\rd");
   Arrive(1, u"\x1F");

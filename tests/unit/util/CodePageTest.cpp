@@ -102,6 +102,27 @@ TEST(CodePage, TheByteThatHeldTheMarkGetsWhatTheMarkDisplaced) {
   EXPECT_EQ(Encoded(table, u"\u25A0\u00FE"), "\xE7\xFE");
 }
 
+TEST(CodePage, ASecondByteOfACharacterGetsOneForPrivateUse) {
+  Characters twice;
+  std::iota(twice.begin(), twice.end(), u'\0');
+  twice[0xC1] = twice[0xC0] = u'x';  // which byte 0x78 is
+  const CodePageTable table(twice);
+
+  EXPECT_EQ(Decoded(table, "x\xC0\xC1"), u"x\uF7C0\uF7C1");
+  EXPECT_EQ(Encoded(table, u"x\uF7C0\uF7C1"), "x\xC0\xC1");
+}
+
+TEST(CodePage, TheCharacterOfTheMarkStandsForNoOtherByte) {
+  Characters characters;
+  std::iota(characters.begin(), characters.end(), u'\0');
+  characters[0xC0] = characters[0xC1] = 254;
+  const CodePageTable table(characters);
+
+  EXPECT_EQ(Encoded(table, u"\u00FE"), "\xFE");
+  EXPECT_EQ(Decoded(table, "\xFE"), u"\u00FE");
+  EXPECT_EQ(Encoded(table, Decoded(table, "\xC0\xC1")), "\xC0\xC1");
+}
+
 TEST(CodePage, SevenBitBytesKeepTheirNumbersInAnyTable) {
   Characters shifted;
   std::iota(shifted.begin(), shifted.end(), u'\u0400');

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/Files.h"
+#include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
 #include "util/CodePage.h"
 #include "util/RunTimeError.h"
@@ -30,6 +32,13 @@ class IniAccessTest : public testing::Test {
     Table table;
     oFile.ReadINISection(section, table);
     return table;
+  }
+
+  std::int32_t Error() const {
+    Text message;
+    std::int32_t number = 0;
+    oFile.ReadErrorHandler(message, number);
+    return number;
   }
 
   static constexpr TextView kName = u"osl.ini";
@@ -78,6 +87,34 @@ TEST_F(IniAccessTest, AValueIsCutTo99Characters) {
 
   EXPECT_EQ(Value(u"HistPath"), Text(99, u'x'));
   EXPECT_EQ(Value(u"Other", Text(120, u'y')), Text(99, u'y'));
+}
+
+TEST_F(IniAccessTest, ThatAValueWasCutIsAnErrorOfTheObject) {
+  Given("[General]\r\na=" + std::string(100, 'x') + "\r\nb=" + std::string(99, 'x') + "\r\n");
+
+  Value(u"a");
+  EXPECT_EQ(Error(), platform::kMoreData);
+  Value(u"b");
+  EXPECT_EQ(Error(), 0);
+}
+
+TEST_F(IniAccessTest, AFileThatCannotBeReadIsTheDefaultAndAnErrorOfTheObject) {
+  Given("[General]\r\nHistory=1\r\n");
+  platform::File holder;
+  ASSERT_EQ(holder.Open(oFolder.Path(kName), platform::FileAccess::kReadWrite,
+                        platform::FileCreation::kOpenExisting),
+            0);
+
+  EXPECT_EQ(Value(u"History"), u"fallback");
+  EXPECT_EQ(Error(), platform::kSharingViolation);
+  EXPECT_THAT(Section(u"General"), IsEmpty());
+  EXPECT_EQ(Error(), platform::kSharingViolation);
+
+  holder.Close();
+  EXPECT_EQ(Value(u"History"), u"1");
+  EXPECT_EQ(Error(), 0);
+  EXPECT_EQ(Section(u"General").size(), 1u);
+  EXPECT_EQ(Error(), 0);
 }
 
 TEST_F(IniAccessTest, BlanksAroundAValueAreRemoved) {
@@ -148,8 +185,11 @@ TEST_F(IniAccessTest, ASectionIsReadUpToItsLimit) {
 
   const Table table = Section(u"General");
 
-  EXPECT_EQ(table.size(), 32765u / 11);
+  EXPECT_EQ(table.size(), 2979u);
   EXPECT_EQ(table.front().first, u"key10000");
+  EXPECT_EQ(table[2977], std::pair(Text(u"key12977"), Text(u"1")));
+  EXPECT_EQ(table.back(), std::pair(Text(u"key1297"), Text()));  // cut
+  EXPECT_EQ(Error(), platform::kMoreData);
 }
 
 TEST_F(IniAccessTest, ReadingASectionCreatesNothing) {

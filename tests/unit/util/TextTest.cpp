@@ -84,8 +84,49 @@ TEST(Text, BooleansAreWords) {
 TEST(Text, CaseChangesLatinLettersOnly) {
   EXPECT_EQ(LowerCase(u"%AppPath%\\CAF\u00C9 \u00D7 @[`{"), u"%apppath%\\caf\u00E9 \u00D7 @[`{");
   EXPECT_EQ(UpperCase(u"caf\u00E9 \u00F7 \u00DF \u00FF @[`{"),
-            u"CAF\u00C9 \u00F7 \u00DF \u00FF @[`{");
+            u"CAF\u00C9 \u00F7 \u00DF \u0178 @[`{");
   EXPECT_EQ(LowerCase(u"\u0416"), u"\u0416");
+}
+
+TEST(Text, EveryLetterOfTheCodePageHasItsCase) {
+  const Text capitals =
+      u"ABCDEFGHIJKLMNOPQRSTUVWXYZ\u0160\u0152\u017D\u0178\u00C0\u00C1\u00C2\u00C3\u00C4\u00C5"
+      u"\u00C6"
+      u"\u00C7\u00C8\u00C9\u00CA\u00CB\u00CC\u00CD\u00CE\u00CF\u00D0\u00D1\u00D2\u00D3\u00D4\u00D5"
+      u"\u00D6\u00D8\u00D9\u00DA\u00DB\u00DC\u00DD\u00DE";
+  const Text small =
+      u"abcdefghijklmnopqrstuvwxyz\u0161\u0153\u017E\u00FF\u00E0\u00E1\u00E2\u00E3\u00E4\u00E5"
+      u"\u00E6"
+      u"\u00E7\u00E8\u00E9\u00EA\u00EB\u00EC\u00ED\u00EE\u00EF\u00F0\u00F1\u00F2\u00F3\u00F4\u00F5"
+      u"\u00F6\u00F8\u00F9\u00FA\u00FB\u00FC\u00FD\u00FE";
+
+  EXPECT_EQ(LowerCase(capitals), small);
+  EXPECT_EQ(UpperCase(small), capitals);
+  EXPECT_EQ(LowerCase(small), small);
+  EXPECT_EQ(UpperCase(capitals), capitals);
+}
+
+TEST(Text, WhatIsNoLetterHasNoCase) {
+  Text others;
+  for (char16_t c = 0; c < 0x200; ++c) {
+    const bool isMapped =
+        LowerCase(Text(1, c)) != Text(1, c) || UpperCase(Text(1, c)) != Text(1, c);
+    if (!isMapped) others.push_back(c);
+  }
+
+  EXPECT_EQ(others.size(), 0x200u - 2 * (26 + 4 + 30));
+  for (const char16_t c : {u'@', u'[', u'`', u'{', u'\u00BF', u'\u00D7', u'\u00DF', u'\u00F7'}) {
+    EXPECT_NE(others.find(c), Text::npos) << static_cast<int>(c);
+  }
+}
+
+TEST(Text, ControlCharactersAreTheTwoSetsAndDelete) {
+  for (const char16_t c : {u'\0', u'\t', u'\u001F', u'\u007F', u'\u0080', u'\u009F'}) {
+    EXPECT_TRUE(IsControl(c)) << static_cast<int>(c);
+  }
+  for (const char16_t c : {u' ', u'~', u'\u00A0', u'\u00FE', u'\u20AC'}) {
+    EXPECT_FALSE(IsControl(c)) << static_cast<int>(c);
+  }
 }
 
 TEST(Text, OnlyBlanksAreTrimmed) {
