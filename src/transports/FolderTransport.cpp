@@ -33,7 +33,8 @@ void FolderTransport::tmrProcess_Timer() {
   // Held here: it must outlive its wait, whoever stops the transport meanwhile.
   const auto watcher = oWatchFolder;
   oState.bWatchActive = oState.bFolderRunning = true;
-  bTakeNoMore = bFolderGone = false;
+  TakeAgain();
+  bFolderGone = false;
   const Text folder = ProcessList.Folder();
   oTrace.AddStatus(u"Watching Folder: " + folder);
   SettleLeftovers();
@@ -157,7 +158,7 @@ void FolderTransport::ProcessInto(ResponseFile& file, Text request) {
 }
 
 void FolderTransport::LookAgain() {
-  if (bScanning || bTakeNoMore || oGate.IsBusy()) return;
+  if (!bSwitchedOn || bScanning || bTakeNoMore || oGate.IsBusy()) return;
   oResponses.PlaceWaiting();
   if (!IsFolderThere()) return;
   ListAnew();
@@ -194,6 +195,7 @@ void FolderTransport::ListAnew() {
 }
 
 void FolderTransport::Stop() {
+  bSwitchedOn = false;
   bTakeNoMore = true;
   oRefused.Clear();
   const auto watcher = std::exchange(oWatchFolder, nullptr);

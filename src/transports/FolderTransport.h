@@ -54,7 +54,10 @@ class FolderTransport {
   void SendLoadingNotice();
 
   /// The transport was switched on: LookAgain takes request files until the watch can begin.
-  void TakeAgain() { bTakeNoMore = false; }
+  void TakeAgain() {
+    bSwitchedOn = true;
+    bTakeNoMore = false;
+  }
   /// The scan on the stack ends after the file in work, until tmrProcess_Timer begins anew.
   void TakeNoMore() { bTakeNoMore = true; }
   /// Ends watch and scan on the stack as soon as the handlers above them return.
@@ -98,6 +101,7 @@ class FolderTransport {
   std::size_t lTaken = 0;  // request files taken, ever
   bool bScanning = false;
   bool bLooking = false;  // at files that could not be taken before
+  bool bSwitchedOn = false;
   bool bTakeNoMore = false;
   bool bFolderGone = false;
 };
