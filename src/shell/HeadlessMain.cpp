@@ -33,7 +33,8 @@ constexpr TextView kHelp =
     u"  --version        the program's version\n"
     u"\n"
     u"SIGINT, SIGTERM and SIGHUP end it as File/Exit does, once the request in work has ended and\n"
-    u"the responses have gone out; a second one gives these up. SIGUSR1 switches the communication\n"
+    u"the responses have gone out; a second one gives these up. SIGUSR1 switches the "
+    u"communication\n"
     u"log.\n";
 
 Text NameAndVersion() { return Text(kProgramName) + u" " + ProgramVersion(); }

@@ -17,8 +17,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// Of the five seconds that the system gives, for the request in work and slow clients; the rest is for
-// QuickBooks' end.
+// Of the five seconds that the system gives, for the request in work and slow clients; the rest is
+// for QuickBooks' end.
 constexpr milliseconds kPatienceAtTheEnd(2000);
 
 constexpr MenuItem kDebugTools[] = {mnuToolsCommLog, mnuToolsSettings, mnuToolsSep2, mnuToolsTest};

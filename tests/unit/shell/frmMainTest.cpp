@@ -406,6 +406,7 @@ TEST_F(frmMainTest, DoesNotWaitForClientsWhenTheSystemEnds) {
   Ask();
 
   Form->CloseRequest(platform::ApplicationWindow::CloseReason::kSystemEnds);
+  Form->tmrGiveUp_Timer();
 
   EXPECT_EQ(iUnloads, 1);
 }
