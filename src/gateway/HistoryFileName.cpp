@@ -14,7 +14,7 @@ bool MayStand(char16_t c) {
 
 }  // namespace
 
-Text HistoryFileName(TextView generalDate) {
+Text HistoryFileName(TextView generalDate, std::int32_t number) {
   Text name;
   for (const char16_t c : generalDate) {
     if (c == u'/') {
@@ -23,6 +23,7 @@ Text HistoryFileName(TextView generalDate) {
       name.push_back(c);
     }
   }
+  if (number > 1) name.append(u"-").append(ToText(std::int64_t{number}));
   return name + u".txt";
 }
 

@@ -118,7 +118,7 @@ void RequestHandler::CloseQuickBooks() {
 }
 
 std::int32_t RequestHandler::Process(Text& request, Text& response) {
-  RequestHistory history(oSettings, oTrace, oClock);
+  RequestHistory history(oSettings, oTrace, oClock, oHistoryFiles);
   history.Begin(request);
   MarksToLineBreaks(request);
   const Command command = Recognise(request);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "gateway/GatewaySettings.h"
+#include "gateway/HistoryFiles.h"
 #include "gateway/HostQuery.h"
 #include "gateway/IdleClose.h"
 #include "gateway/Trace.h"
@@ -48,6 +49,7 @@ class RequestHandler {
   IdleClose& oIdleClose;
   Trace& oTrace;
   const platform::Clock& oClock;
+  HistoryFiles oHistoryFiles;
 };
 
 }  // namespace ostrel

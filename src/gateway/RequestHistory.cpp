@@ -2,7 +2,6 @@
 
 #include <exception>
 
-#include "gateway/HistoryFileName.h"
 #include "gateway/XmlLayout.h"
 #include "platform/SystemError.h"
 #include "util/cFileIO.h"
@@ -15,10 +14,11 @@ const Text kRule(60, u'=');
 }  // namespace
 
 RequestHistory::RequestHistory(const GatewaySettings& settings, Trace& trace,
-                               const platform::Clock& clock)
+                               const platform::Clock& clock, HistoryFiles& files)
     : oSettings(settings),
       oTrace(trace),
       oClock(clock),
+      oFiles(files),
       bOn(settings.bHistory),
       sStartTime(clock.GeneralDate(clock.Now())) {}
 
@@ -33,7 +33,6 @@ void RequestHistory::Begin(TextView rawRequest) {
 
 void RequestHistory::Write(Text& request, TextView response, bool isParseError) {
   Attempt([&] {
-    oTrace.AddStatus(u"Creating Log File: " + HistoryFileName(sStartTime));
     FormatXmlText(request);
     AddLine(request);
     AddLine(kRule);
@@ -46,7 +45,12 @@ void RequestHistory::Write(Text& request, TextView response, bool isParseError) 
     AddLine(u"Start: " + sStartTime);
     // Kept: no blank after this colon.
     sHistoryBuffer.append(u"End:").append(oClock.GeneralDate(oClock.Now()));
-    WriteFile();
+    cFileIO file;
+    const bool isOpen = oFiles.Open(file, oSettings, sStartTime);
+    oTrace.AddStatus(u"Creating Log File: " + file.FileName());
+    if (!isOpen) return TellOfLink(file);
+    file.WriteData(sHistoryBuffer, -1, u"A");
+    file.CloseFile();
   });
 }
 
@@ -73,17 +77,6 @@ void RequestHistory::TellOfLink(const cFileIO& file) {
   file.ReadErrorHandler(message, number);
   if (number != platform::kStoppedOnLink) return;
   oTrace.AddStatus(u"Not written, since it is a link: " + file.FullFileName());
-}
-
-void RequestHistory::WriteFile() {
-  cFileIO file;
-  file.RefuseLinks = true;
-  if (!file.OpenFile(oSettings.sHistPath + u"\\" + HistoryFileName(sStartTime), u"W")) {
-    TellOfLink(file);
-    return;
-  }
-  file.WriteData(sHistoryBuffer, -1, u"A");
-  file.CloseFile();
 }
 
 }  // namespace ostrel

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "gateway/GatewaySettings.h"
+#include "gateway/HistoryFiles.h"
 #include "gateway/Trace.h"
 #include "platform/Clock.h"
 #include "util/cFileIO.h"
@@ -13,7 +14,8 @@ namespace ostrel {
 class RequestHistory {
  public:
   /// The file is named after this moment.
-  RequestHistory(const GatewaySettings& settings, Trace& trace, const platform::Clock& clock);
+  RequestHistory(const GatewaySettings& settings, Trace& trace, const platform::Clock& clock,
+                 HistoryFiles& files);
 
   /// Notes the request as it was received.
   void Begin(TextView rawRequest);
@@ -27,11 +29,11 @@ class RequestHistory {
   void Attempt(Step step);
   void AddLine(TextView line);
   void TellOfLink(const cFileIO& file);
-  void WriteFile();
 
   const GatewaySettings& oSettings;
   Trace& oTrace;
   const platform::Clock& oClock;
+  HistoryFiles& oFiles;
   bool bOn;
   Text sStartTime;
   Text sHistoryBuffer;  // lines separated by the attribute mark

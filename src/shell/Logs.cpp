@@ -3,7 +3,6 @@
 #include <array>
 #include <exception>
 
-#include "gateway/HistoryFileName.h"
 #include "platform/SystemError.h"
 #include "shell/Menus.h"
 #include "shell/Version.h"
@@ -86,8 +85,7 @@ void Logs::WriteHistoryFile(TextView text) {
   AddStatus(u"Creating Log File: ");
   Text content = HistoryHeader().append(text);
   cFileIO file;
-  file.FullFileName(oSettings.sHistPath + u"\\" + HistoryFileName(Now()));
-  if (!OpenToWrite(file, bHistoryLinkTold)) return;
+  if (!oHistoryFiles.Open(file, oSettings, Now())) return TellOfLink(file, bHistoryLinkTold);
   file.WriteData(content, -1, u"A");
   file.CloseFile();
 }
@@ -101,17 +99,21 @@ void Logs::WriteStatusFile(TextView text) {
   file.CloseFile();
 }
 
-// Kept: what cannot be opened is skipped without a word. A link is told of once.
 bool Logs::OpenToWrite(cFileIO& file, bool& isLinkTold) {
   file.RefuseLinks = true;
   if (file.OpenFile({}, u"W")) return true;
+  TellOfLink(file, isLinkTold);
+  return false;
+}
+
+// Kept: what cannot be opened is skipped without a word. A link is told of once.
+void Logs::TellOfLink(const cFileIO& file, bool& isLinkTold) {
   Text message;
   std::int32_t number = 0;
   file.ReadErrorHandler(message, number);
-  if (number != platform::kStoppedOnLink || isLinkTold) return false;
+  if (number != platform::kStoppedOnLink || isLinkTold) return;
   isLinkTold = true;
   lstStatus.Add(u"Not written, since it is a link: " + file.FullFileName());
-  return false;
 }
 
 void Logs::mnuToolsCommLog_Click() {

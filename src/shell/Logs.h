@@ -3,6 +3,7 @@
 // time.
 #pragma once
 
+#include "gateway/HistoryFiles.h"
 #include "gateway/Trace.h"
 #include "platform/Clock.h"
 #include "platform/MainWindow.h"
@@ -35,6 +36,7 @@ class Logs : public Trace {
   bool AppendToCommLog(TextView text);
   void TellCommLogFailure() noexcept;
   bool OpenToWrite(cFileIO& file, bool& isLinkTold);
+  void TellOfLink(const cFileIO& file, bool& isLinkTold);
   Text Now() const;
 
   AppSettings& oSettings;
@@ -42,6 +44,7 @@ class Logs : public Trace {
   platform::MainWindow& oWindow;
   const platform::Clock& oClock;
   StatusList lstStatus;
+  HistoryFiles oHistoryFiles;
   bool bCommLog = false;
   bool bCommLogFails = false;
   bool bHistoryLinkTold = false;

@@ -41,6 +41,30 @@ def test_each_request_leaves_a_history_file(gateway):
     assert gateway.stop() == 0
 
 
+def test_each_request_of_a_second_has_a_history_file_when_asked_for(gateway):
+    gateway.write_settings(General_History="1", General_HistoryEach="1")
+    gateway.start()
+    with gateway.connect() as client:
+        for number in range(20):
+            client.ask(f"R{number}\r\n" + qbxml(CUSTOMER_QUERY))
+
+    # In the order of their names in the status lines, each tells of its own request.
+    names = [
+        line.split(": ", 1)[1]
+        for line in wait_until(
+            lambda: [one for one in gateway.status_lines() if "Creating Log File: " in one][19:]
+            and [one for one in gateway.status_lines() if "Creating Log File: " in one],
+            "the lines",
+        )
+    ]
+    assert len(set(names)) == 20
+    for number, name in enumerate(names):
+        path = gateway.history / name
+        wait_until(path.exists, name)
+        assert f"\r\nR{number}\r\n".encode() in path.read_bytes()
+    assert gateway.stop() == 0
+
+
 def test_no_history_unless_it_is_switched_on(running):
     running.ask(qbxml(CUSTOMER_QUERY))
 

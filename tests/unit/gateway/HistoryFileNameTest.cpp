@@ -11,6 +11,12 @@ TEST(HistoryFileName, IsTheDateWithoutSigns) {
   EXPECT_EQ(HistoryFileName(u"12/31/2010"), u"1203102010.txt");
 }
 
+TEST(HistoryFileName, EndsInItsNumberFromTheSecondFileOfASecondOn) {
+  EXPECT_EQ(HistoryFileName(u"1/5/2010 9:03:07 AM", 1), u"1050201090307AM.txt");
+  EXPECT_EQ(HistoryFileName(u"1/5/2010 9:03:07 AM", 2), u"1050201090307AM-2.txt");
+  EXPECT_EQ(HistoryFileName(u"1/5/2010 9:03:07 AM", 11), u"1050201090307AM-11.txt");
+}
+
 TEST(HistoryFileName, KeepsWhatAFileNameMayHold) {
   EXPECT_EQ(HistoryFileName(u"05.01.2010 09:03:07"), u"05.01.2010090307.txt");
   EXPECT_EQ(HistoryFileName(u"2010-01-05 \u4E0A\u5348 9:03:07"),

@@ -608,6 +608,35 @@ TEST_F(HistoryTest, ReplacesAFileOfTheSameName) {
   EXPECT_EQ(File().find('x', File().find("End:")), std::string::npos);
 }
 
+TEST_F(HistoryTest, OfEachRequestOfASecondIsKeptWhenAskedFor) {
+  settings.bHistoryEach = true;
+  folder.Write(u"1050201090307AM-2.txt", "of an earlier run");
+  for (const TextView request : {u"H\r\n<first/>", u"H\r\n<second/>", u"H\r\n<third/>"}) {
+    Process(Text(request));
+  }
+
+  EXPECT_NE(folder.Read(u"1050201090307AM.txt").find("<first/>"), std::string::npos);
+  EXPECT_EQ(folder.Read(u"1050201090307AM-2.txt"), "of an earlier run");
+  EXPECT_NE(folder.Read(u"1050201090307AM-3.txt").find("<second/>"), std::string::npos);
+  EXPECT_NE(folder.Read(u"1050201090307AM-4.txt").find("<third/>"), std::string::npos);
+  EXPECT_EQ(folder.EntryCount(), 4u);
+  EXPECT_TRUE(trace.HasStatus(u"Creating Log File: 1050201090307AM-3.txt"));
+
+  clock.Advance(seconds(1));
+  Process(u"H\r\n<later/>");
+  EXPECT_TRUE(folder.Has(u"1050201090308AM.txt"));
+}
+
+TEST_F(HistoryTest, OfEachRequestIsSkippedWhenItsFileCannotBeMade) {
+  settings.bHistoryEach = true;
+  settings.sHistPath = folder.Path(u"missing");
+
+  EXPECT_EQ(Process(u"<a/>"), 0);
+
+  EXPECT_EQ(folder.EntryCount(), 0u);
+  EXPECT_TRUE(trace.HasStatus(u"Creating Log File: 1050201090307AM.txt"));
+}
+
 TEST_F(HistoryTest, IsSkippedWhenTheFileCannotBeOpened) {
   settings.sHistPath = folder.Path(u"none");
 

@@ -167,6 +167,16 @@ TEST_F(LogsTest, OverwritesTheHistoryFileOfTheSameSecond) {
   EXPECT_TRUE(Folder.Read(u"1050201090307AM.txt").starts_with(OpeningLines() + "second"));
 }
 
+TEST_F(LogsTest, KeepsEachHistoryFileOfASecondWhenAskedFor) {
+  Settings.bHistoryEach = true;
+
+  Log.WriteHistoryFile(u"the first");
+  Log.WriteHistoryFile(u"the second");
+
+  EXPECT_TRUE(Folder.Read(u"1050201090307AM.txt").ends_with("the first"));
+  EXPECT_TRUE(Folder.Read(u"1050201090307AM-2.txt").ends_with("the second"));
+}
+
 TEST_F(LogsTest, NamesHistoryFilesInAnyLocale) {
   Clock.sGeneralDate = u"05.01.2010 9:03:07*?";
 
