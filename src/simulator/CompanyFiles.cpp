@@ -38,6 +38,13 @@ class FileLock : public CompanyLock {
   platform::File oFile;
 };
 
+// ".sample.qbw.lock" in the company's folder.
+Text LockPath(TextView path) {
+  const std::size_t separator = path.find_last_of(u"\\/");
+  const std::size_t name = separator == TextView::npos ? 0 : separator + 1;
+  return Text(path.substr(0, name)) + u"." + Text(path.substr(name)) + u".lock";
+}
+
 }  // namespace
 
 int CompanyFiles::Read(TextView path, std::string& bytes) {
@@ -87,7 +94,7 @@ int CompanyFiles::Rename(TextView from, TextView to) { return platform::RenameOv
 int CompanyFiles::Erase(TextView path) { return platform::EraseFile(path); }
 
 CompanyHold CompanyFiles::Lock(TextView path) {
-  Text beside = Text(path) + u".lock";
+  Text beside = LockPath(path);
   platform::File file;
   const int error = file.Open(beside, FileAccess::kReadWrite, FileCreation::kOpenAlways);
   if (error != 0) return {.error = error};

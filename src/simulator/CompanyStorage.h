@@ -58,7 +58,7 @@ class CompanyFiles : public CompanyStorage {
   int WriteFrom(std::int64_t position, TextView path, std::string_view bytes) override;
   int Rename(TextView from, TextView to) override;
   int Erase(TextView path) override;
-  /// By a file "sample.qbw.lock" beside it, which nobody else can open.
+  /// By a file ".sample.qbw.lock" beside it, which nobody else can open.
   CompanyHold Lock(TextView path) override;
 };
 

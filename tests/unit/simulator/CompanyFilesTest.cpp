@@ -109,7 +109,7 @@ TEST_F(CompanyFilesTest, LeaveNothingOfALockThatIsGivenBack) {
 
 // What a process that was killed leaves behind.
 TEST_F(CompanyFilesTest, TakeALockThatNobodyHolds) {
-  oFolder.Write(u"a.qbw.lock", "");
+  oFolder.Write(u".a.qbw.lock", "");
 
   EXPECT_EQ(oFiles.Lock(oFolder.Path(u"a.qbw")).error, 0);
 }
