@@ -108,6 +108,7 @@ class Gateway:
         self.response_folder = self.folder / "response"
         self.port = free_port()
         self.instance = self.folder  # of those that have the same, only one runs at a time
+        self.environment = {}  # what it is told besides
         self.process = None
         self.lines = []
         self.errors = []
@@ -169,7 +170,8 @@ class Gateway:
 
     def spawn(self, *arguments, preexec=None):
         """Starts it without waiting for anything. Paths among the arguments are given as paths."""
-        environment = dict(os.environ, OSTREL_INSTANCE=str(self.instance), LC_ALL="C.UTF-8")
+        environment = dict(os.environ, OSTREL_INSTANCE=str(self.instance), LC_ALL="C.UTF-8",
+                           **self.environment)
         self.process = subprocess.Popen(
             command(self.program, *arguments),
             stdin=subprocess.DEVNULL,

@@ -2,16 +2,18 @@
 // ASCII; what it refuses must be refused with one of the request processor's own numbers.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
 #include "platform/SystemError.h"
 #include "simulator/Journal.h"
 #include "simulator/QbxmlEngine.h"
 #include "simulator/XmlReader.h"
+#include "tests/fuzz/FuzzTarget.h"
 
 namespace ostrel::simulator {
 namespace {
+
+using fuzz::Require;
 
 constexpr std::string_view kCompany =
     "<Company name='Fuzz'><Customer><Name>Zimmer</Name></Customer>"
@@ -40,38 +42,34 @@ class Memory : public CompanyStorage {
   int Erase(TextView) override { return 0; }
 };
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-void Try(TextView request) {
+void TryRequest(TextView request) {
   const Stamp now = {1262682187, "2010-01-05T09:03:07+00:00"};
   Memory storage;
   auto company = Company::FromBytes(kCompany, now);
-  Require(company.has_value());
+  Require(company.has_value(), "the company can be read");
   OpenCompany open(*std::move(company), CompanyFile(u"fuzz.qbw", storage),
                    platform::FileMode::kSingleUser);
   Session session;
   try {
     const Text response = ProcessQbxml(request, open, session, now);
     XmlDocument document;
-    Require(ReadXmlText(response, kMaxElements, document) == XmlFault::kNone);
-    for (const char16_t c : response) Require(c < 0x80);
+    Require(ReadXmlText(response, kMaxElements, document) == XmlFault::kNone,
+            "a response is well-formed");
+    for (const char16_t c : response) Require(c < 0x80, "a response is ASCII");
   } catch (const platform::RequestProcessorError& error) {
     const auto number = static_cast<std::uint32_t>(error.Number);
-    Require(number >= 0x80040400 && number <= 0x80040430);
+    Require(number >= 0x80040400 && number <= 0x80040430, "a refusal has a known number");
   }
   // A company that has taken the request in must be one that can be read again, and so must what
   // its journal has of it.
   const Journal journal = ReadJournal(storage.sJournal);
-  Require(journal.leftOut.empty() && journal.wholeBytes == storage.sJournal.size());
-  Require(Company::FromBytes(open.Data().ToBytes(), now).has_value());
+  Require(journal.leftOut.empty() && journal.wholeBytes == storage.sJournal.size(),
+          "a journal can be read");
+  Require(Company::FromBytes(open.Data().ToBytes(), now).has_value(), "a company can be read");
 }
+
+const fuzz::Registered kTarget("qbxml",
+                               [](std::string_view bytes) { TryRequest(FromUtf8(bytes)); });
 
 }  // namespace
 }  // namespace ostrel::simulator
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  ostrel::simulator::Try(ostrel::FromUtf8({reinterpret_cast<const char*>(data), size}));
-  return 0;
-}
