@@ -2,6 +2,7 @@
 // requests are in work, in any order the bytes say. A plain model beside the transport knows which
 // request is the next one and whose it is: no text may reach another connection or another request,
 // and none may be lost.
+#include <algorithm>
 #include <array>
 #include <deque>
 #include <optional>
@@ -19,6 +20,7 @@ using fuzz::Require;
 
 constexpr std::int16_t kConnections = 5;
 constexpr std::size_t kLongest = 48;
+constexpr std::int32_t kMostWaiting = 6;
 constexpr int kMostSteps = 400;
 constexpr int kDeepest = 2;
 constexpr int kConnectionReset = 10054;
@@ -44,6 +46,7 @@ class Conversation : public ClientConnections {
     oSettings.lBlockSize = 1 + oBytes.Next() % 16;
     oTrace.bCommLog = false;
     oTransport.lLongestRequest = kLongest;
+    oTransport.lMostWaiting = kMostWaiting;
     oTransport.DoEvents = [this] { Nested(); };
     oTransport.Attach(*this);
   }
@@ -71,6 +74,9 @@ class Conversation : public ClientConnections {
   void CloseSocket(std::int16_t socket) override {
     if (socket != 0) At(socket).bOpen = false;
   }
+
+  std::size_t BytesToSend(std::int16_t) const override { return 0; }
+  std::uint64_t BytesSent(std::int16_t) const override { return 0; }
 
  private:
   Connection& At(std::int16_t socket) {
@@ -147,7 +153,7 @@ class Conversation : public ClientConnections {
     const bool isComplete = how >= 192;
     if (isComplete) piece.append(1, kEndOfDataMark).append(how % 3, u'!');
     connection.lPending += length;
-    if (connection.lPending > kLongest) {
+    if (connection.lPending > kLongest || (isComplete && Waiting(socket) >= kMostWaiting)) {
       Forget(socket);
     } else if (isComplete) {
       Expected.push_back({socket, connection.cLetter, connection.lPending});
@@ -155,8 +161,13 @@ class Conversation : public ClientConnections {
     }
     const bool isOpen = connection.bOpen;
     oTransport.oSocketServer_DataArrival(socket, piece);
-    Require(connection.bOpen == isOpen,
-            "a connection ends when its request is too long, only then");
+    Require(connection.bOpen == isOpen, "a connection ends when it asks too much, only then");
+  }
+
+  std::int32_t Waiting(std::int16_t socket) const {
+    return static_cast<std::int32_t>(
+        std::count_if(Expected.begin(), Expected.end(),
+                      [&](const Request& request) { return request.iSocket == socket; }));
   }
 
   void Tick() {

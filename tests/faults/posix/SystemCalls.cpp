@@ -25,9 +25,18 @@ Result Failed(Result failure) {
   return failure;
 }
 
+// A reset is told by a connection that has gone.
+void EndWhenReset(int file) {
+  const linger atOnce = {1, 0};
+  if (PlannedError() != ECONNRESET) return;
+  setsockopt(file, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+  shutdown(file, SHUT_RDWR);
+}
+
 }  // namespace
 }  // namespace ostrel::faults
 
+using ostrel::faults::EndWhenReset;
 using ostrel::faults::Failed;
 using ostrel::faults::Half;
 using ostrel::faults::kShort;
@@ -43,7 +52,7 @@ using ostrel::faults::PlannedError;
     return __real_##name arguments;                              \
   }
 
-// As above, and "short" carries out half of it.
+// As above, and "short" carries out half of it. The descriptor is called "file".
 #define FAULTY_SIZED(name, Result, parameters, arguments, half)   \
   extern "C" Result __real_##name parameters;                     \
   extern "C" Result __wrap_##name parameters;                     \
@@ -51,6 +60,7 @@ using ostrel::faults::PlannedError;
   extern "C" Result __wrap_##name parameters {                    \
     if (!name##Operation.Fails()) return __real_##name arguments; \
     if (PlannedError() == kShort) return __real_##name half;      \
+    EndWhenReset(file);                                           \
     return Failed<Result>(-1);                                    \
   }
 
