@@ -207,8 +207,9 @@ void CommunicationModes::StartFolderWatch() {
   }
   CreateFolder(oSettings.sProcessPath);
   CreateFolder(oSettings.sResponsePath);
-  if (platform::IsSameFolder(oSettings.sProcessPath, oSettings.sResponsePath))
+  if (platform::IsSameFolder(oSettings.sProcessPath, oSettings.sResponsePath)) {
     return RefuseFolder();
+  }
   oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, u"*.osl");
   oFolderTransport.TakeAgain();
   tmrProcess.SetEnabled(true);

@@ -208,9 +208,9 @@ void FilterByEntity(const Element& filter, const Call& call, Filters& filters) {
       filters.refusal = InvalidReference("Entity", child.text, "EntityFilter");
     }
   }
-  std::ranges::sort(filters.entities);
-  const auto twice = std::ranges::unique(filters.entities);
-  filters.entities.erase(twice.begin(), twice.end());
+  auto& entities = filters.entities;
+  std::ranges::sort(entities);
+  entities.erase(std::unique(entities.begin(), entities.end()), entities.end());
 }
 
 void FilterByRefNumber(const Element& filter, const Call&, Filters& filters) {

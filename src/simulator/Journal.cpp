@@ -173,8 +173,9 @@ class JournalReader {
 
   void Take(std::string_view xml) {
     XmlDocument document;
-    if (ReadXmlBytes(xml, RecordLimits().elements, document) != XmlFault::kNone)
+    if (ReadXmlBytes(xml, RecordLimits().elements, document) != XmlFault::kNone) {
       return LeaveOut(kDamaged);
+    }
     oJournal.foldedInto.reset();
     Element& record = document.root;
     const bool isFirst = oPlace.number == 1;
