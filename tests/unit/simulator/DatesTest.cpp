@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "simulator/Dates.h"
 
 namespace ostrel::simulator {
@@ -28,6 +30,27 @@ TEST(Moments, AreReadWithAndWithoutZone) {
   EXPECT_EQ(ParseMoment("2010-01-05T09:03:07+00:00", kNow, false), 1262682187);
   EXPECT_EQ(ParseMoment("2010-01-05T09:03:07Z", kNow, false), 1262682187);
   EXPECT_EQ(ParseMoment("2010-01-05T01:03:07", kNow, false), 1262682187);
+}
+
+TEST(Moments, AreReadInTheirZone) {
+  EXPECT_EQ(ParseMoment("2010-01-05T23:03:07+14:00", kNow, false), 1262682187);
+  EXPECT_EQ(ParseMoment("2010-01-04T19:03:07-14:00", kNow, false), 1262682187);
+  EXPECT_EQ(ParseMoment("2010-01-05T15:02:07+05:59", kNow, false), 1262682187);
+  EXPECT_EQ(ParseMoment("2010-01-05T03:04:07-05:59", kNow, false), 1262682187);
+}
+
+TEST(Moments, AreRefusedInAZoneThatIsNone) {
+  for (const char* zone : {"+15:00", "-15:00", "+05:60", "05:00", "*05:00", "+05-00", "+0500",
+                           "+05:000", "+x5:00", "+05:0x", "z"}) {
+    EXPECT_FALSE(ParseMoment(std::string("2010-01-05T09:03:07") + zone, kNow, false)) << zone;
+  }
+}
+
+TEST(Moments, AreRefusedBeyondTheHoursOfADay) {
+  EXPECT_EQ(ParseMoment("2010-01-05T23:59:59Z", kNow, false), 1262649600 + 86'399);
+  for (const char* time : {"24:00:00", "23:60:00", "23:59:60", "23-59:59", "23:59-59"}) {
+    EXPECT_FALSE(ParseMoment(std::string("2010-01-05T") + time + "Z", kNow, false)) << time;
+  }
 }
 
 TEST(Moments, OfADateAreItsFirstOrLastSecond) {

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "Books.h"
 
 namespace ostrel {
@@ -50,6 +52,55 @@ TEST(ListQuery, FiltersByTheTimeOfTheLastChange) {
       books.Query("Customer", "<FromModifiedDate>2010-01-07T10:03:08+01:00</FromModifiedDate>")
           .Code(),
       "1");
+}
+
+TEST(ListQuery, TakesBothEndsOfARangeOfChanges) {
+  Books books;
+  const std::string changed = books.Find("Customer", "Zeller").Text("TimeModified");
+
+  EXPECT_EQ(Names(books, "<FromModifiedDate>" + changed + "</FromModifiedDate><ToModifiedDate>" +
+                             changed + "</ToModifiedDate>"),
+            "Abbott Abbott:Barn Zeller ");
+  books.oClock.Advance(std::chrono::seconds(1));
+  books.Modify("Customer", books.Find("Customer", "Zeller"), "<Phone>1</Phone>");
+  EXPECT_EQ(Names(books, "<ToModifiedDate>" + changed + "</ToModifiedDate>"),
+            "Abbott Abbott:Barn ");
+}
+
+TEST(TransactionQuery, TakesBothEndsOfARangeOfNumbers) {
+  Books books;
+  for (int i = 0; i < 12; ++i) books.InvoiceTwoHammers();
+  const auto numbers = [&](const std::string& from, const std::string& to) {
+    return books
+        .Query("Invoice", "<RefNumberRangeFilter><FromRefNumber>" + from +
+                              "</FromRefNumber><ToRefNumber>" + to +
+                              "</ToRefNumber></RefNumberRangeFilter>")
+        .All("RefNumber");
+  };
+
+  EXPECT_EQ(numbers("9", "11"), "9 10 11 ");
+  EXPECT_EQ(numbers("10", "10"), "10 ");
+  EXPECT_EQ(numbers("11", "10"), "");
+  EXPECT_EQ(numbers("", "2"), "1 2 ");
+  EXPECT_EQ(numbers("11", ""), "11 12 ");
+}
+
+TEST(ListQuery, ReturnsNoMoreThanAskedForOfSeveralKinds) {
+  Books books;
+  for (std::size_t most = 1; most <= 5; ++most) {
+    const QbxmlAnswer items =
+        books.Query("Item", "<MaxReturned>" + std::to_string(most) + "</MaxReturned>");
+    EXPECT_EQ(items.Count(), std::min<std::size_t>(most, 4));
+  }
+}
+
+TEST(TransactionQuery, FindsEachTransactionOnceHoweverOftenItsCustomerIsNamed) {
+  Books books;
+  books.InvoiceTwoHammers();
+  std::string names;
+  for (int i = 0; i < 100; ++i) names += "<FullName>Abbott</FullName>";
+
+  EXPECT_EQ(books.Query("Invoice", "<EntityFilter>" + names + "</EntityFilter>").Count(), 1u);
 }
 
 TEST(ListQuery, FiltersByTotalBalance) {

@@ -87,6 +87,26 @@ TEST(XmlReader, KeepsPairsTogetherWhereverTheTextIsCutIntoPieces) {
   }
 }
 
+// The first and last of each half of a pair, and their neighbours, at every place where a piece may
+// end.
+TEST(XmlReader, KeepsTheOutermostPairsTogetherWhereverAPieceEnds) {
+  const Text characters = u"\uD7FF\U00010000\U0010FFFF\U000103FF\U0010FC00\uE000";
+  constexpr std::size_t kPiece = 64 * 1024;
+  for (std::size_t before = kPiece - 14; before < kPiece; ++before) {
+    const Text filling(before - 3, u'x');
+
+    EXPECT_EQ(FromUtf8(Read(u"<a>" + filling + characters + u"</a>").root.text),
+              filling + characters);
+  }
+}
+
+TEST(XmlReader, RefusesHalvesOfPairs) {
+  for (const Text& halves : {Text{0xD800}, Text{0xDBFF}, Text{0xDC00}, Text{0xDFFF},
+                             Text{0xD800, 0xD800}, Text{0xDC00, 0xD800}, Text{0xDBFF, 0xE000}}) {
+    EXPECT_EQ(FaultOf(u"<a>" + halves + u"</a>"), XmlFault::kMalformed) << unsigned{halves[0]};
+  }
+}
+
 // The text is decoded already.
 TEST(XmlReader, IgnoresTheEncodingThatATextDeclares) {
   for (const TextView encoding : {u"UTF-16", u"UTF-8", u"ISO-8859-1", u"windows-1252", u"x-none"}) {
