@@ -132,12 +132,6 @@ TEST_F(ProfileTest, AFileInUnicodeStaysSo) {
   EXPECT_EQ(Bytes(), Utf16(u"; \u6F22\r\n[G]\r\na=caf\u00E9\r\nb=2\r\n"));
 }
 
-TEST_F(ProfileTest, NamesIgnoreTheCaseOfEveryLetter) {
-  Given("[\xC9\x8A]\r\n\x9F=1\r\n");
-
-  EXPECT_EQ(Value("\xE9\x9A", "\xFF"), "1");
-}
-
 TEST_F(ProfileTest, AKeyWithoutAnEqualsSignHasNoValue) {
   Given("[General]\r\nHistory\r\n");
 
