@@ -6,7 +6,7 @@ import random
 import pytest
 
 from gateway import CUSTOMER_QUERY, END_OF_DATA, qbxml
-from system import as_known
+from system import UNDER_WINE, as_known
 
 MEGABYTE = 1 << 20
 
@@ -78,7 +78,9 @@ def test_a_request_of_300_megabytes_ends_its_connection_alone(running, other):
             huge.send(b"x" * MEGABYTE)
         huge.send(END_OF_DATA)
 
-    running.wait_for_status("ended: its request is too long")
+    # On Windows all texts together may be as long as the longest request would be alone.
+    reason = "no memory for its request" if UNDER_WINE else "its request is too long"
+    running.wait_for_status(f"ended: {reason}")
     assert huge.is_closed_by_gateway() and huge.received == b""
 
 

@@ -237,6 +237,8 @@ def test_the_report_tells_what_is_wrong_and_where(talk, message, line, reason):
 
     assert header == b"ERROR: 1024"
     lines = body.decode("cp1252").split("\r\n")
+    if not lines[1]:  # MSXML's reason ends in a line break of its own
+        del lines[1]
     assert [text.partition(":")[0] for text in lines[:5]] == LABELS and len(lines) >= 6
     if not UNDER_WINE:  # whose MSXML tells neither reason nor place
         assert reason in lines[0] and lines[3] == f"Line: {line}"
