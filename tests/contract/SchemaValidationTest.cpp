@@ -147,7 +147,7 @@ TEST_F(SchemaValidationTest, IsHeldUpByNoText) {
 
     Validate(text);
 
-    EXPECT_LT(std::clock() - begun, CLOCKS_PER_SEC) << hostile.name;
+    EXPECT_LT(std::clock() - begun, 2 * CLOCKS_PER_SEC) << hostile.name;
   }
 }
 

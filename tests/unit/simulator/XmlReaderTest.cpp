@@ -249,7 +249,7 @@ TEST(XmlReader, IsHeldUpByNoText) {
 
     ReadXmlText(text, 500'000, document);
 
-    EXPECT_LT(std::clock() - begun, CLOCKS_PER_SEC) << hostile.name;
+    EXPECT_LT(std::clock() - begun, 2 * CLOCKS_PER_SEC) << hostile.name;
   }
 }
 
