@@ -1,4 +1,5 @@
 #include <windows.h>
+#include <psapi.h>
 #include <tlhelp32.h>
 
 #include <cwchar>
@@ -103,11 +104,34 @@ Fields Running(const Fields& arguments) {
   return processes;
 }
 
+std::size_t ThreadsOf(DWORD process) {
+  std::size_t threads = 0;
+  const HANDLE snapshot = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  for (BOOL more = Thread32First(snapshot, &entry); more; more = Thread32Next(snapshot, &entry)) {
+    threads += entry.th32OwnerProcessID == process ? 1 : 0;
+  }
+  CloseHandle(snapshot);
+  return threads;
+}
+
+/// PROCESS: its bytes of memory, handles, GDI objects, window objects and threads.
+Fields Resources(const Fields& arguments) {
+  const OpenedProcess process(arguments[0], PROCESS_QUERY_INFORMATION | PROCESS_VM_READ);
+  PROCESS_MEMORY_COUNTERS memory{};
+  DWORD handles = 0;
+  GetProcessMemoryInfo(process.Get(), &memory, sizeof memory);
+  GetProcessHandleCount(process.Get(), &handles);
+  return {std::to_wstring(memory.WorkingSetSize), std::to_wstring(handles),
+          std::to_wstring(GetGuiResources(process.Get(), GR_GDIOBJECTS)),
+          std::to_wstring(GetGuiResources(process.Get(), GR_USEROBJECTS)),
+          std::to_wstring(ThreadsOf(GetProcessId(process.Get())))};
+}
+
 constexpr Command kCommands[] = {
-    {L"start", 3, Start},
-    {L"exitcode", 1, ExitCode},
-    {L"kill", 1, Kill},
-    {L"running", 1, Running},
+    {L"start", 3, Start},     {L"exitcode", 1, ExitCode},   {L"kill", 1, Kill},
+    {L"running", 1, Running}, {L"resources", 1, Resources},
 };
 
 }  // namespace
