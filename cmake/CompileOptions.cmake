@@ -11,7 +11,7 @@ endif()
 option(OSTREL_FUZZ "Build the fuzz targets; needs clang and OSTREL_SANITIZE" OFF)
 
 if(OSTREL_FUZZ)
-  add_compile_options(-fsanitize=fuzzer-no-link)
+  add_compile_options(-fsanitize=fuzzer-no-link -O2)
 endif()
 
 add_library(ostrel_options INTERFACE)
