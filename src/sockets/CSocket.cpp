@@ -240,7 +240,6 @@ int CSocket::LetGo() {
   ++lIncarnation;
   oSendQueue.Clear();
   bSendPending = bEndsSending = false;
-  lSendChunk = 0;
   return oSupport.Layer().Close(std::exchange(lHandle, kNoSocket));
 }
 

@@ -178,8 +178,8 @@ class CSocket final : public SocketOwner {
   ReceiveBuffer oReceived;
   std::uint64_t lBytesSent = 0;
   bool bSendPending = false;
-  bool bEndsSending = false;  // closed by this side, with data still queued
-  std::int32_t lSendChunk = 0;
+  bool bEndsSending = false;    // closed by this side, with data still queued
+  std::int32_t lSendChunk = 0;  // recorded; a send is offered everything that is queued
   std::int32_t lReceiveChunk = 0;
   Text sRemoteHost;
   Text sRemoteHostIP;

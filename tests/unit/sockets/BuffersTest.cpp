@@ -5,6 +5,7 @@
 #include "sockets/DottedAddress.h"
 #include "sockets/ReceiveBuffer.h"
 #include "sockets/SendQueue.h"
+#include "util/TextBudget.h"
 
 namespace ostrel {
 namespace {
@@ -71,6 +72,50 @@ TEST(SendQueue, MovesNothingWhenMoreIsAdded) {
   }
 
   EXPECT_EQ(queue.Front().data(), before);
+}
+
+// Chunks of 100 bytes, 64 KiB, and the rest.
+TEST(SendQueue, TakesBackItsEndAcrossChunks) {
+  for (const std::size_t count : {1u, 2u, 29'999u, 34'463u, 34'464u, 34'465u, 99'999u, 100'000u}) {
+    SendQueue queue;
+    queue.AddBytes(std::string(100, 'a'));
+    for (const char c : std::string("bcdefghijk")) queue.AddBytes(std::string(10'000, c));
+    std::string expected(100, 'a');
+    for (const char c : std::string("bcdefghijk")) expected.append(10'000, c);
+
+    queue.RemoveLast(count);
+
+    expected.resize(expected.size() - count);
+    EXPECT_EQ(queue.Size(), expected.size());
+    EXPECT_EQ(TakeAll(queue, 777) == expected, true) << count;
+  }
+}
+
+TEST(SendQueue, AddsBehindWhatItTookBack) {
+  SendQueue queue;
+  queue.AddText(u"abc");
+  queue.AddText(u"d");
+
+  queue.RemoveLast(1);
+  queue.AddText(u"e");
+  queue.Remove(2);
+  queue.RemoveLast(1);
+  queue.RemoveLast(0);
+
+  EXPECT_EQ(TakeAll(queue, 100), "c");
+}
+
+TEST(SendQueue, GivesBackTheMemoryOfWhatItTookBack) {
+  const std::size_t before = ProcessTextBudget().Held();
+  SendQueue queue;
+  queue.AddText(u"abc");
+  queue.AddText(Text(100'000, u'x'));
+
+  queue.RemoveLast(100'000);
+  EXPECT_EQ(ProcessTextBudget().Held() - before, 3u);
+  queue.RemoveLast(3);
+
+  EXPECT_EQ(ProcessTextBudget().Held(), before);
 }
 
 TEST(SendQueue, OffersNothingWhenItIsEmpty) {

@@ -1228,5 +1228,15 @@ TEST_F(CSocketTest, ReceivesDatagramsOfEverySizeAndStreamsInChunks) {
   EXPECT_EQ(network.receiveBuffer, 65467u);
 }
 
+TEST_F(CSocketTest, ReceivesNoMoreThanAMebibyteAtOnceAndAtLeastAByte) {
+  network.properties.receiveBytes = 4 * 1024 * 1024;
+  network.Tell(Accepted(), SocketEvent::kRead);
+  EXPECT_EQ(network.receiveBuffer, 1024u * 1024);
+
+  network.properties.receiveBytes = -1;  // the system does not tell
+  network.Tell(Accepted(), SocketEvent::kRead);
+  EXPECT_EQ(network.receiveBuffer, 1u);
+}
+
 }  // namespace
 }  // namespace ostrel

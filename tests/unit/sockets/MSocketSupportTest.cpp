@@ -136,6 +136,16 @@ TEST_F(MSocketSupportTest, CannotRegisterWithoutTheWindow) {
   EXPECT_EQ(Err.Source, u"MSocketSupport.RegisterSocket");
 }
 
+TEST_F(MSocketSupportTest, CannotLookUpWithoutTheWindow) {
+  network.sinkCanBeHad = false;
+
+  EXPECT_EQ(support.ResolveHost(u"server", *owner), 0);
+
+  EXPECT_EQ(network.lookedUp, "");
+  EXPECT_EQ(Err.Number, 10004);
+  EXPECT_EQ(Err.Source, u"MSocketSupport.ResolveHost");
+}
+
 TEST_F(MSocketSupportTest, LeavesAFailedRegistrationInThePendingError) {
   network.errors.select = 10038;
 
