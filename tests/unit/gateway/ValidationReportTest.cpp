@@ -33,6 +33,13 @@ TEST(ValidationReport, TellsTheFaultLineByLine) {
             u"123456789");
 }
 
+TEST(ValidationReport, KeepsTheLineBreaksOfTheReason) {
+  const ParseFault fault{-7, u"\none\r\n\r\ntwo\r\n", u"", 0, 0, 0};
+
+  EXPECT_TRUE(DescribeFault(fault, u"")
+                  .starts_with(u"Reason: \none\r\n\r\ntwo\r\n\r\nscrText: \r\nLinePos: 0\r\n"));
+}
+
 TEST(ValidationReport, ShowsALineFromTenCharactersBeforeTheFault) {
   const Text line = Digits(300);
 

@@ -5,6 +5,7 @@
 #include "platform/EventLoop.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel {
@@ -222,6 +223,45 @@ TEST(ResponseFile, IsNotWholeWhenAPieceIsMissing) {
   for (int i = 0; i < 50'000; ++i) response += u"<Element>text</Element>";
 
   EXPECT_FALSE(WriteResponseFile(response, file));
+}
+
+// Several pieces that can be written, and then one line that there is no memory for.
+Text TooLongAtItsEnd() {
+  Text response;
+  for (int i = 0; i < 20'000; ++i) response += u"<Element>text</Element>";
+  return response + u"<Long>" + Text(1'000'000, u'x') + u"</Long>";
+}
+
+TEST(ResponseFile, IsNotWholeWhenTheLayoutRunsOutOfMemory) {
+  const ScratchFolder folder;
+  const Text response = TooLongAtItsEnd();
+  WholeFile file(folder.Path(u"a.osl"));
+  ASSERT_TRUE(file.Open());
+
+  const MemoryLimit limit(1'000'000);
+  EXPECT_FALSE(WriteResponseFile(response, file));
+
+  EXPECT_GT(folder.Read(u"a.osl.part").size(), 200'000u);
+}
+
+TEST(ResponseFile, IsNotPutInItsPlaceWhenTheLayoutRunsOutOfMemory) {
+  const ScratchFolder folder;
+  const Text response = TooLongAtItsEnd();
+  {
+    const MemoryLimit limit(1'000'000);
+    EXPECT_FALSE(WriteResponseFile(response, folder.Path(u"a.osl")));
+  }
+  EXPECT_EQ(folder.EntryCount(), 0u);
+
+  EXPECT_TRUE(WriteResponseFile(response, folder.Path(u"a.osl")));
+}
+
+TEST(ResponseFile, CannotBeWrittenWithoutMemoryForItsName) {
+  const ScratchFolder folder;
+  const Text path = folder.Path(u"a.osl");
+  const MemoryLimit limit(16);
+
+  EXPECT_FALSE(WriteResponseFile(u"<A/>", path));
 }
 
 TEST(WholeFile, IsNotWrittenOverWhatAnotherProgramHasOpen) {

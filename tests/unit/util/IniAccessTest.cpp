@@ -3,6 +3,7 @@
 
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/ScratchFolder.h"
 #include "util/CodePage.h"
 #include "util/RunTimeError.h"
@@ -41,16 +42,6 @@ class IniAccessTest : public testing::Test {
     return number;
   }
 
-  static constexpr TextView kName = u"osl.ini";
-  ScratchFolder oFolder;
-  cFileIO oFile;
-};
-
-// An object whose name is a folder's: there is no file that could hold a profile.
-class NamelessIniAccessTest : public IniAccessTest {
- protected:
-  NamelessIniAccessTest() { oFile.FullFileName(oFolder.Path() + u"\\"); }
-
   template <typename Operation>
   RunTimeError Raised(Operation operation) {
     try {
@@ -61,6 +52,16 @@ class NamelessIniAccessTest : public IniAccessTest {
     ADD_FAILURE() << "nothing was raised";
     return RunTimeError(0);
   }
+
+  static constexpr TextView kName = u"osl.ini";
+  ScratchFolder oFolder;
+  cFileIO oFile;
+};
+
+// An object whose name is a folder's: there is no file that could hold a profile.
+class NamelessIniAccessTest : public IniAccessTest {
+ protected:
+  NamelessIniAccessTest() { oFile.FullFileName(oFolder.Path() + u"\\"); }
 };
 
 TEST_F(IniAccessTest, ReadsAValue) {
@@ -232,6 +233,46 @@ TEST_F(IniAccessTest, WhatTheSystemRefusesIsNotRaised) {
   oFile.DeleteIniAll(u"General");
 
   holder.CloseFile();
+  EXPECT_EQ(Bytes(), "[General]\r\na=1\r\n");
+}
+
+TEST_F(IniAccessTest, WantOfMemoryToReadIsAnErrorOfTheObjectAndLeavesTheValue) {
+  Given("[General]\r\nHistory=1\r\n");
+  const Text longName(100'000, u'x');
+  Text value = u"kept";
+  Table table = {{u"kept", u""}};
+  const MemoryLimit limit(50'000);
+
+  oFile.ReadINI(u"General", longName, value);
+  EXPECT_EQ(value, u"kept");
+  EXPECT_EQ(Error(), platform::kOutOfMemory);
+
+  Value(u"History");
+  EXPECT_EQ(Error(), 0);
+
+  oFile.ReadINISection(longName, table);
+  EXPECT_THAT(table, ElementsAre(Pair(u"kept", u"")));
+  EXPECT_EQ(Error(), platform::kOutOfMemory);
+}
+
+TEST_F(IniAccessTest, WantOfMemoryToWriteIsRaised) {
+  Given("[General]\r\na=1\r\n");
+  const Text longName(100'000, u'x');
+  std::vector<RunTimeError> errors;
+  {
+    const MemoryLimit limit(50'000);
+    errors = {Raised([&] { oFile.WriteIni(u"General", u"a", longName); }),
+              Raised([&] { oFile.DeleteIni(u"General", longName); }),
+              Raised([&] { oFile.DeleteIniAll(longName); })};
+  }
+
+  EXPECT_EQ(errors[0].Source, u"IniFile::WriteIni");
+  EXPECT_EQ(errors[1].Source, u"IniFile::DeleteIni");
+  EXPECT_EQ(errors[2].Source, u"IniFile::DeleteIniAll");
+  for (const RunTimeError& error : errors) {
+    EXPECT_EQ(error.Number, 7);
+    EXPECT_EQ(error.Description, u"Out of memory");
+  }
   EXPECT_EQ(Bytes(), "[General]\r\na=1\r\n");
 }
 

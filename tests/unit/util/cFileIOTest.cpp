@@ -4,6 +4,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
+#include "tests/support/MemoryLimit.h"
 #include "tests/support/ScratchFolder.h"
 #include "util/CodePage.h"
 #include "util/cFileIO.h"
@@ -482,6 +483,43 @@ TEST_F(cFileIOTest, AFileThatCannotBeReadIsClosedAgain) {
 
   EXPECT_NE(ErrorNumber(), 0);
   EXPECT_FALSE(oFile.IsOpen());
+}
+
+TEST_F(cFileIOTest, AFailedReadIsToldAndLeavesTheText) {
+  OpenFor(u"W");  // and not to be read from
+  WriteData(u"abc");
+
+  EXPECT_EQ(ReadData(0, 3), u"unread");
+
+  EXPECT_NE(ErrorNumber(), 0);
+  EXPECT_TRUE(ErrorMessage().starts_with(u"modMain.ReadData(unread):"));
+}
+
+TEST_F(cFileIOTest, WantOfMemoryToReadIsToldAndLeavesTheText) {
+  Given(std::string(1'000'000, 'x'));
+  OpenFor(u"R");
+  {
+    const MemoryLimit limit(500'000);
+
+    EXPECT_EQ(ReadData(0, 1'000'000), u"unread");
+    EXPECT_EQ(ErrorNumber(), platform::kOutOfMemory);
+    EXPECT_EQ(InputLine(), u"unread");
+    EXPECT_EQ(ErrorNumber(), platform::kOutOfMemory);
+  }
+
+  EXPECT_EQ(oFile.ReadAllData().size(), 1'000'000u);
+}
+
+TEST_F(cFileIOTest, WantOfMemoryToWriteIsTold) {
+  Text text(1'000'000, u'\u00FE');
+  OpenFor(u"W");
+  const MemoryLimit limit(500'000);
+
+  oFile.WriteData(text, -1, u"A");
+  EXPECT_EQ(ErrorNumber(), platform::kOutOfMemory);
+  oFile.PrintLine(text);
+  EXPECT_EQ(ErrorNumber(), platform::kOutOfMemory);
+  EXPECT_EQ(oFile.FileSize(), 0);
 }
 
 TEST_F(cFileIOTest, AFileTooLongForATextIsAnErrorAndNotTheProgramsEnd) {
