@@ -1,6 +1,8 @@
 #include "clients/FileBytes.h"
 
-#include "platform/Files.h"
+#include <limits>
+
+#include "platform/FileContents.h"
 
 namespace ostrel {
 
@@ -11,10 +13,9 @@ std::optional<std::string> ReadFileBytes(TextView path, int& error) {
   platform::File file;
   error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting);
   if (error != 0) return std::nullopt;
-  std::string bytes(static_cast<std::size_t>(file.Size()), '\0');
-  const auto read = file.ReadAt(0, bytes, error);
-  if (!read) return std::nullopt;
-  bytes.resize(*read);
+  std::string bytes;
+  error = platform::ReadFileContents(file, std::numeric_limits<std::int32_t>::max(), bytes);
+  if (error != 0) return std::nullopt;
   return bytes;
 }
 

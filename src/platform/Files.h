@@ -52,8 +52,8 @@ class File {
   /// Writes all the bytes. 0, or the error number (kDiskFull among them).
   int WriteAt(std::int64_t position, std::span<const char> bytes);
 
-  /// In bytes; 0 when it cannot be told.
-  std::int64_t Size() const;
+  /// In bytes; nothing when the system cannot tell.
+  std::optional<std::int64_t> Size() const;
   /// Makes the file end at this position.
   int CutAt(std::int64_t position);
   /// Returns when the system has the file safe on its disk.

@@ -50,8 +50,8 @@ bool Logs::AppendToCommLog(TextView text) {
   cFileIO& file = oSettings.oCommLog;
   file.RefuseLinks = true;
   if (!file.OpenFile({}, u"W")) return false;
-  const std::int64_t end = file.FileSize();
-  file.SetCursorPos(end);
+  if (!file.SetCursorToEnd()) return false;
+  const std::int64_t end = file.CurrentPos();
   file.PrintLine((Now() + u"\t").append(text));
   Text message;
   std::int32_t number = 0;

@@ -83,13 +83,13 @@ int ErrorOf(const cFileIO& file) {
   return number;
 }
 
-// An editor or a virus scanner has the file for a moment only, as a rule. No events run meanwhile:
-// nothing is served on half of the settings.
+// An editor or a virus scanner has the file for a moment only, as a rule, and most other failures
+// pass as well. No events run meanwhile: nothing is served on half of the settings.
 bool OpenWhenFree(cFileIO& file) {
   constexpr std::chrono::milliseconds kPause(20);
   constexpr int kAttempts = 25;
   for (int attempt = 1; !file.OpenFile({}, u"R"); ++attempt) {
-    if (ErrorOf(file) != platform::kSharingViolation || attempt == kAttempts) return false;
+    if (ErrorOf(file) == platform::kFileNotFound || attempt == kAttempts) return false;
     std::this_thread::sleep_for(kPause);
   }
   return true;

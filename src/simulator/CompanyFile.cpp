@@ -28,6 +28,7 @@ int CompanyFile::ReadJournalFile(Contents& contents) {
   std::string bytes;
   const int error = oStorage.Read(JournalPath(), bytes);
   if (error == platform::kFileNotFound) return 0;
+  lJournalRead = static_cast<std::int64_t>(bytes.size());
   if (error != 0 || bytes.empty()) return error;
   Journal journal = ReadJournal(bytes);
   contents.journal = StateOf(journal, bytes.size());
@@ -60,6 +61,13 @@ int CompanyFile::CheckUnchanged() {
   if (const int error = oStorage.CheckWritable(sPath, mark)) return error;
   if (!oMark) oMark = mark;
   return *oMark == mark ? 0 : platform::kSharingViolation;
+}
+
+int CompanyFile::CheckAsRead() {
+  FileMark journal;
+  const int error = oStorage.CheckWritable(JournalPath(), journal);
+  if (error != 0 && error != platform::kFileNotFound) return error;
+  return journal.bytes == lJournalRead ? CheckUnchanged() : platform::kSharingViolation;
 }
 
 int CompanyFile::GiveWay() {

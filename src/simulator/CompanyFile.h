@@ -43,6 +43,8 @@ class CompanyFile {
     std::vector<RecordPlace> places;  // of the record of each of these
     JournalState journal = JournalState::kNone;
   };
+  /// Keeps the company to this process.
+  CompanyHold Lock() { return oStorage.Lock(sPath); }
   /// Must come before what is below.
   int Read(Contents& contents);
   /// The records of the journal that do not count, in their order.
@@ -54,6 +56,9 @@ class CompanyFile {
   /// the company file since it was read: what it wrote must not be lost; and with kFileTooLarge for
   /// more than a record may hold. Records that were left out must have been folded away.
   int Append(const Changes& changes);
+  /// For a company that was read without a lock: 0 when file and journal are still as they were
+  /// then.
+  int CheckAsRead();
   /// The company file holds these bytes, which have all of the journal in them; or it and the
   /// journal are what they were.
   int Fold(std::string_view bytes);
@@ -77,6 +82,7 @@ class CompanyFile {
   RecordLimits oLimits;
   FileVersion oVersion;           // of the company file
   std::optional<FileMark> oMark;  // nothing: it could not be looked at when it was read
+  std::int64_t lJournalRead = 0;  // bytes that the journal's file had when it was read
   std::size_t lJournalBytes = 0;  // 0: no journal that counts
   JournalWriter oWriter;          // of the next record
   Text sKept;                     // the name under which a journal that does not count is kept

@@ -3,6 +3,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "platform/FileContents.h"
 #include "simulator/CompanyStorage.h"
 
 namespace ostrel::simulator {
@@ -52,13 +53,7 @@ int CompanyFiles::Read(TextView path, std::string& bytes) {
   if (const int error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting)) {
     return error;
   }
-  if (file.Size() > kMaxFileSize) return platform::kGeneralFailure;
-  bytes.resize(static_cast<std::size_t>(file.Size()));
-  int error = 0;
-  const auto count = file.ReadAt(0, bytes, error);
-  if (!count) return error;
-  bytes.resize(*count);
-  return 0;
+  return platform::ReadFileContents(file, kMaxFileSize, bytes);
 }
 
 // A read-only file in a writable folder could be replaced all the same; it is not.
@@ -68,8 +63,9 @@ int CompanyFiles::CheckWritable(TextView path, FileMark& mark) {
     return error;
   }
   const auto times = file.Times();
-  if (!times) return platform::kGeneralFailure;
-  mark = {.bytes = file.Size(), .modified = times->modified};
+  const auto size = file.Size();
+  if (!times || !size) return platform::kGeneralFailure;
+  mark = {.bytes = *size, .modified = times->modified};
   return 0;
 }
 

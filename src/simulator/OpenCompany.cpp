@@ -25,7 +25,7 @@ OpenCompany::~OpenCompany() {
 int OpenCompany::Commit(const Changes& changes) noexcept {
   try {
     if (changes.empty()) return 0;
-    if (oHold.error != 0) return oHold.error;
+    if (const int error = RequireHold()) return error;
     Company::Prepared prepared = oCompany.Prepare(changes);
     if (const int error = MakeSafe(changes)) return error;
     oCompany.Apply(std::move(prepared));
@@ -33,6 +33,16 @@ int OpenCompany::Commit(const Changes& changes) noexcept {
     return platform::kOutOfMemory;
   }
   if (oFile.IsTooLong()) Fold();
+  return 0;
+}
+
+// The lock may have failed for a moment only; until then others may have changed the company.
+int OpenCompany::RequireHold() {
+  if (oHold.error == 0) return 0;
+  CompanyHold hold = oFile.Lock();
+  if (hold.error != 0) return hold.error;
+  if (const int error = oFile.CheckAsRead()) return error;
+  oHold = std::move(hold);
   return 0;
 }
 

@@ -15,7 +15,7 @@ namespace ostrel::simulator {
 class OpenCompany {
  public:
   /// `counts` outlives the company's being open, where faults are counted beyond that. Without a
-  /// lock that could be had (`hold` says why) the company cannot be changed.
+  /// lock that could be had (`hold` says why) the company cannot be changed before one is had.
   OpenCompany(Company company, CompanyFile file, platform::FileMode mode,
               std::shared_ptr<FaultCounts> counts = std::make_shared<FaultCounts>(),
               CompanyHold hold = {})
@@ -51,6 +51,7 @@ class OpenCompany {
   void LeaveInJournal() { bLeftInJournal = true; }
 
  private:
+  int RequireHold();
   int MakeSafe(const Changes& changes);
   int WriteAnew();
   void Fold() noexcept;

@@ -52,7 +52,7 @@ int RequestFile::Read(Text& request, std::size_t longest) {
   const auto size = static_cast<std::uint64_t>(oFile.FileSize());
   request.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(size, longest)) + kCrLf.size());
   LineCollector lines(request);
-  for (Text piece; !oFile.IsEOF();) {
+  for (Text piece;;) {
     oFile.ReadData(piece, -1, kPieceBytes);
     if (Error() == platform::kOutOfMemory) throw std::bad_alloc();
     if (Error() != 0) return Error();

@@ -93,6 +93,17 @@ cFileIO::~cFileIO() { CloseFile(); }
 
 void cFileIO::Reset() { lCursor = 0; }
 void cFileIO::SetCursorPos(std::int64_t position) { lCursor = position; }
+
+bool cFileIO::SetCursorToEnd() {
+  const auto size = oFile.Size();
+  if (size) {
+    lCursor = *size;
+  } else {
+    KeepError(u"SetCursorToEnd", FullFileName(), platform::kGeneralFailure);
+  }
+  return size.has_value();
+}
+
 std::int64_t cFileIO::CurrentPos() const { return lCursor; }
 bool cFileIO::IsEOF() const { return lCursor >= FileSize(); }
 
@@ -102,7 +113,7 @@ bool cFileIO::ReadErrorHandler(Text& errorMessage, std::int32_t& errorNumber) co
   return lErrorNumber != 0;
 }
 
-std::int64_t cFileIO::FileSize() const { return IsOpen() ? oFile.Size() : 0; }
+std::int64_t cFileIO::FileSize() const { return IsOpen() ? oFile.Size().value_or(0) : 0; }
 
 Text cFileIO::FullFileName() const { return PathInFolder(sFilePath); }
 
@@ -141,7 +152,7 @@ int cFileIO::ValidateDirectory(TextView path) {
 void cFileIO::ValidateFile(TextView name) {
   // A file that is there and cannot be read is left alone: another program may be writing it.
   const bool isMissing = !OpenFile(name, u"R") && lErrorNumber == platform::kFileNotFound;
-  if (isMissing && OpenFile({}, u"W")) SetCursorPos(FileSize());
+  if (isMissing && OpenFile({}, u"W")) SetCursorToEnd();
   CloseFile();
   ClearError();
 }

@@ -34,12 +34,14 @@ class cFileIO {
   /// The cursor is the byte position, from 0, of the next read or write.
   void Reset();
   void SetCursorPos(std::int64_t position);
+  /// False, with the error kept, when the file's size cannot be told.
+  bool SetCursorToEnd();
   std::int64_t CurrentPos() const;
   bool IsEOF() const;
   /// Hands out the error of the last operation on the file (each one clears it first), with a
   /// number of platform/SystemError.h. True when there is one.
   bool ReadErrorHandler(Text& errorMessage, std::int32_t& errorNumber) const;
-  /// In bytes; 0 when the file is not open.
+  /// In bytes; 0 when the file is not open or the system cannot tell.
   std::int64_t FileSize() const;
 
   /// The folder is turned to lower case, and then "%apppath%" in it becomes the program's folder.

@@ -127,9 +127,11 @@ int cFileIO::ReadText(Text& text, std::int64_t position, std::int64_t bytesToRea
   const Decoding& decoding = bUnicode      ? kFromCodeUnits
                              : hexadecimal ? kFromHexadecimal
                                            : kFromCodePage;
+  const auto size = oFile.Size();
+  if (!size) return platform::kGeneralFailure;
   lCursor = position;
   std::int64_t left =
-      std::clamp<std::int64_t>(FileSize() - position, 0, std::max<std::int64_t>(bytesToRead, 0));
+      std::clamp<std::int64_t>(*size - position, 0, std::max<std::int64_t>(bytesToRead, 0));
   const std::int64_t characters = left / decoding.bytes * decoding.characters;
   if (characters > kLongestText - static_cast<std::int64_t>(text.size())) {
     return platform::kOutOfMemory;

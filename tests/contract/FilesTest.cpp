@@ -40,6 +40,8 @@ class FilesTest : public testing::Test {
   File oFile;
 };
 
+TEST(FileSize, IsNotToldOfAFileThatIsNotOpen) { EXPECT_FALSE(File().Size().has_value()); }
+
 TEST_F(FilesTest, OpeningAMissingFileFailsAndCreatesNothing) {
   const int error = Open(u"missing.txt", FileAccess::kRead, FileCreation::kOpenExisting);
 

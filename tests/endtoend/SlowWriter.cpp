@@ -17,7 +17,7 @@ using ostrel::platform::File;
 bool Write(File& file, std::string line) {
   if (line.ends_with('\r')) line.pop_back();
   line += "\r\n";
-  return file.WriteAt(file.Size(), line) == 0;
+  return file.WriteAt(file.Size().value(), line) == 0;
 }
 
 int WriteSlowly(ostrel::TextView path) {

@@ -164,9 +164,10 @@ int File::WriteAt(std::int64_t position, std::span<const char> bytes) {
   return 0;
 }
 
-std::int64_t File::Size() const {
+std::optional<std::int64_t> File::Size() const {
   struct stat status;
-  return fstat(Descriptor(handle), &status) == 0 ? status.st_size : 0;
+  if (fstat(Descriptor(handle), &status) != 0) return {};
+  return status.st_size;
 }
 
 int File::CutAt(std::int64_t position) {

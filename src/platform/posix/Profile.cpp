@@ -20,6 +20,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "platform/FileContents.h"
 #include "platform/posix/ErrorNumber.h"
 #include "platform/posix/Path.h"
 
@@ -159,32 +160,26 @@ std::size_t FindKey(const std::vector<TextView>& lines, SectionRange range, Text
 
 // --- files
 
-int ReadWhole(File& file, std::string& bytes) {
-  const std::int64_t size = file.Size();
-  if (size > kLongestProfile) return kInvalidData;
-  bytes.resize(static_cast<std::size_t>(size));
-  int error = 0;
-  bytes.resize(file.ReadAt(0, bytes, error).value_or(0));
-  return error;
+bool IsMissing(int error) { return error == kFileNotFound || error == kPathNotFound; }
+
+int OpenAndRead(TextView path, std::string& bytes) {
+  File file;
+  const int error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting);
+  return error == 0 ? ReadFileContents(file, kLongestProfile, bytes) : error;
 }
 
-int OpenWhenFree(File& file, TextView path) {
+// A missing file is an empty one. Most other failures pass: another program has the file for a
+// moment, or the process has no descriptor left.
+int ReadProfile(TextView path, Contents& contents) {
   constexpr std::chrono::milliseconds kPause(20);
   constexpr int kAttempts = 25;
-  for (int attempt = 1;; ++attempt) {
-    const int error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting);
-    if (error != kSharingViolation || attempt == kAttempts) return error;
-    std::this_thread::sleep_for(kPause);
-  }
-}
-
-// A missing file is an empty one.
-int ReadProfile(TextView path, Contents& contents) {
-  File file;
   std::string bytes;
-  int error = OpenWhenFree(file, path);
-  if (error == kFileNotFound || error == kPathNotFound) return 0;
-  if (error == 0) error = ReadWhole(file, bytes);
+  int error = OpenAndRead(path, bytes);
+  for (int attempt = 1; error != 0 && !IsMissing(error) && attempt < kAttempts; ++attempt) {
+    std::this_thread::sleep_for(kPause);
+    error = OpenAndRead(path, bytes);
+  }
+  if (IsMissing(error)) return 0;
   if (error == 0) contents = Decode(bytes);
   return error;
 }
@@ -231,7 +226,7 @@ int Rewrite(TextView path, FileCreation creation, Change change) {
   File file;
   std::string bytes;
   int error = file.Open(path, FileAccess::kReadWrite, creation);
-  if (error == 0) error = ReadWhole(file, bytes);
+  if (error == 0) error = ReadFileContents(file, kLongestProfile, bytes);
   if (error != 0) return error;
   const Contents contents = Decode(bytes);
   const Text changed = change(SplitLines(contents.text));

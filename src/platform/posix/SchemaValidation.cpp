@@ -14,6 +14,7 @@
 
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "platform/FileContents.h"
 #include "platform/XmlGuard.h"
 
 namespace ostrel::platform {
@@ -135,12 +136,7 @@ int ReadWhole(TextView path, std::string& bytes) {
   if (const int error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting)) {
     return error;
   }
-  if (file.Size() > kMaxSchemaSize) return kGeneralFailure;
-  bytes.resize(static_cast<std::size_t>(file.Size()));
-  int error = 0;
-  const auto count = file.ReadAt(0, bytes, error);
-  bytes.resize(count.value_or(0));
-  return count ? 0 : error;
+  return ReadFileContents(file, kMaxSchemaSize, bytes);
 }
 
 // Null, with the fault, when the schema is missing or unusable.

@@ -127,9 +127,10 @@ int File::WriteAt(std::int64_t position, std::span<const char> bytes) {
   return 0;
 }
 
-std::int64_t File::Size() const {
+std::optional<std::int64_t> File::Size() const {
   LARGE_INTEGER size;
-  return GetFileSizeEx(Handle(handle), &size) ? size.QuadPart : 0;
+  if (!GetFileSizeEx(Handle(handle), &size)) return {};
+  return size.QuadPart;
 }
 
 int File::CutAt(std::int64_t position) {

@@ -65,13 +65,13 @@ class ReadableFile {
   int Error() const { return error; }
 
  private:
-  // False when another attempt may succeed.
+  // Whether another attempt is needless.
   bool Open(TextView path) {
     handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ,
                          FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                          OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     error = handle == INVALID_HANDLE_VALUE ? LastErrorNumber() : 0;
-    return error != kSharingViolation;
+    return error == 0 || IsMissing();
   }
 
   HANDLE handle = INVALID_HANDLE_VALUE;

@@ -197,6 +197,34 @@ TEST(OpenCompany, ThatCannotBeLockedTakesNoChanges) {
   EXPECT_EQ(books.Query("Customer").Count(), 3u);
 }
 
+// Opened in a moment in which the lock cannot be had, of which the moment has passed.
+class LockedLate : public Books {
+ public:
+  LockedLate() {
+    oProcessor.EndSession(sTicket);
+    oStorage.iLockError = platform::kAccessDenied;
+    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    oStorage.iLockError = 0;
+  }
+};
+
+TEST(OpenCompany, TakesChangesOnceItCanBeLocked) {
+  LockedLate books;
+
+  EXPECT_EQ(books.Add("Customer", "<Name>First</Name>").Code(), "0");
+
+  EXPECT_EQ(books.oStorage.Locked, std::vector<Text>{Conversation::kPath});
+}
+
+TEST(OpenCompany, ThatIsLockedLateRefusesChangesWhenAnotherHasChangedItBefore) {
+  LockedLate books;
+  books.oStorage.Files[kJournal] = "the record of another one";
+
+  EXPECT_EQ(books.Add("Customer", "<Name>First</Name>").Code(), "3180");
+
+  EXPECT_TRUE(books.oStorage.Locked.empty());
+}
+
 TEST(OpenCompany, RefusesChangesAfterAnotherProgramHasWrittenItsFile) {
   Books books;
   books.Add("Customer", "<Name>First</Name>");

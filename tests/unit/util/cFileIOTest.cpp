@@ -129,6 +129,16 @@ TEST(cFileIONames, ANameWithoutAnExtensionHasNothingToLose) {
   EXPECT_EQ(file.FileNameNoExt(), u"file");
 }
 
+TEST(cFileIO, WithoutAFileHasNoEndToGoTo) {
+  cFileIO file;
+  Text message;
+  std::int32_t number = 0;
+
+  EXPECT_FALSE(file.SetCursorToEnd());
+
+  EXPECT_TRUE(file.ReadErrorHandler(message, number));
+}
+
 TEST(cFileIONames, ReadingTheFolderAppendsTheSeparatorThatIsMissing) {
   ScratchFolder folder;
   cFileIO file;
@@ -252,7 +262,7 @@ TEST_F(cFileIOTest, AppendingStartsAtTheSize) {
   Given("0123456789");
   OpenFor(u"W");
 
-  oFile.SetCursorPos(oFile.FileSize());
+  EXPECT_TRUE(oFile.SetCursorToEnd());
   oFile.PrintLine(u"abc");
   oFile.CloseFile();
 
