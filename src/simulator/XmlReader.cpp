@@ -169,6 +169,9 @@ xmlSAXHandler Handlers() {
   return handlers;
 }
 
+// Some failures of a decoder are reported to nobody but the library's own output.
+void ReportNothing(void*, const char*, ...) {}
+
 struct FreeParser {
   void operator()(xmlParserCtxtPtr parser) const {
     if (parser->myDoc) xmlFreeDoc(parser->myDoc);
@@ -181,6 +184,7 @@ class Parser {
   Parser(TreeBuilder& builder, int options) : oBuilder(builder) {
     static std::once_flag once;
     std::call_once(once, xmlInitParser);
+    xmlSetGenericErrorFunc(nullptr, ReportNothing);  // of this thread
     xmlSAXHandler handlers = Handlers();
     oContext.reset(xmlCreatePushParserCtxt(&handlers, &builder, nullptr, 0, nullptr));
     if (!oContext) throw std::bad_alloc();
