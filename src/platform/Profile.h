@@ -12,8 +12,8 @@ namespace ostrel::platform {
 
 /// Both reading operations return 0, kMoreData when what they hand out was cut, or another error
 /// number when the file is there and cannot be read. That is tried again for half a second, since
-/// most causes pass (another program has the file open); no events are dispatched meanwhile. UTF-16 behind the mark FF FE is
-/// read in the code page, and stays UTF-16 when it is written.
+/// most causes pass (another program has the file open); no events are dispatched meanwhile. UTF-16
+/// behind the mark FF FE is read in the code page, and stays UTF-16 when it is written.
 
 /// The value of a key without blanks around it and without a pair of quotes around it; `fallback`
 /// when file, section or key is missing, and when the file cannot be read. At most size - 1 bytes.

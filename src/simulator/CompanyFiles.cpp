@@ -1,9 +1,9 @@
 #include <utility>
 
+#include "platform/FileContents.h"
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
-#include "platform/FileContents.h"
 #include "simulator/CompanyStorage.h"
 
 namespace ostrel::simulator {

@@ -12,9 +12,9 @@
 #include <string>
 #include <utility>
 
+#include "platform/FileContents.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
-#include "platform/FileContents.h"
 #include "platform/XmlGuard.h"
 
 namespace ostrel::platform {

@@ -268,7 +268,11 @@ TEST(XmlReader, PrintsNothing) {
   XmlDocument document;
   for (const std::string encoding : {"UTF-8", "UTF-16", "Shift_JIS", "none"}) {
     const std::string start = "<?xml version='1.0' encoding='" + encoding + "'?><a>";
-    ReadXmlBytes(start + "\xD9\xD9" "C\xEA" + std::string(10'000, '\xFE') + "</a>", kEnough, document);
+    ReadXmlBytes(start +
+                     "\xD9\xD9"
+                     "C\xEA" +
+                     std::string(10'000, '\xFE') + "</a>",
+                 kEnough, document);
   }
 
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
