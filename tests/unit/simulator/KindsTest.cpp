@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <string>
+#include <vector>
 
 #include "Books.h"
 #include "simulator/Kinds.h"
@@ -20,7 +22,80 @@ std::string Versions(std::span<const Field> fields) {
   return versions;
 }
 
+std::string TypeName(FieldType type) {
+  constexpr const char* names[] = {"text",     "boolean", "count", "integer", "amount",
+                                   "price",    "quantity", "percent", "date", "moment",
+                                   "id",       "reference", "group", "line"};
+  return names[static_cast<int>(type)];
+}
+
+std::string Uses(Use uses) {
+  std::string text;
+  for (const auto& [use, name] : {std::pair(kAdd, " add"), {kMod, " mod"}, {kRet, " ret"},
+                                  {kQuery, " query"}}) {
+    if ((uses & use) != 0) text += name;
+  }
+  return text;
+}
+
+std::string Words(std::span<const std::string_view> words) {
+  std::string text;
+  for (const std::string_view word : words) text.append(" ").append(word);
+  return text;
+}
+
+// "Name text 41, needed add": all that a table says of a field.
+std::string Described(const Field& field) {
+  std::string text = std::string(field.name) + ' ' + TypeName(field.type);
+  const auto number = [&](const char* what, std::size_t value) {
+    if (value != 0) text += what + std::to_string(value);
+  };
+  number(" ", field.maxLength);
+  if (field.repeated) text += ", many";
+  if (field.suffixed) text += ", suffixed";
+  if (field.uses != kAnyUse) text += ", in" + Uses(field.uses);
+  if (field.required != kNoUse) text += ", needed" + Uses(field.required);
+  number(", choice ", static_cast<std::size_t>(field.choice));
+  number(", either ", static_cast<std::size_t>(field.either));
+  number(", mixed ", static_cast<std::size_t>(field.mixed));
+  number(", since ", static_cast<std::size_t>(field.since));
+  if (!field.refers.empty()) text += ", to " + std::string(field.refers);
+  if (!field.values.empty()) text += ", one of" + Words(field.values);
+  if (!field.otherwise.empty()) text += ", otherwise " + std::string(field.otherwise);
+  if (!field.source.reference.empty()) {
+    text += ", from " + std::string(field.source.reference) + Words(field.source.paths);
+  }
+  return text;
+}
+
+void Describe(std::span<const Field> fields, const std::string& parent,
+              std::vector<std::string>& lines) {
+  for (const Field& field : fields) {
+    lines.push_back(parent + Described(field));
+    Describe(field.children, parent + std::string(field.name) + '/', lines);
+  }
+}
+
 std::string VersionsOf(std::string_view kind) { return Versions(FindKind(kind)->fields); }
+
+// The list is the one that clients can rely on: who changes a table changes it, too.
+TEST(Kinds, HaveTheFieldsOfTheList) {
+  std::vector<std::string> lines;
+  for (const Kind* kind : AllKinds()) {
+    lines.emplace_back(kind->name);
+    Describe(kind->fields, "  ", lines);
+  }
+
+  std::ifstream list(OSTREL_TEST_DATA "/fields.txt");
+  std::vector<std::string> listed;
+  for (std::string line; std::getline(list, line);) listed.push_back(line);
+
+  ASSERT_GT(listed.size(), 500u);
+  for (std::size_t i = 0; i < std::min(lines.size(), listed.size()); ++i) {
+    ASSERT_EQ(lines[i], listed[i]) << "line " << i + 1;
+  }
+  EXPECT_EQ(lines.size(), listed.size());
+}
 
 TEST(Kinds, SaySinceWhichVersionAFieldExists) {
   EXPECT_EQ(VersionsOf("Customer"), "ClassRef 120 JobTitle 120 Cc 120 ");
