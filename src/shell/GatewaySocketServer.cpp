@@ -3,11 +3,6 @@
 #include "shell/Guarded.h"
 
 namespace ostrel {
-namespace {
-
-constexpr std::int32_t kHighestPort = 65535;
-
-}  // namespace
 
 GatewaySocketServer::GatewaySocketServer(SocketTransport& transport, Trace& trace,
                                          MSocketSupport& support)
@@ -34,7 +29,6 @@ GatewaySocketServer::GatewaySocketServer(SocketTransport& transport, Trace& trac
 }
 
 bool GatewaySocketServer::StartServer(std::int32_t port) {
-  if (port < 0 || port > kHighestPort) return false;
   Text allInterfaces;
   return oSocketServer.StartServer(port, allInterfaces);
 }

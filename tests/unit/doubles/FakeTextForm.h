@@ -16,6 +16,7 @@ struct FakeForm {
   bool bOpen = false;
   int iShows = 0;
   std::function<void(const Text& caption)> Press;  // the button of this caption
+  std::function<void()> DuringShow = [] {};
 };
 
 class FakeTextForm : public platform::TextForm {
@@ -39,6 +40,7 @@ class FakeTextForm : public platform::TextForm {
   void Show() override {
     oForm.bOpen = true;
     ++oForm.iShows;
+    oForm.DuringShow();
   }
   void Close() override { oForm.bOpen = false; }
   bool IsOpen() const override { return oForm.bOpen; }
@@ -50,12 +52,14 @@ class FakeTextForm : public platform::TextForm {
 /// Every form that was created, in that order.
 struct FakeForms {
   std::vector<std::unique_ptr<FakeForm>> Created;
+  std::function<void()> DuringShow = [] {};
 
   platform::TextFormFactory Factory() {
     return [this](const platform::TextFormDescription& description) {
       Created.push_back(std::make_unique<FakeForm>());
       Created.back()->oDescription = description;
       Created.back()->sCaption = description.caption;
+      Created.back()->DuringShow = [this] { DuringShow(); };
       return std::make_unique<FakeTextForm>(*Created.back());
     };
   }

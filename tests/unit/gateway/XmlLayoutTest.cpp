@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <vector>
+
 #include "gateway/WholeFile.h"
 #include "gateway/XmlLayout.h"
 #include "platform/EventLoop.h"
@@ -169,6 +172,17 @@ TEST(XmlLayout, BoundsTheIndentationOfEndlessNesting) {
   EXPECT_TRUE(laidOut.ends_with(u"\r\n<a>\r\n"));
 }
 
+TEST(XmlLayout, NeedsMemoryForTheTextAndHalfOfItOnce) {
+  const Text text = u"<A>" + Text(100'000, u'x') + u"</A>";
+  Text laidOut = text;
+  {
+    const MemoryLimit limit(text.size() * sizeof(char16_t) * 3 / 2 + 100);
+    EXPECT_NO_THROW(FormatXmlText(laidOut));
+  }
+
+  EXPECT_EQ(laidOut == text + u"\r\n", true);
+}
+
 TEST(ResponseFile, ReplacesAnEarlierOne) {
   const ScratchFolder folder;
   folder.Write(u"a.osl", std::string(1000, 'x'));
@@ -329,6 +343,23 @@ TEST(WholeFile, StaysBesideItsPlaceWhenItIsKept) {
   }
 
   EXPECT_EQ(folder.Read(u"a.osl.part"), "text");
+}
+
+TEST(ResponseFile, IsWrittenInPiecesOf65536Characters) {
+  const ScratchFolder folder;
+  const auto path = std::filesystem::path(folder.Path()) / "a.osl.part";
+  Text response;
+  for (int i = 0; i < 2'000; ++i) response += u"<Element>" + Text(43, u'x') + u"</Element>";
+  std::vector<std::uintmax_t> sizes;
+  platform::Timer look(std::chrono::milliseconds(1),
+                       [&] { sizes.push_back(std::filesystem::file_size(path)); });
+  look.SetEnabled(true);
+  look.TickSoon();
+
+  EXPECT_TRUE(WriteResponseFile(response, folder.Path(u"a.osl")));
+
+  ASSERT_FALSE(sizes.empty());
+  EXPECT_EQ(sizes.front(), 65'536u);
 }
 
 // Long enough for several pieces; events run between them and see no half file.

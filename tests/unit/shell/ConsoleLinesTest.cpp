@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <stdexcept>
@@ -112,6 +113,18 @@ TEST(ConsoleLines, EndWithoutAReaderAfterTheirPatience) {
   reader->WakeUp();
 
   EXPECT_THAT(reader->AwaitRead(1), ElementsAre(u"begun\n"));
+}
+
+TEST(ConsoleLines, EndAsSoonAsTheLastIsWritten) {
+  Reader reader;
+  const auto begin = std::chrono::steady_clock::now();
+  {
+    ConsoleLines lines(reader.Writer(), 10'000, seconds(60));
+    for (int i = 0; i < 1'000; ++i) lines.Add(u"a\n");
+  }
+
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(30));
+  EXPECT_EQ(reader.AwaitRead(1'000).size(), 1'000u);
 }
 
 TEST(ConsoleLines, GoOnAfterALineThatCouldNotBeWritten) {

@@ -54,11 +54,16 @@ TEST_F(LogFileViewTest, OpensNothingThatIsMissing) {
   EXPECT_FALSE(HasShown());
 }
 
-TEST_F(LogFileViewTest, LetsTheFileGo) {
+TEST_F(LogFileViewTest, LetsTheFileGoBeforeItIsShown) {
+  bool isFree = false;
+  Forms.DuringShow = [&] {
+    cFileIO file;
+    isFree = file.OpenFile(Folder.Path(u"1050201090307AM.txt"), u"R");
+  };
+
   View.lstStatus_DblClick(u"Creating Log File: 1050201090307AM.txt");
 
-  cFileIO file;
-  EXPECT_TRUE(file.OpenFile(Folder.Path(u"1050201090307AM.txt"), u"R"));
+  EXPECT_TRUE(isFree);
 }
 
 TEST_F(LogFileViewTest, ShowsTheBeginningOfAGiantFile) {

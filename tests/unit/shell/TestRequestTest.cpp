@@ -102,5 +102,15 @@ TEST_F(TestRequestTest, HoldsThePassWhileTheRequestIsInWork) {
   EXPECT_FALSE(Gate.IsBusy());
 }
 
+TEST_F(TestRequestTest, GivesThePassBackBeforeTheReportIsShown) {
+  Dialogs.TextAnswer = u"QUICKBOOKSINFO";
+  bool busy = true;
+  Forms.DuringShow = [&] { busy = Gate.IsBusy(); };
+
+  Test.mnuToolsTest_Click();
+
+  EXPECT_FALSE(busy);
+}
+
 }  // namespace
 }  // namespace ostrel

@@ -43,6 +43,7 @@ TEST_F(TrayMenuTest, OffersOpenAndClose) {
   EXPECT_EQ(Tray.Menus[0][0].caption, u"&Open");
   EXPECT_EQ(Tray.Menus[0][1].caption, u"-");
   EXPECT_EQ(Tray.Menus[0][2].caption, u"&Close");
+  for (const auto& item : Tray.Menus[0]) EXPECT_TRUE(item.enabled);
   EXPECT_THAT(Tray.Defaults, ElementsAre(0));
 }
 

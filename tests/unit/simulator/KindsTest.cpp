@@ -23,16 +23,16 @@ std::string Versions(std::span<const Field> fields) {
 }
 
 std::string TypeName(FieldType type) {
-  constexpr const char* names[] = {"text",     "boolean", "count", "integer", "amount",
-                                   "price",    "quantity", "percent", "date", "moment",
-                                   "id",       "reference", "group", "line"};
+  constexpr const char* names[] = {"text",  "boolean",   "count",   "integer", "amount",
+                                   "price", "quantity",  "percent", "date",    "moment",
+                                   "id",    "reference", "group",   "line"};
   return names[static_cast<int>(type)];
 }
 
 std::string Uses(Use uses) {
   std::string text;
-  for (const auto& [use, name] : {std::pair(kAdd, " add"), {kMod, " mod"}, {kRet, " ret"},
-                                  {kQuery, " query"}}) {
+  for (const auto& [use, name] :
+       {std::pair(kAdd, " add"), {kMod, " mod"}, {kRet, " ret"}, {kQuery, " query"}}) {
     if ((uses & use) != 0) text += name;
   }
   return text;

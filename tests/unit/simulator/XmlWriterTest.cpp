@@ -28,6 +28,16 @@ TEST(XmlWriter, WritesAResponseInAscii) {
   EXPECT_EQ(xml.Take(), "<A>&lt;Caf&#233; &amp; &apos;Bar&apos;&gt;&#128512;.</A>\n");
 }
 
+TEST(XmlWriter, WritesTheFirstAndTheLastCharacterOfEachRangeInAscii) {
+  XmlWriter xml(XmlForm::kResponse);
+
+  xml.Leaf("A",
+           "\x7F\xC2\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD\xF0\x90\x80\x80\xF4\x8F\xB0\x80"
+           "\xF4\x8F\xBF\xBF");
+
+  EXPECT_EQ(xml.Take(), "<A>\x7F&#128;&#55295;&#57344;&#65533;&#65536;&#1113088;&#1114111;</A>\n");
+}
+
 TEST(XmlWriter, WritesAFileIndentedAndInUtf8) {
   XmlWriter xml(XmlForm::kFile);
   Element root{.name = "A"};

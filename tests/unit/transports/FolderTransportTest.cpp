@@ -611,6 +611,10 @@ TEST_F(FolderTransportTest, AnswersATooLongRequestWithAnError) {
   EXPECT_EQ(Waiting(), 0u);
 }
 
+TEST_F(FolderTransportTest, TakesRequestsOf256MebibytesAndNoMore) {
+  EXPECT_EQ(Transport.lLongestRequest, 268'435'456u);
+}
+
 TEST_F(FolderTransportTest, TakesTheLongestRequest) {
   Transport.lLongestRequest = 10;
   Ask(u"a.osl", "12345678\r\n");

@@ -95,6 +95,19 @@ TEST_F(ResponseFolderTest, AnswersARequestThatWasInWorkWithAnError) {
                                         u"ended; it may have been carried out"));
 }
 
+TEST_F(ResponseFolderTest, TellsWhenARequestThatWasInWorkCannotGetItsError) {
+  Folder.MakeFolder(u"r/a.osl.note");
+  Left(u"a.osl.part", "    ");
+
+  Responses.SettleLeftovers();
+
+  ASSERT_EQ(Trace.Status.size(), 1u);
+  EXPECT_TRUE(
+      Trace.Status[0].starts_with(u"Request file a.osl was in work when the gateway ended; "
+                                  u"its response cannot be written: "));
+  EXPECT_THAT(Names(), ElementsAre(u"a.osl.part"));
+}
+
 // Killed while a finished response waited for its place.
 TEST_F(ResponseFolderTest, PutsAFinishedResponseInPlaceAsItIs) {
   Left(u"a.osl.done", "<A/>\r\n");

@@ -591,6 +591,10 @@ TEST_F(SocketTransportTest, EndsAConnectionWhoseRequestIsTooLong) {
   EXPECT_THAT(Requests, IsEmpty());
 }
 
+TEST_F(SocketTransportTest, TakesRequestsOf256MebibytesAndNoMore) {
+  EXPECT_EQ(Transport.lLongestRequest, 268'435'456u);
+}
+
 TEST_F(SocketTransportTest, TakesARequestOfExactlyTheGreatestLength) {
   Transport.lLongestRequest = 10;
   Arrive(1, u"01234");

@@ -171,6 +171,15 @@ TEST(CStringBuilder, RemovesCharacters) {
   EXPECT_EQ(builder.Capacity(), 8192);
 }
 
+TEST(CStringBuilder, RemovesItsFirstCharacters) {
+  CStringBuilder builder = Holding(u"abc");
+
+  builder.Remove(0, 0);
+  builder.Remove(0, 2);
+
+  EXPECT_EQ(builder.ToString(), u"c");
+}
+
 TEST(CStringBuilder, RemovesNoMoreThanThereIs) {
   CStringBuilder builder = Holding(u"abc");
 

@@ -354,6 +354,22 @@ TEST(LinkedList, MakesRoomAndGrowsByTheSizeItIsTold) {
   EXPECT_EQ(IndicesInOrder(list).size(), 260u);
 }
 
+TEST(LinkedList, KeepsItsNodesWhateverSizeItIsTold) {
+  LinkedList list;
+
+  for (int i = 1; i <= 260; ++i) {
+    list.Add(i);
+    list.SetSize(i - 20, 10);
+    list.SetSize(i, 10);
+  }
+
+  const auto indices = IndicesInOrder(list);
+  ASSERT_EQ(indices.size(), 260u);
+  for (int i = 1; i <= 260; ++i) {
+    EXPECT_EQ(std::get<std::int32_t>(list.Item(indices[static_cast<std::size_t>(i) - 1])), i);
+  }
+}
+
 TEST(LinkedList, CountsOnAfterRemoveAll) {
   // Kept: emptying drops the values but not count, ends and current position.
   LinkedList list = ListOf({10, 20, 30});

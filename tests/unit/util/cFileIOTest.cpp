@@ -723,6 +723,18 @@ TEST_F(cFileIOTest, AWriteToAFileOpenedToReadIsToldAndMovesNothing) {
   EXPECT_EQ(Bytes(), "abc");
 }
 
+TEST_F(cFileIOTest, WhatCannotReachTheDiskIsToldWhenTheFileIsClosed) {
+  // A file that can be cut and not flushed; there is one on Linux.
+  if (!platform::FolderExists(u"/proc/self")) return;  // Windows has none
+  ASSERT_TRUE(oFile.OpenFile(u"/proc/self/comm", u"W"));
+
+  oFile.CloseFile();
+
+  EXPECT_NE(ErrorNumber(), 0);
+  EXPECT_TRUE(ErrorMessage().starts_with(u"modMain.CloseFile():"));
+  EXPECT_FALSE(oFile.IsOpen());
+}
+
 // Files and folders as a whole
 
 TEST_F(cFileIOTest, DeletingClosesAndDeletes) {
@@ -772,6 +784,20 @@ TEST_F(cFileIOTest, MovingBindsTheObjectToTheNewPlace) {
   EXPECT_FALSE(oFolder.Has(kName));
   EXPECT_EQ(oFolder.Read(u"sub/data.txt"), "abc");
   EXPECT_EQ(oFile.FullFileName(), LowerCase(oFolder.Path(u"sub\\data.txt")));
+}
+
+TEST_F(cFileIOTest, MovingToAnotherDiskLeavesNothingBehind) {
+  const std::filesystem::path disk = "/dev/shm";
+  if (!std::filesystem::is_directory(disk)) return;  // Linux alone has a second disk for sure
+  const auto folder = disk / std::filesystem::path(oFolder.Path()).filename();
+  std::filesystem::create_directory(folder);
+  Given("abc");
+
+  EXPECT_TRUE(oFile.MoveFile(folder.u16string()));
+
+  EXPECT_FALSE(oFolder.Has(kName));
+  EXPECT_EQ(std::filesystem::file_size(folder / kName), 3u);
+  std::filesystem::remove_all(folder);
 }
 
 TEST_F(cFileIOTest, CopyingLeavesTheFileAndReplacesNothing) {
