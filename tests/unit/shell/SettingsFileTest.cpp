@@ -253,6 +253,12 @@ TEST_F(SettingsFileTest, TellsWhyAFileCannotBeUnderstood) {
   EXPECT_EQ(Trace.Status[0], FaultOfSettings(u"[General]\rHistory=1\r"));
 }
 
+TEST_F(SettingsFileTest, LooksForASectionAsFarAsAMebibyte) {
+  Load(";" + std::string((1 << 20) - 12, 'x') + "\r\n[General]");
+
+  EXPECT_THAT(Trace.Status, IsEmpty());
+}
+
 TEST(SettingsFault, IsNoneInAFileThatIsEmptyOrHasASection) {
   for (const TextView text :
        {u"", u" \r\n\t\r\n", u"[General]\r\n", u"; comment\n[QUICKBOOKS]\nFileName=",

@@ -361,6 +361,29 @@ TEST_F(CompanyFileTest, TakesChangesAfterAFoldingThatFailed) {
   EXPECT_FALSE(oStorage.Files.contains(kBeside));
 }
 
+TEST_F(CompanyFileTest, LeavesNothingBesideItWhenAFoldingCannotBePutInPlace) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  oStorage.iRenameError = platform::kSharingViolation;
+
+  EXPECT_EQ(file.Fold("old+a"), platform::kSharingViolation);
+
+  EXPECT_FALSE(oStorage.Files.contains(kBeside));
+  EXPECT_EQ(Reopened(), "old a");
+}
+
+// Its end in the journal, the new file, its name, and the journal's end.
+TEST_F(CompanyFileTest, FoldsInFourSteps) {
+  CompanyFile file = Open();
+  file.Append(Adding("a"));
+  const int before = oStorage.iWritten;
+
+  EXPECT_EQ(file.Fold("old+a"), 0);
+
+  EXPECT_EQ(oStorage.iWritten - before, 4);
+  EXPECT_EQ(oStorage.Files.size(), 1u);
+}
+
 TEST_F(CompanyFileTest, HasNoLongJournalWithoutAChange) {
   CompanyFile file = Open();
   EXPECT_FALSE(file.IsLong());

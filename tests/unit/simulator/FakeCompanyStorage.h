@@ -16,8 +16,9 @@ namespace ostrel::doubles {
 class FakeCompanyStorage : public simulator::CompanyStorage {
  public:
   std::map<Text, std::string> Files;
-  int iWriteError = 0;  // unless 0, all that changes files fails with it
-  int iWritten = 0;     // how often files were changed
+  int iWriteError = 0;   // unless 0, all that changes files fails with it
+  int iRenameError = 0;  // the same of Rename alone
+  int iWritten = 0;      // how often files were changed
   /// Raised instead of the change of this number, counted from 1; 0: never.
   struct Crash {};
   int iCrashAt = 0;
@@ -51,6 +52,7 @@ class FakeCompanyStorage : public simulator::CompanyStorage {
   }
 
   int Rename(TextView from, TextView to) override {
+    if (iRenameError != 0) return iRenameError;
     return Change([&] {
       Files[Text(to)] = Files.at(Text(from));
       Files.erase(Text(from));
