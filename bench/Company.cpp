@@ -24,7 +24,7 @@ class Client {
  public:
   explicit Client(const Text& file) : sFile(file) { oProcessor.OpenConnection(u"", u"bench"); }
 
-  void Open() { sTicket = oProcessor.BeginSession(sFile, platform::FileMode::kDoNotCare); }
+  void Open() { sTicket = oProcessor.BeginSession(sFile, FileMode::kDoNotCare); }
   void Close() { oProcessor.EndSession(sTicket); }
 
   std::string Ask(const std::string& message) {

@@ -32,12 +32,12 @@ class NoTrace : public Trace {
 };
 
 // Answers at once.
-class QuickBooks : public platform::RequestProcessor {
+class QuickBooks : public RequestProcessor {
  public:
   explicit QuickBooks(Text& prepared) : sPrepared(prepared) {}
 
   void OpenConnection(TextView, TextView) override {}
-  Text BeginSession(TextView, platform::FileMode) override { return u"ticket"; }
+  Text BeginSession(TextView, FileMode) override { return u"ticket"; }
   Text ProcessRequest(TextView, TextView request) override {
     static const Text handOut = FromAscii(kHandOutAsQuickBooks);
     return Contains(request, handOut) ? std::exchange(sPrepared, {}) : sAnswer;

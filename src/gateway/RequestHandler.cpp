@@ -6,10 +6,10 @@
 #include <new>
 #include <utility>
 
-#include "gateway/ErrorTexts.h"
 #include "gateway/RequestHistory.h"
 #include "gateway/XmlProlog.h"
 #include "platform/SystemError.h"
+#include "quickbooks/ErrorNumbers.h"
 #include "util/RunTimeError.h"
 #include "util/cFileIO.h"
 
@@ -34,15 +34,6 @@ constexpr Keyword kKeywords[] = {
 constexpr TextView kCloseReply =
     u"<QBXML><QBXMLMsgsRs><CloseQBRs requestID=\"99\" statusCode=\"0\" statusSeverity=\"Info\" "
     u"statusMessage=\"Status OK\"><CloseQBRet>OK</CloseQBRet></CloseQBRs></QBXMLMsgsRs></QBXML>";
-
-// With these the session on the other side has ended: QuickBooks was closed under it. The next
-// request must open a new one.
-constexpr std::int32_t kSessionLost[] = {
-    0x401,  // could not access QuickBooks
-    0x40C,  // BeginSession has not been called
-    0x40D,  // the ticket is invalid
-    0x40F,  // OpenConnection has not been called
-};
 
 Command Recognise(TextView request) {
   for (const Keyword& keyword : kKeywords) {
@@ -211,9 +202,7 @@ void RequestHandler::OpenFailed(std::int32_t number, Text& response) {
 void RequestHandler::RequestFailed(std::int32_t number, TextView request, Text& response) {
   TellFailure(number);
   if (oSettings.bValidateXML && number == kParseError) oSession.XMLValidate(request, response);
-  const bool isLost =
-      std::find(std::begin(kSessionLost), std::end(kSessionLost), number) != std::end(kSessionLost);
-  if (isLost) oSession.EndSessionAndCloseConnection();
+  if (IsSessionLost(number)) oSession.EndSessionAndCloseConnection();
 }
 
 // Company file and product stand in front of every product name of the host query's reply.
@@ -230,9 +219,7 @@ void RequestHandler::AddProduct(Text& response) {
 
 // The client gets a number; people get the sentence, or what QuickBooks said.
 void RequestHandler::TellFailure(std::int32_t number) {
-  const auto raw =
-      static_cast<std::int32_t>(static_cast<std::uint32_t>(number) + kReducedNumberBase);
-  const TextView sentence = FindErrorText(raw).value_or(TextView(oSession.sLastError));
+  const TextView sentence = TextFor(Raw(number)).value_or(TextView(oSession.sLastError));
   oTrace.AddStatus(u"Request failed: " + ToText(std::int64_t{number}) + u" " + Text(sentence));
 }
 

@@ -3,8 +3,8 @@
 #include <new>
 #include <utility>
 
-#include "gateway/ErrorTexts.h"
 #include "gateway/ValidationReport.h"
+#include "quickbooks/ErrorNumbers.h"
 
 namespace ostrel {
 namespace {
@@ -17,10 +17,10 @@ Text Hexadecimal(std::int32_t hresult) {
   return digits;
 }
 
-platform::FileMode ModeFor(std::int16_t fileMode) {
-  if (fileMode == 1) return platform::FileMode::kSingleUser;
-  if (fileMode == 2) return platform::FileMode::kMultiUser;
-  return platform::FileMode::kDoNotCare;
+FileMode ModeFor(std::int16_t fileMode) {
+  if (fileMode == 1) return FileMode::kSingleUser;
+  if (fileMode == 2) return FileMode::kMultiUser;
+  return FileMode::kDoNotCare;
 }
 
 template <typename Event, typename... Arguments>
@@ -35,10 +35,9 @@ void Raise(const Event& event, const Arguments&... arguments) {
 // Notes an operation for as long as it lives.
 class Outstanding {
  public:
-  using Processors = std::vector<platform::RequestProcessor*>;
+  using Processors = std::vector<RequestProcessor*>;
 
-  Outstanding(Processors& processors, platform::RequestProcessor& processor)
-      : oProcessors(processors) {
+  Outstanding(Processors& processors, RequestProcessor& processor) : oProcessors(processors) {
     oProcessors.push_back(&processor);
   }
   ~Outstanding() { oProcessors.pop_back(); }
@@ -143,13 +142,13 @@ std::int32_t qbxml::ProcessRequest(TextView request, Text& response) {
 }
 
 Text qbxml::ErrorDescription(std::int32_t number) const {
-  if (const auto text = FindErrorText(number)) return Text(*text);
+  if (const auto text = TextFor(number)) return Text(*text);
   return u"Error " + ToText(std::int64_t{number}) + u" " + ToText(std::int64_t{lLastError}) + u" " +
          sLastError;
 }
 
 void qbxml::GiveUp() {
-  for (platform::RequestProcessor* processor : oOutstanding) processor->GiveUp();
+  for (RequestProcessor* processor : oOutstanding) processor->GiveUp();
 }
 
 bool qbxml::XMLValidate(TextView request, Text& report) const {
@@ -180,15 +179,15 @@ qbxml::Failure qbxml::MakeProcessor() {
 // copied by the callers), so that nobody can drop it under the call.
 qbxml::Failure qbxml::Call(const Operation& operation) {
   try {
-    const std::shared_ptr<platform::RequestProcessor> processor = oProcessor;
+    const std::shared_ptr<RequestProcessor> processor = oProcessor;
     if (processor == nullptr) {
-      constexpr auto kNotOpen = static_cast<std::int32_t>(0x8004040F);
-      throw platform::RequestProcessorError(kNotOpen, Text(*FindErrorText(kNotOpen)));
+      constexpr std::int32_t kNotOpen = Raw(Hresult::kNoConnection);
+      throw RequestProcessorError(kNotOpen, Text(SentenceFor(kNotOpen)));
     }
     const Outstanding outstanding(oOutstanding, *processor);
     operation(*processor);
     return {};
-  } catch (const platform::RequestProcessorError& error) {
+  } catch (const RequestProcessorError& error) {
     return CallFailed(error);
   } catch (const std::bad_alloc&) {
     return {kOutOfMemory, u"Out of memory"};
@@ -197,15 +196,15 @@ qbxml::Failure qbxml::Call(const Operation& operation) {
   }
 }
 
-qbxml::Failure qbxml::CallFailed(const platform::RequestProcessorError& error) {
-  if (platform::MeansServerGone(error.Number)) ForgetProcessor(u"Quickbooks is gone.");
-  if (error.Number == platform::kGivenUp) ForgetProcessor(u"Quickbooks was given up.");
-  const auto reduced =
-      static_cast<std::int32_t>(static_cast<std::uint32_t>(error.Number) - kReducedNumberBase);
+qbxml::Failure qbxml::CallFailed(const RequestProcessorError& error) {
+  if (IsServerGone(error.Number)) ForgetProcessor(u"Quickbooks is gone.");
+  const bool isGivenUp = error.Number == Raw(Hresult::kGivenUp);
+  if (isGivenUp) ForgetProcessor(u"Quickbooks was given up.");
+  const std::int32_t reduced = Reduced(error.Number);
   if (reduced > 0) return {reduced, error.Description};
   // Such a number would pass for success, or as no error of QuickBooks at all.
   return {kCannotUseCompanyFile, error.Description + u" (" + Hexadecimal(error.Number) + u")",
-          error.Number == platform::kGivenUp};
+          isGivenUp};
 }
 
 // A dead server has neither a session nor a connection; a new one needs a new object. So does one

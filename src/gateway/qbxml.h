@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-#include "platform/RequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 #include "util/Text.h"
 
 namespace ostrel {
@@ -17,7 +17,7 @@ namespace ostrel {
 class qbxml {
  public:
   /// Makes a request processor on which nothing has been called yet.
-  using ProcessorFactory = std::function<std::unique_ptr<platform::RequestProcessor>()>;
+  using ProcessorFactory = std::function<std::unique_ptr<RequestProcessor>()>;
 
   /// Failures that are not the request processor's own.
   static constexpr std::int32_t kCannotUseCompanyFile = 2;  // an HRESULT that does not reduce
@@ -73,20 +73,20 @@ class qbxml {
     Text sDescription;
     bool bGivenUp = false;
   };
-  using Operation = std::function<void(platform::RequestProcessor&)>;
+  using Operation = std::function<void(RequestProcessor&)>;
 
   std::int32_t CreateProcessor(TextView failureText);
   Failure MakeProcessor();
   Failure Call(const Operation& operation);
-  Failure CallFailed(const platform::RequestProcessorError& error);
+  Failure CallFailed(const RequestProcessorError& error);
   void ForgetProcessor(TextView status);
   std::int32_t Keep(Failure failure);
   void ClearLastError();
   void TellStatus(TextView text) const;
 
   ProcessorFactory oFactory;
-  std::shared_ptr<platform::RequestProcessor> oProcessor;
-  std::vector<platform::RequestProcessor*> oOutstanding;  // operations; the innermost is the last
+  std::shared_ptr<RequestProcessor> oProcessor;
+  std::vector<RequestProcessor*> oOutstanding;  // operations; the innermost is the last
 };
 
 }  // namespace ostrel

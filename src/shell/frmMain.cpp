@@ -5,11 +5,11 @@
 #include <iterator>
 #include <utility>
 
-#include "shell/Guarded.h"
-#include "shell/RequestInWork.h"
-#include "shell/SupportReport.h"
-#include "shell/Version.h"
-#include "shell/cCommandLine.h"
+#include "gateway/Guarded.h"
+#include "shell/commands/RequestInWork.h"
+#include "shell/commands/SupportReport.h"
+#include "shell/forms/Version.h"
+#include "shell/settings/cCommandLine.h"
 #include "util/Flag.h"
 
 namespace ostrel {

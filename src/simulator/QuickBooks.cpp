@@ -3,13 +3,12 @@
 #include <cstdio>
 
 #include "platform/SystemError.h"
-#include "simulator/Errors.h"
-#include "simulator/LongWork.h"
+#include "simulator/company/CompanyReader.h"
+#include "simulator/values/Errors.h"
+#include "simulator/values/LongWork.h"
 
 namespace ostrel::simulator {
 namespace {
-
-using platform::FileMode;
 
 // The same for all spellings of a path.
 Text PathKey(TextView path) { return LowerCase(ReplaceAll(path, u"/", u"\\")); }
@@ -57,7 +56,7 @@ std::shared_ptr<OpenCompany> QuickBooks::Load(TextView path, FileMode mode, Comp
   if (byUser) path = oSurroundings.usersCompany;
   CompanyFile file(Text(path), oSurroundings.storage);
   int error = 0;
-  auto company = Company::FromFile(file, Now(), error);
+  auto company = CompanyFromFile(file, Now(), error);
   if (error == platform::kInvalidData) Fail(Hresult::kUnusableCompany);
   if (!company) Fail(byUser ? Hresult::kNoCompanyOpen : Hresult::kCannotOpenCompany);
   auto& counts = oCounts[PathKey(path)];
@@ -71,7 +70,7 @@ Conduct QuickBooks::OpenConnectionConduct(const bool& givenUp) {
   try {
     const LongWork work(oSurroundings.dispatch, givenUp);
     return Load({}, FileMode::kSingleUser, Lock({}))->NextConduct("openConnection");
-  } catch (const platform::RequestProcessorError&) {
+  } catch (const RequestProcessorError&) {
     return {};  // no company is open, or only elsewhere, which only BeginSession can mind
   }
 }

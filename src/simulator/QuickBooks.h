@@ -9,9 +9,9 @@
 #include <random>
 
 #include "platform/Clock.h"
-#include "platform/RequestProcessor.h"
-#include "simulator/CompanyStorage.h"
-#include "simulator/OpenCompany.h"
+#include "quickbooks/RequestProcessor.h"
+#include "simulator/company/CompanyStorage.h"
+#include "simulator/company/OpenCompany.h"
 
 namespace ostrel::simulator {
 
@@ -33,11 +33,11 @@ class QuickBooks {
  public:
   explicit QuickBooks(Surroundings surroundings);
 
-  /// Raises platform::RequestProcessorError when the company cannot be opened. It closes with the
+  /// Raises RequestProcessorError when the company cannot be opened. It closes with the
   /// last reference to it. An empty path: the open company, else the user's.
   /// One that another process has open is waited for a moment, in which events are dispatched:
   /// that process may just be closing it.
-  std::shared_ptr<OpenCompany> Open(TextView path, platform::FileMode mode, const bool& givenUp);
+  std::shared_ptr<OpenCompany> Open(TextView path, FileMode mode, const bool& givenUp);
 
   /// What is asked of OpenConnection, which names no company: by the open company, else the user's.
   Conduct OpenConnectionConduct(const bool& givenUp);
@@ -51,8 +51,8 @@ class QuickBooks {
   Text NewTicket();
 
  private:
-  std::shared_ptr<OpenCompany> FindOpen(TextView path, platform::FileMode mode) const;
-  std::shared_ptr<OpenCompany> Load(TextView path, platform::FileMode mode, CompanyHold hold);
+  std::shared_ptr<OpenCompany> FindOpen(TextView path, FileMode mode) const;
+  std::shared_ptr<OpenCompany> Load(TextView path, FileMode mode, CompanyHold hold);
   CompanyHold Lock(TextView path) const;
 
   Surroundings oSurroundings;

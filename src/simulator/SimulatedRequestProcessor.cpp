@@ -2,14 +2,13 @@
 
 #include <new>
 
-#include "simulator/Errors.h"
-#include "simulator/LongWork.h"
-#include "simulator/QbxmlEngine.h"
+#include "simulator/messages/QbxmlEngine.h"
+#include "simulator/values/Errors.h"
+#include "simulator/values/LongWork.h"
 
 namespace ostrel {
 
 using simulator::Fail;
-using simulator::Hresult;
 
 namespace {
 
@@ -38,10 +37,10 @@ void SimulatedRequestProcessor::OpenConnection(TextView, TextView applicationNam
   bConnected = true;
 }
 
-Text SimulatedRequestProcessor::BeginSession(TextView companyFile, platform::FileMode mode) {
+Text SimulatedRequestProcessor::BeginSession(TextView companyFile, FileMode mode) {
   RequireNoSession();
   simulator::RequireNoLongWork();
-  if (mode < platform::FileMode::kSingleUser || mode > platform::FileMode::kDoNotCare) {
+  if (mode < FileMode::kSingleUser || mode > FileMode::kDoNotCare) {
     Fail(Hresult::kInvalidParameter);
   }
   const Counted counted(iOutstanding);
@@ -68,9 +67,9 @@ Text SimulatedRequestProcessor::Compute(TextView request, simulator::OpenCompany
   const simulator::LongWork work(oQuickBooks.Dispatch(), bGivenUp);
   try {
     return simulator::ProcessQbxml(request, company, oSession, oQuickBooks.Now());
-  } catch (const platform::RequestProcessorError& error) {
+  } catch (const RequestProcessorError& error) {
     // Whoever gives a request up wants to go.
-    if (error.Number == platform::kGivenUp) company.LeaveInJournal();
+    if (error.Number == Raw(Hresult::kGivenUp)) company.LeaveInJournal();
     throw;
   } catch (const std::bad_alloc&) {
     Fail(Hresult::kNotEnoughMemory);

@@ -5,23 +5,23 @@
 #include <functional>
 #include <memory>
 
-#include "platform/RequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 #include "simulator/QuickBooks.h"
-#include "simulator/Session.h"
+#include "simulator/messages/Session.h"
 
 namespace ostrel {
 
 /// One client's connection. Events are dispatched while a company file asks for a delay, while
 /// another process has the company open, and now and then in long work; the object must not be
 /// destroyed then. Requests and sessions that come in the middle of long work are refused.
-class SimulatedRequestProcessor : public platform::RequestProcessor {
+class SimulatedRequestProcessor : public RequestProcessor {
  public:
   /// Processors that share a QuickBooks share its open company.
   explicit SimulatedRequestProcessor(simulator::QuickBooks& quickBooks) : oQuickBooks(quickBooks) {}
 
   void Create() override {}
   void OpenConnection(TextView applicationId, TextView applicationName) override;
-  Text BeginSession(TextView companyFile, platform::FileMode mode) override;
+  Text BeginSession(TextView companyFile, FileMode mode) override;
   Text ProcessRequest(TextView ticket, TextView request) override;
   Text GetCurrentCompanyFileName(TextView ticket) override;
   void EndSession(TextView ticket) override;
@@ -49,7 +49,7 @@ class SimulatedRequestProcessor : public platform::RequestProcessor {
 
 /// A processor on the system's files, clock and event loop. All of a process share one QuickBooks;
 /// "sample.qbw" beside the program is the company that its user has open.
-std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor();
+std::unique_ptr<RequestProcessor> MakeSimulatedRequestProcessor();
 
 /// What ends this process where a company file asks for it (processRequestDies). Without it the
 /// request fails as a client of an ended process sees it.

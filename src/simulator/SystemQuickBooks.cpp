@@ -5,8 +5,8 @@
 #include "platform/Clock.h"
 #include "platform/EventLoop.h"
 #include "platform/FileSystem.h"
-#include "simulator/CompanyStorage.h"
 #include "simulator/SimulatedRequestProcessor.h"
+#include "simulator/company/CompanyStorage.h"
 
 namespace ostrel {
 namespace {
@@ -45,7 +45,7 @@ void SetSimulatedDispatching(std::function<void()> dispatch) {
   Dispatching() = std::move(dispatch);
 }
 
-std::unique_ptr<platform::RequestProcessor> MakeSimulatedRequestProcessor() {
+std::unique_ptr<RequestProcessor> MakeSimulatedRequestProcessor() {
   static simulator::CompanyFiles files;
   static simulator::QuickBooks quickBooks(
       {.storage = files,

@@ -1,7 +1,7 @@
 // Command lines of any text.
 #include <algorithm>
 
-#include "shell/cCommandLine.h"
+#include "shell/settings/cCommandLine.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 namespace ostrel {

@@ -2,7 +2,7 @@
 // be written and read again as the same company, and the check tells what cannot be read. A journal
 // of right checksums and wrong contents, which nobody but a fuzzer writes, must do no more harm
 // than that.
-#include "simulator/Company.h"
+#include "simulator/company/CompanyReader.h"
 #include "simulator/tool/CompanyCheck.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/JournalBytes.h"
@@ -18,7 +18,7 @@ const Stamp kNow = {1262682187, "2010-01-05T09:03:07+00:00"};
 
 void RequireReadable(const Company& company) {
   const std::string bytes = company.ToBytes();
-  const auto again = Company::FromBytes(bytes, kNow);
+  const auto again = CompanyFromBytes(bytes, kNow);
   Require(again.has_value(), "a company that is written can be read");
   Require(again->ToBytes() == bytes, "it is the same company then");
   Require(!again->IsCompleted(), "it lacks nothing then");
@@ -34,7 +34,7 @@ std::string JournalOf(std::string_view company, std::string_view records) {
 void TryCompany(std::string_view bytes) {
   const std::size_t parting = bytes.find('\x1e');
   const std::string company(bytes.substr(0, parting));
-  if (const auto alone = Company::FromBytes(company, kNow)) RequireReadable(*alone);
+  if (const auto alone = CompanyFromBytes(company, kNow)) RequireReadable(*alone);
 
   doubles::FakeCompanyStorage storage;
   storage.Files[Text(kPath)] = company;
@@ -43,7 +43,7 @@ void TryCompany(std::string_view bytes) {
   }
   int error = 0;
   CompanyFile file{Text(kPath), storage};
-  const auto read = Company::FromFile(file, kNow, error);
+  const auto read = CompanyFromFile(file, kNow, error);
   Require(read.has_value() == (error == 0), "a company is read or an error says why not");
   const CompanyReport report = CheckCompany(kPath, storage, kNow);
   const bool isSound = report.error == 0 && report.problems.empty();

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/Checksum.h"
+#include "simulator/values/Checksum.h"
 
 namespace ostrel::fuzz {
 

@@ -1,7 +1,7 @@
 // Journals of any bytes, damaged ones and such whose checksums are right: what is read can be
 // written, and what is written can be read. An input that begins with character 30 holds the texts
 // of records, to which their heads are added.
-#include "simulator/Journal.h"
+#include "simulator/company/Journal.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/fuzz/JournalBytes.h"
 

@@ -5,9 +5,10 @@
 #include <string_view>
 
 #include "platform/SystemError.h"
-#include "simulator/Journal.h"
-#include "simulator/QbxmlEngine.h"
-#include "simulator/XmlReader.h"
+#include "simulator/company/CompanyReader.h"
+#include "simulator/company/Journal.h"
+#include "simulator/messages/QbxmlEngine.h"
+#include "simulator/xml/XmlReader.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 namespace ostrel::simulator {
@@ -45,10 +46,9 @@ class Memory : public CompanyStorage {
 void TryRequest(TextView request) {
   const Stamp now = {1262682187, "2010-01-05T09:03:07+00:00"};
   Memory storage;
-  auto company = Company::FromBytes(kCompany, now);
+  auto company = CompanyFromBytes(kCompany, now);
   Require(company.has_value(), "the company can be read");
-  OpenCompany open(*std::move(company), CompanyFile(u"fuzz.qbw", storage),
-                   platform::FileMode::kSingleUser);
+  OpenCompany open(*std::move(company), CompanyFile(u"fuzz.qbw", storage), FileMode::kSingleUser);
   Session session;
   try {
     const Text response = ProcessQbxml(request, open, session, now);
@@ -56,7 +56,7 @@ void TryRequest(TextView request) {
     Require(ReadXmlText(response, kMaxElements, document) == XmlFault::kNone,
             "a response is well-formed");
     for (const char16_t c : response) Require(c < 0x80, "a response is ASCII");
-  } catch (const platform::RequestProcessorError& error) {
+  } catch (const RequestProcessorError& error) {
     const auto number = static_cast<std::uint32_t>(error.Number);
     Require(number >= 0x80040400 && number <= 0x80040430, "a refusal has a known number");
   }
@@ -65,7 +65,7 @@ void TryRequest(TextView request) {
   const Journal journal = ReadJournal(storage.sJournal);
   Require(journal.leftOut.empty() && journal.wholeBytes == storage.sJournal.size(),
           "a journal can be read");
-  Require(Company::FromBytes(open.Data().ToBytes(), now).has_value(), "a company can be read");
+  Require(CompanyFromBytes(open.Data().ToBytes(), now).has_value(), "a company can be read");
 }
 
 const fuzz::Registered kTarget("qbxml",

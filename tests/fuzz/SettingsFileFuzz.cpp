@@ -4,7 +4,7 @@
 
 #include "platform/Profile.h"
 #include "platform/SystemError.h"
-#include "shell/SettingsFile.h"
+#include "shell/settings/SettingsFile.h"
 #include "tests/fuzz/FuzzFolder.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "tests/unit/doubles/FakeTrace.h"

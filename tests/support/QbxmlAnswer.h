@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/XmlReader.h"
+#include "simulator/xml/XmlReader.h"
 
 namespace ostrel {
 

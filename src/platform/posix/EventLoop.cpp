@@ -16,7 +16,7 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/TimerList.h"
+#include "platform/detail/TimerList.h"
 #include "platform/posix/LoopWatch.h"
 
 namespace ostrel::platform {

@@ -10,7 +10,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/TimerList.h"
+#include "platform/detail/TimerList.h"
 #include "platform/win32/MessageLoop.h"
 
 namespace ostrel::platform {

@@ -3,9 +3,10 @@
 #include <stdexcept>
 
 #include "platform/SystemError.h"
-#include "simulator/Kinds.h"
-#include "simulator/QbxmlEngine.h"
-#include "simulator/XmlWriter.h"
+#include "simulator/company/CompanyReader.h"
+#include "simulator/kinds/Kinds.h"
+#include "simulator/messages/QbxmlEngine.h"
+#include "simulator/xml/XmlWriter.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -25,7 +26,7 @@ Stamp StampAt(std::chrono::sys_days day, int minuteOfDay) {
 }
 
 Company Begun(std::string_view file, const Stamp& now) {
-  auto company = Company::FromBytes(file, now);
+  auto company = CompanyFromBytes(file, now);
   if (!company) throw std::logic_error("the company to begin with is none");
   return *std::move(company);
 }
@@ -44,7 +45,7 @@ int NoStorage::Read(TextView, std::string&) { return platform::kFileNotFound; }
 
 Bookkeeper::Bookkeeper(std::string_view file)
     : oNow(kEpoch),
-      oCompany(Begun(file, oNow), CompanyFile(u"", oStorage), platform::FileMode::kSingleUser) {}
+      oCompany(Begun(file, oNow), CompanyFile(u"", oStorage), FileMode::kSingleUser) {}
 
 void Bookkeeper::SetTime(std::chrono::sys_days day, int minuteOfDay) {
   oNow = StampAt(day, minuteOfDay);

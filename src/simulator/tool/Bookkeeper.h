@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/CompanyStorage.h"
-#include "simulator/OpenCompany.h"
-#include "simulator/Session.h"
+#include "simulator/company/CompanyStorage.h"
+#include "simulator/company/OpenCompany.h"
+#include "simulator/messages/Session.h"
 
 namespace ostrel::simulator {
 

@@ -5,12 +5,12 @@
 #include <map>
 #include <vector>
 
-#include "simulator/Dates.h"
-#include "simulator/Decimal.h"
 #include "simulator/tool/Bookkeeper.h"
 #include "simulator/tool/FixedLists.h"
 #include "simulator/tool/People.h"
 #include "simulator/tool/WordLists.h"
+#include "simulator/values/Dates.h"
+#include "simulator/values/Decimal.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -4,12 +4,12 @@
 #include <unordered_set>
 
 #include "platform/SystemError.h"
-#include "simulator/Company.h"
-#include "simulator/Decimal.h"
-#include "simulator/Draft.h"
-#include "simulator/Objects.h"
-#include "simulator/Reckoning.h"
-#include "simulator/XmlReader.h"
+#include "simulator/company/CompanyReader.h"
+#include "simulator/company/Draft.h"
+#include "simulator/company/Objects.h"
+#include "simulator/company/Reckoning.h"
+#include "simulator/values/Decimal.h"
+#include "simulator/xml/XmlReader.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -220,7 +220,7 @@ CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& 
   if (unread != 0 && unread != platform::kInvalidData) report.error = unread;
   CheckJournal(contents.journal, problems);
   int error = 0;
-  const auto company = Company::FromFile(file, now, error);
+  const auto company = CompanyFromFile(file, now, error);
   TellLeftOut(file, problems);
   if (!company) {
     problems.Add("QuickBooks cannot open this company");

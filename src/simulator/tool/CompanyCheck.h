@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "simulator/CompanyStorage.h"
-#include "simulator/Stamp.h"
+#include "simulator/company/CompanyStorage.h"
+#include "simulator/values/Stamp.h"
 
 namespace ostrel::simulator {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "simulator/Objects.h"
+#include "simulator/company/Objects.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -1,7 +1,7 @@
 // A company as tables for people.
 #pragma once
 
-#include "simulator/Company.h"
+#include "simulator/company/Company.h"
 
 namespace ostrel::simulator {
 

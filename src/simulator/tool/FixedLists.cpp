@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
-#include "simulator/Dates.h"
 #include "simulator/tool/WordLists.h"
+#include "simulator/values/Dates.h"
 
 namespace ostrel::simulator {
 namespace {

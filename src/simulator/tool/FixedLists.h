@@ -2,9 +2,9 @@
 // services, and the balances with which the year begins.
 #pragma once
 
-#include "simulator/Element.h"
 #include "simulator/tool/Bookkeeper.h"
 #include "simulator/tool/People.h"
+#include "simulator/xml/Element.h"
 
 namespace ostrel::simulator {
 

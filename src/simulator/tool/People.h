@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/Element.h"
+#include "simulator/xml/Element.h"
 
 namespace ostrel::simulator {
 

@@ -6,8 +6,8 @@
 #include "platform/Clock.h"
 #include "platform/Console.h"
 #include "platform/SystemError.h"
-#include "simulator/Company.h"
-#include "simulator/QbxmlSchema.h"
+#include "simulator/company/CompanyReader.h"
+#include "simulator/messages/QbxmlSchema.h"
 #include "simulator/tool/CompanyCheck.h"
 #include "simulator/tool/CompanyOptions.h"
 #include "simulator/tool/CompanyTables.h"
@@ -67,7 +67,7 @@ ExitCode Print(const CompanyOptions& options) {
   CompanyFiles files;
   CompanyFile file(options.file, files);
   int error = 0;
-  const auto company = Company::FromFile(file, MakeStamp(platform::SystemClock()), error);
+  const auto company = CompanyFromFile(file, MakeStamp(platform::SystemClock()), error);
   if (!company) return TellFileTrouble(options.file, error);
   platform::WriteStandardOutput(CompanyTables(*company, kinds));
   return kDone;

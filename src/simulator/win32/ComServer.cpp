@@ -5,7 +5,7 @@
 
 #include "platform/EventLoop.h"
 #include "platform/win32/AutomationObject.h"
-#include "platform/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/RequestProcessorClass.h"
 #include "simulator/SimulatedRequestProcessor.h"
 #include "simulator/win32/RequestProcessorObject.h"
 #include "simulator/win32/StopWindow.h"
@@ -71,8 +71,8 @@ HRESULT Factory::CreateInstance(IUnknown* outer, REFIID interfaceId, void** obje
 class OfferedClass {
  public:
   explicit OfferedClass(IClassFactory& factory)
-      : lResult(CoRegisterClassObject(platform::kRequestProcessorClass, &factory,
-                                      CLSCTX_LOCAL_SERVER, REGCLS_MULTIPLEUSE, &lCookie)) {}
+      : lResult(CoRegisterClassObject(kRequestProcessorClass, &factory, CLSCTX_LOCAL_SERVER,
+                                      REGCLS_MULTIPLEUSE, &lCookie)) {}
   ~OfferedClass() { Revoke(); }
   OfferedClass(const OfferedClass&) = delete;
   OfferedClass& operator=(const OfferedClass&) = delete;
@@ -107,13 +107,6 @@ int ServeClients() {
   SetSimulatedDispatching([] {});
   const StopWindow stopWindow(die);
   return platform::RunEventLoop();
-}
-
-void KeepRunning() { CoAddRefServerProcess(); }
-
-// COM offers the class no more when the last has let go.
-void LetGo() {
-  if (CoReleaseServerProcess() == 0) platform::QuitEventLoop(0);
 }
 
 }  // namespace ostrel::simulator

@@ -9,8 +9,4 @@ namespace ostrel::simulator {
 /// Serves clients on this thread; returns the process's exit code.
 int ServeClients();
 
-/// The server runs on while what has called this has not let go.
-void KeepRunning();
-void LetGo();
-
 }  // namespace ostrel::simulator

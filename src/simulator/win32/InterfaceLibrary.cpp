@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/RequestProcessorClass.h"
 
 // The headers at hand lack these two.
 extern "C" {
@@ -70,7 +70,7 @@ HRESULT AddInterface(ICreateTypeLib2& library) {
   Pointer<ICreateTypeInfo> type;
   return Steps()
       .Then([&] { return library.CreateTypeInfo(name, TKIND_DISPATCH, type.Put()); })
-      .Then([&] { return type->SetGuid(platform::kRequestProcessorInterface); })
+      .Then([&] { return type->SetGuid(kRequestProcessorInterface); })
       .Then([&] { return type->SetTypeFlags(TYPEFLAG_FDISPATCHABLE); })
       .Then([&] { return DeriveFromDispatch(*type.Get()); })
       .Then([&] { return type->LayOut(); })

@@ -3,8 +3,6 @@
 namespace ostrel::simulator {
 namespace {
 
-using platform::RequestProcessor;
-
 TextView TextAt(Values values, std::size_t index) {
   const BSTR text = values[index]->bstrVal;
   return {reinterpret_cast<const char16_t*>(text), SysStringLen(text)};
@@ -19,7 +17,7 @@ Text BeginSession(RequestProcessor& processor, Values values) {
   // A number too large for a file mode is none either.
   const LONG mode = values[1]->lVal;
   const auto fileMode = mode == static_cast<std::int16_t>(mode) ? mode : -1;
-  return processor.BeginSession(TextAt(values, 0), static_cast<platform::FileMode>(fileMode));
+  return processor.BeginSession(TextAt(values, 0), static_cast<FileMode>(fileMode));
 }
 
 Text ProcessRequest(RequestProcessor& processor, Values values) {

@@ -5,7 +5,7 @@
 
 #include <span>
 
-#include "platform/RequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 
 namespace ostrel::simulator {
 
@@ -16,7 +16,7 @@ struct Operation {
   TextView name;
   std::span<const VARTYPE> arguments;  // VT_BSTR or VT_I4
   /// Returns what the call answers; empty for an operation without an answer.
-  Text (*run)(platform::RequestProcessor& processor, Values values);
+  Text (*run)(RequestProcessor& processor, Values values);
   bool answers;
 };
 

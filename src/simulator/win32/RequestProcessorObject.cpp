@@ -5,9 +5,9 @@
 #include <new>
 #include <utility>
 
+#include "platform/EventLoop.h"
 #include "platform/win32/AutomationObject.h"
-#include "platform/win32/RequestProcessorClass.h"
-#include "simulator/win32/ComServer.h"
+#include "quickbooks/win32/RequestProcessorClass.h"
 #include "simulator/win32/Operations.h"
 
 namespace ostrel::simulator {
@@ -63,7 +63,7 @@ HRESULT AnswerWith(const Text& text, VARIANT* result) {
   return S_OK;
 }
 
-HRESULT FailWith(const platform::RequestProcessorError& error, EXCEPINFO* exception) {
+HRESULT FailWith(const RequestProcessorError& error, EXCEPINFO* exception) {
   if (exception == nullptr) return error.Number;
   *exception = {};
   exception->scode = error.Number;
@@ -74,8 +74,15 @@ HRESULT FailWith(const platform::RequestProcessorError& error, EXCEPINFO* except
 
 }  // namespace
 
-RequestProcessorObject::RequestProcessorObject(
-    std::unique_ptr<platform::RequestProcessor> processor, Listener called)
+void KeepRunning() { CoAddRefServerProcess(); }
+
+// COM offers the class no more when the last has let go.
+void LetGo() {
+  if (CoReleaseServerProcess() == 0) platform::QuitEventLoop(0);
+}
+
+RequestProcessorObject::RequestProcessorObject(std::unique_ptr<RequestProcessor> processor,
+                                               Listener called)
     : oProcessor(std::move(processor)), oCalled(std::move(called)) {
   KeepRunning();
 }
@@ -93,7 +100,7 @@ ULONG RequestProcessorObject::Release() {
 HRESULT RequestProcessorObject::QueryInterface(REFIID interfaceId, void** object) {
   if (object == nullptr) return E_POINTER;
   const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch ||
-                     interfaceId == platform::kRequestProcessorInterface;
+                     interfaceId == kRequestProcessorInterface;
   *object = known ? this : nullptr;
   if (!known) return E_NOINTERFACE;
   AddRef();
@@ -142,7 +149,7 @@ HRESULT RequestProcessorObject::Invoke(DISPID member, REFIID, LCID, WORD kind,
     oCalled();
     try {
       outcome = Run(member, *arguments, result, wrongArgument);
-    } catch (const platform::RequestProcessorError& error) {
+    } catch (const RequestProcessorError& error) {
       outcome = FailWith(error, exception);
     }
   } catch (const std::bad_alloc&) {

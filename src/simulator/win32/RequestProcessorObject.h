@@ -7,16 +7,20 @@
 #include <functional>
 #include <memory>
 
-#include "platform/RequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 
 namespace ostrel::simulator {
+
+/// The server runs on while what has called this has not let go.
+void KeepRunning();
+void LetGo();
 
 class RequestProcessorObject final : public IDispatch {
  public:
   using Listener = std::function<void()>;
 
   /// Keeps the server running while it lives. `called` is told of every call.
-  RequestProcessorObject(std::unique_ptr<platform::RequestProcessor> processor, Listener called);
+  RequestProcessorObject(std::unique_ptr<RequestProcessor> processor, Listener called);
 
   ULONG STDMETHODCALLTYPE AddRef() override;
   ULONG STDMETHODCALLTYPE Release() override;
@@ -37,7 +41,7 @@ class RequestProcessorObject final : public IDispatch {
   HRESULT Run(DISPID member, const DISPPARAMS& arguments, VARIANT* result, UINT* wrongArgument);
 
   ULONG iReferences = 1;
-  std::unique_ptr<platform::RequestProcessor> oProcessor;
+  std::unique_ptr<RequestProcessor> oProcessor;
   Listener oCalled;
 };
 

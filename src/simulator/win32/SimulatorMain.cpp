@@ -9,7 +9,7 @@
 #include "platform/SystemError.h"
 #include "platform/win32/AutomationObject.h"
 #include "platform/win32/Path.h"
-#include "platform/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/RequestProcessorClass.h"
 #include "simulator/win32/ComServer.h"
 #include "simulator/win32/InterfaceLibrary.h"
 #include "simulator/win32/Registration.h"
@@ -48,11 +48,11 @@ std::wstring LibraryPath(const std::wstring& program) {
 RegistrationResult Register() {
   const platform::Apartment apartment;
   const std::wstring program = ProgramPath();
-  RegistrationResult result = RegisterServer(platform::kRequestProcessorClass, program);
+  RegistrationResult result = RegisterServer(kRequestProcessorClass, program);
   if (result.iExitCode != RegistrationResult::kDone) return result;
   const HRESULT library = RegisterInterfaceLibrary(LibraryPath(program));
   if (SUCCEEDED(library)) return result;
-  UnregisterServer(platform::kRequestProcessorClass, program);
+  UnregisterServer(kRequestProcessorClass, program);
   return {RegistrationResult::kFailed,
           u"The type library " + platform::FromWide(LibraryPath(program)) +
               u" was not registered: " + platform::SystemErrorText(library)};
@@ -62,7 +62,7 @@ RegistrationResult Unregister() {
   const platform::Apartment apartment;
   const std::wstring program = ProgramPath();
   UnregisterInterfaceLibrary(LibraryPath(program));
-  return UnregisterServer(platform::kRequestProcessorClass, program);
+  return UnregisterServer(kRequestProcessorClass, program);
 }
 
 RegistrationResult Stop() {

@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "platform/RequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 
 namespace ostrel {
 
 struct Implementation {
   std::string name;  // letters only
-  /// Raises platform::RequestProcessorError.
-  std::unique_ptr<platform::RequestProcessor> (*make)();
+  /// Raises RequestProcessorError.
+  std::unique_ptr<RequestProcessor> (*make)();
 };
 
 std::vector<Implementation> Implementations();

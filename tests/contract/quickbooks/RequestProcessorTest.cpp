@@ -8,6 +8,7 @@
 #include "platform/EventLoop.h"
 #include "platform/SocketNotifications.h"
 #include "platform/Sockets.h"
+#include "quickbooks/ErrorNumbers.h"
 #include "tests/contract/quickbooks/Implementations.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -15,9 +16,6 @@ namespace ostrel {
 namespace {
 
 using platform::DoEventsFor;
-using platform::FileMode;
-using platform::RequestProcessor;
-using platform::RequestProcessorError;
 using platform::Timer;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
@@ -264,7 +262,7 @@ TEST_P(RequestProcessorTest, FailsWhenQuickBooksDiesAndIsBackAfterwards) {
 
     const RequestProcessorError error = FailureOf([&] { client.Ask(u"<HostQueryRq/>"); });
 
-    EXPECT_TRUE(platform::MeansServerGone(error.Number)) << std::hex << error.Number;
+    EXPECT_TRUE(IsServerGone(error.Number)) << std::hex << error.Number;
   }
   Client next = Connect();
   next.Begin(Company());

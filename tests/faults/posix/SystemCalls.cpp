@@ -99,8 +99,6 @@ FAULTY(inotify_add_watch, int, (int queue, const char* path, uint32_t what), (qu
        -1)
 FAULTY_SIZED(read, ssize_t, (int file, void* buffer, size_t size), (file, buffer, size),
              (file, buffer, Half(size)))
-FAULTY_SIZED(write, ssize_t, (int file, const void* bytes, size_t size), (file, bytes, size),
-             (file, bytes, Half(size)))
 FAULTY(epoll_create1, int, (int flags), (flags), -1)
 FAULTY(epoll_ctl, int, (int loop, int change, int file, struct epoll_event* events),
        (loop, change, file, events), -1)

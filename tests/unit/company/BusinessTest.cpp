@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "../simulator/FakeCompanyStorage.h"
-#include "simulator/Company.h"
+#include "simulator/company/CompanyReader.h"
 #include "simulator/tool/Business.h"
 #include "simulator/tool/CompanyCheck.h"
 
@@ -31,9 +31,9 @@ std::size_t ProblemsOf(const std::string& file) {
 }
 
 TEST(Business, HasAsMuchOfEverythingAsWasAskedFor) {
-  const auto nothing = Company::FromBytes(
+  const auto nothing = CompanyFromBytes(
       MakeBusiness({.customers = 0, .vendors = 0, .items = 0, .invoices = 0}), kNow);
-  const auto company = Company::FromBytes(
+  const auto company = CompanyFromBytes(
       MakeBusiness({.customers = 31, .vendors = 5, .items = 40, .invoices = 17}), kNow);
 
   ASSERT_TRUE(nothing && company);
@@ -67,7 +67,7 @@ TEST(Business, OfTheRepositorysSampleIsSound) {
 }
 
 TEST(Business, SaysEverythingItself) {
-  const auto company = Company::FromBytes(MakeBusiness({}), kNow);
+  const auto company = CompanyFromBytes(MakeBusiness({}), kNow);
 
   ASSERT_TRUE(company);
   EXPECT_FALSE(company->IsCompleted());
@@ -75,7 +75,7 @@ TEST(Business, SaysEverythingItself) {
 }
 
 TEST(Business, IsOwedPartOfWhatItHasSold) {
-  const auto company = Company::FromBytes(MakeBusiness({}), kNow);
+  const auto company = CompanyFromBytes(MakeBusiness({}), kNow);
   std::size_t paid = 0, partly = 0, open = 0;
 
   for (const auto& [key, invoice] : company->List(*FindKind("Invoice")).InOrder()) {

@@ -3,8 +3,8 @@
 
 #include "../doubles/FakeClock.h"
 #include "../simulator/FakeCompanyStorage.h"
-#include "simulator/Journal.h"
 #include "simulator/SimulatedRequestProcessor.h"
+#include "simulator/company/Journal.h"
 #include "simulator/tool/Business.h"
 #include "simulator/tool/CompanyCheck.h"
 
@@ -132,7 +132,7 @@ class CompanyCheckOfRequests : public CompanyCheck {
   CompanyCheckOfRequests() {
     oProcessor.OpenConnection(u"", u"Test");
     File() = "<Company><Class><Name>A</Name></Class></Company>";
-    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    sTicket = oProcessor.BeginSession(kPath, FileMode::kDoNotCare);
   }
 
   std::string Tell(const std::string& message) {

@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
+#include "simulator/company/CompanyReader.h"
 #include "simulator/tool/CompanyTables.h"
 
 namespace ostrel::simulator {
 namespace {
 
 std::string Tables(const char* file, std::string_view kinds) {
-  const auto company = Company::FromBytes(file, kEpoch);
+  const auto company = CompanyFromBytes(file, kEpoch);
   return ToUtf8(CompanyTables(*company, kinds.empty() ? AllKinds() : KindsNamed(kinds)));
 }
 

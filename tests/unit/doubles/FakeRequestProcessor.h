@@ -7,7 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "platform/RequestProcessor.h"
+#include "quickbooks/ErrorNumbers.h"
+#include "quickbooks/RequestProcessor.h"
 
 namespace ostrel::doubles {
 
@@ -17,7 +18,7 @@ struct FakeQuickBooks {
   /// Creating the object and reading the company file's name are not noted.
   std::vector<Text> Calls;
   /// An operation's name and how it fails, until the test takes the entry away.
-  std::map<Text, platform::RequestProcessorError> Failures;
+  std::map<Text, RequestProcessorError> Failures;
   /// Runs inside every operation, with its name, as an event that comes while QuickBooks is slow.
   std::function<void(TextView)> DuringCall;
 
@@ -31,16 +32,16 @@ struct FakeQuickBooks {
   int iProcessorsAlive = 0;
 
   void Fail(Text operation, std::uint32_t hresult, Text description = u"as the test wants it") {
-    Failures.insert_or_assign(std::move(operation),
-                              platform::RequestProcessorError(static_cast<std::int32_t>(hresult),
-                                                              std::move(description)));
+    Failures.insert_or_assign(
+        std::move(operation),
+        RequestProcessorError(static_cast<std::int32_t>(hresult), std::move(description)));
   }
 
   /// What the program is given to create request processor objects with.
-  std::function<std::unique_ptr<platform::RequestProcessor>()> Factory();
+  std::function<std::unique_ptr<RequestProcessor>()> Factory();
 };
 
-class FakeRequestProcessor : public platform::RequestProcessor {
+class FakeRequestProcessor : public RequestProcessor {
  public:
   explicit FakeRequestProcessor(FakeQuickBooks& quickBooks) : oQuickBooks(quickBooks) {
     ++oQuickBooks.iProcessorsCreated;
@@ -53,7 +54,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
   void Create() override {
     constexpr auto kClassNotRegistered = static_cast<std::int32_t>(0x80040154);
     if (!oQuickBooks.bInstalled) {
-      throw platform::RequestProcessorError(kClassNotRegistered, u"Class not registered");
+      throw RequestProcessorError(kClassNotRegistered, u"Class not registered");
     }
     Happen(u"Create");
   }
@@ -62,7 +63,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
     Note(u"OpenConnection", Text(applicationId) + u", " + Text(applicationName));
   }
 
-  Text BeginSession(TextView companyFile, platform::FileMode mode) override {
+  Text BeginSession(TextView companyFile, FileMode mode) override {
     Note(u"BeginSession", Text(companyFile) + u", " + ToText(static_cast<std::int64_t>(mode)));
     if (!companyFile.empty()) oQuickBooks.sCompanyFile = companyFile;
     return oQuickBooks.sTicket;
@@ -77,7 +78,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
     Happen(u"GetCurrentCompanyFileName");
     constexpr auto kWrongTicket = static_cast<std::int32_t>(0x8004040D);
     if (ticket != oQuickBooks.sTicket) {
-      throw platform::RequestProcessorError(kWrongTicket, u"The ticket parameter is invalid.");
+      throw RequestProcessorError(kWrongTicket, u"The ticket parameter is invalid.");
     }
     return oQuickBooks.sCompanyFile;
   }
@@ -97,7 +98,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
     if (oQuickBooks.DuringCall) oQuickBooks.DuringCall(operation);
     --iOutstanding;
     if (bGivenUp) {
-      throw platform::RequestProcessorError(platform::kGivenUp, Text(platform::kGivenUpText));
+      throw RequestProcessorError(Raw(Hresult::kGivenUp), Text(kGivenUpText));
     }
     const auto failure = oQuickBooks.Failures.find(operation);
     if (failure != oQuickBooks.Failures.end()) throw failure->second;
@@ -108,7 +109,7 @@ class FakeRequestProcessor : public platform::RequestProcessor {
   bool bGivenUp = false;
 };
 
-inline std::function<std::unique_ptr<platform::RequestProcessor>()> FakeQuickBooks::Factory() {
+inline std::function<std::unique_ptr<RequestProcessor>()> FakeQuickBooks::Factory() {
   return [this] { return std::make_unique<FakeRequestProcessor>(*this); };
 }
 

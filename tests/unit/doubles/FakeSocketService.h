@@ -5,7 +5,7 @@
 #include <map>
 #include <vector>
 
-#include "shell/SocketService.h"
+#include "transports/SocketService.h"
 
 namespace ostrel::doubles {
 

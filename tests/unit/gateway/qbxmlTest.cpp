@@ -168,10 +168,10 @@ TEST_F(qbxmlTest, OpensOnceTheSdkIsInstalled) {
 TEST(qbxmlFactory, CountsAsMissingSdkWhateverItRaisesOrReturns) {
   std::int32_t errorNumber = 0;
 
-  qbxml raising([]() -> std::unique_ptr<platform::RequestProcessor> { throw std::bad_alloc(); });
+  qbxml raising([]() -> std::unique_ptr<RequestProcessor> { throw std::bad_alloc(); });
   EXPECT_EQ(raising.OpenConnection(u"", u"", errorNumber), 3);
 
-  qbxml empty([] { return std::unique_ptr<platform::RequestProcessor>(); });
+  qbxml empty([] { return std::unique_ptr<RequestProcessor>(); });
   EXPECT_EQ(empty.OpenConnection(u"", u"", errorNumber), 3);
 }
 
@@ -485,7 +485,7 @@ TEST_F(qbxmlTest, CanBeGivenUpWhileQuickBooksStarts) {
   EXPECT_EQ(session->OpenConnectionAndBeginSession(u"ostrel", u"Ostrel", u"", 0, number),
             qbxml::kCannotUseCompanyFile);
 
-  EXPECT_TRUE(session->sLastError.starts_with(platform::kGivenUpText));
+  EXPECT_TRUE(session->sLastError.starts_with(kGivenUpText));
   EXPECT_FALSE(session->bProcessorCreated);
   EXPECT_EQ(quickBooks.iProcessorsAlive, 0);
 }

@@ -9,8 +9,8 @@
 #include "../doubles/FakeSocketService.h"
 #include "../doubles/FakeTrace.h"
 #include "../doubles/FakeWindow.h"
-#include "shell/CommunicationModes.h"
-#include "shell/Menus.h"
+#include "shell/commands/CommunicationModes.h"
+#include "shell/forms/Menus.h"
 #include "tests/support/ScratchFolder.h"
 #include "util/RunTimeError.h"
 

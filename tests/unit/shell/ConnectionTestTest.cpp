@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "SessionCommandTest.h"
-#include "shell/ConnectionTest.h"
-#include "shell/SupportReport.h"
+#include "shell/commands/ConnectionTest.h"
+#include "shell/commands/SupportReport.h"
 
 namespace ostrel {
 namespace {
@@ -53,9 +53,9 @@ TEST_F(ConnectionTestTest, OpensTheSessionAsRequestsDo) {
 
   ASSERT_THAT(QuickBooks.Calls, SizeIs(3));
   EXPECT_EQ(QuickBooks.Calls[0], u"OpenConnection(ostrel, Ostrel)");
-  EXPECT_EQ(QuickBooks.Calls[1],
-            u"BeginSession(C:\\a.qbw, " +
-                ToText(static_cast<std::int64_t>(platform::FileMode::kDoNotCare)) + u")");
+  EXPECT_EQ(
+      QuickBooks.Calls[1],
+      u"BeginSession(C:\\a.qbw, " + ToText(static_cast<std::int64_t>(FileMode::kDoNotCare)) + u")");
   EXPECT_TRUE(IsOpen());
 }
 

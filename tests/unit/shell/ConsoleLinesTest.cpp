@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "shell/ConsoleLines.h"
+#include "shell/programs/ConsoleLines.h"
 
 namespace ostrel {
 namespace {

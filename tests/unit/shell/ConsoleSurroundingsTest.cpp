@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "shell/ConsoleSurroundings.h"
+#include "shell/programs/ConsoleSurroundings.h"
 
 namespace ostrel {
 namespace {

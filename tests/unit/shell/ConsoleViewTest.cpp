@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "shell/ConsoleView.h"
+#include "shell/programs/ConsoleView.h"
 
 namespace ostrel {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "SessionCommandTest.h"
-#include "shell/DefaultCompanyFile.h"
+#include "shell/commands/DefaultCompanyFile.h"
 
 namespace ostrel {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "../doubles/FakeSockets.h"
 #include "../doubles/FakeTrace.h"
-#include "shell/GatewaySocketServer.h"
+#include "transports/GatewaySocketServer.h"
 
 namespace ostrel {
 namespace {

@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "../doubles/FakeTrace.h"
-#include "shell/Guarded.h"
+#include "gateway/Guarded.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/FileSystem.h"
-#include "shell/HeadlessOptions.h"
+#include "shell/programs/HeadlessOptions.h"
 
 namespace ostrel {
 namespace {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "SessionCommandTest.h"
-#include "shell/LogFileView.h"
+#include "shell/commands/LogFileView.h"
 
 namespace ostrel {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "../doubles/FakeClock.h"
 #include "../doubles/FakeWindow.h"
-#include "shell/Logs.h"
-#include "shell/Menus.h"
-#include "shell/Version.h"
+#include "shell/commands/Logs.h"
+#include "shell/forms/Menus.h"
+#include "shell/forms/Version.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel {

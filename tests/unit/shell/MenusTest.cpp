@@ -3,7 +3,7 @@
 
 #include <set>
 
-#include "shell/Menus.h"
+#include "shell/forms/Menus.h"
 
 namespace ostrel {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "shell/NumberText.h"
+#include "shell/settings/NumberText.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {

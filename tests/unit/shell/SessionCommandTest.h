@@ -12,9 +12,9 @@
 #include "../doubles/FakeWindow.h"
 #include "gateway/RequestGate.h"
 #include "gateway/RequestHandler.h"
-#include "shell/DefaultCompanyFile.h"
-#include "shell/SettingsFile.h"
-#include "shell/frmError.h"
+#include "shell/commands/DefaultCompanyFile.h"
+#include "shell/forms/frmError.h"
+#include "shell/settings/SettingsFile.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel {

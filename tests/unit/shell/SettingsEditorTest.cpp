@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "SessionCommandTest.h"
-#include "shell/SettingsEditor.h"
+#include "shell/commands/SettingsEditor.h"
 
 namespace ostrel {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "../doubles/FakeWindow.h"
-#include "shell/StatusList.h"
+#include "shell/forms/StatusList.h"
 
 namespace ostrel {
 namespace {

@@ -3,8 +3,8 @@
 #include "../doubles/FakeClock.h"
 #include "../doubles/FakeRequestProcessor.h"
 #include "../doubles/FakeTrace.h"
-#include "shell/SupportReport.h"
-#include "shell/Version.h"
+#include "shell/commands/SupportReport.h"
+#include "shell/forms/Version.h"
 
 namespace ostrel {
 namespace {

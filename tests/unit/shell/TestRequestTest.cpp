@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "SessionCommandTest.h"
-#include "shell/TestRequest.h"
+#include "shell/commands/TestRequest.h"
 
 namespace ostrel {
 namespace {
@@ -46,7 +46,7 @@ TEST_F(TestRequestTest, TellsWhyThereIsNoAnswer) {
   Settings.bValidateXML = false;
   QuickBooks.Answer = [](TextView request) -> Text {
     if (ostrel::Contains(request, u"HostQueryRq")) return u"<ProductName>Pro</ProductName>";
-    throw platform::RequestProcessorError(static_cast<std::int32_t>(0x80040400), u"no");
+    throw RequestProcessorError(static_cast<std::int32_t>(0x80040400), u"no");
   };
 
   Test.mnuToolsTest_Click();

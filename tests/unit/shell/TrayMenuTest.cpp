@@ -3,7 +3,7 @@
 
 #include "../doubles/FakeNotifyIcon.h"
 #include "../doubles/FakeTrace.h"
-#include "shell/TrayMenu.h"
+#include "shell/forms/TrayMenu.h"
 
 namespace ostrel {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "shell/cCommandLine.h"
+#include "shell/settings/cCommandLine.h"
 
 namespace ostrel {
 namespace {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "../doubles/FakeTextForm.h"
-#include "shell/Version.h"
-#include "shell/frmAbout.h"
+#include "shell/forms/Version.h"
+#include "shell/forms/frmAbout.h"
 
 namespace ostrel {
 namespace {

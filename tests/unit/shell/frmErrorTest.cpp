@@ -7,7 +7,7 @@
 #include "../doubles/FakeTextForm.h"
 #include "../doubles/FakeTrace.h"
 #include "../doubles/FakeWindow.h"
-#include "shell/frmError.h"
+#include "shell/forms/frmError.h"
 
 namespace ostrel {
 namespace {

@@ -9,7 +9,7 @@
 #include "FormTest.h"
 #include "platform/EventLoop.h"
 #include "platform/Files.h"
-#include "shell/Menus.h"
+#include "shell/forms/Menus.h"
 #include "shell/frmMain.h"
 
 namespace ostrel {

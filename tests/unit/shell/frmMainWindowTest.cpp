@@ -5,8 +5,8 @@
 #include <new>
 
 #include "FormTest.h"
-#include "shell/Menus.h"
-#include "shell/Version.h"
+#include "shell/forms/Menus.h"
+#include "shell/forms/Version.h"
 
 namespace ostrel {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "../doubles/FakeNotifyIcon.h"
 #include "../doubles/FakeTrace.h"
-#include "shell/frmSysTray.h"
+#include "shell/forms/frmSysTray.h"
 
 namespace ostrel {
 namespace {

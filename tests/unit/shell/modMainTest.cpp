@@ -5,7 +5,7 @@
 
 #include "FormTest.h"
 #include "platform/EventLoop.h"
-#include "shell/Menus.h"
+#include "shell/forms/Menus.h"
 #include "shell/modMain.h"
 
 namespace ostrel {

@@ -5,7 +5,7 @@
 
 #include "../doubles/FakeClock.h"
 #include "../doubles/FakeProcesses.h"
-#include "shell/modShellandWait.h"
+#include "shell/commands/modShellandWait.h"
 
 namespace ostrel {
 namespace {

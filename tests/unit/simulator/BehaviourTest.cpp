@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/Behaviour.h"
+#include "simulator/faults/Behaviour.h"
 
 namespace ostrel::simulator {
 namespace {

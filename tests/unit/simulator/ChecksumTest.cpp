@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/Checksum.h"
+#include "simulator/values/Checksum.h"
 
 namespace ostrel::simulator {
 namespace {

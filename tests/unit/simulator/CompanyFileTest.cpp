@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "FakeCompanyStorage.h"
-#include "simulator/CompanyFile.h"
+#include "simulator/company/CompanyFile.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "platform/Files.h"
 #include "platform/SystemError.h"
-#include "simulator/CompanyStorage.h"
+#include "simulator/company/CompanyStorage.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel::simulator {

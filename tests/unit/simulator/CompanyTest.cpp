@@ -4,14 +4,14 @@
 #include <iterator>
 
 #include "Conversation.h"
-#include "simulator/Company.h"
+#include "simulator/company/CompanyReader.h"
 
 namespace ostrel::simulator {
 namespace {
 
 const Stamp kNow = {1262682187, "2010-01-05T09:03:07+00:00"};
 
-std::optional<Company> Read(std::string_view bytes) { return Company::FromBytes(bytes, kNow); }
+std::optional<Company> Read(std::string_view bytes) { return CompanyFromBytes(bytes, kNow); }
 
 const ObjectList& Customers(const Company& company) { return company.List(*FindKind("Customer")); }
 

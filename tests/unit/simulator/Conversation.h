@@ -34,7 +34,7 @@ template <class Action>
 std::uint32_t FailureOf(Action action) {
   try {
     action();
-  } catch (const platform::RequestProcessorError& error) {
+  } catch (const RequestProcessorError& error) {
     return static_cast<std::uint32_t>(error.Number);
   }
   return 0;
@@ -45,7 +45,7 @@ class Conversation {
   explicit Conversation(std::string company = kTwoCustomers) {
     oStorage.Files[kPath] = std::move(company);
     oProcessor.OpenConnection(u"", u"Test");
-    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    sTicket = oProcessor.BeginSession(kPath, FileMode::kDoNotCare);
   }
 
   std::string Send(std::string_view request) {
@@ -69,7 +69,7 @@ class Conversation {
   /// The file as it is once the company is closed; it is opened again.
   std::string File() {
     oProcessor.EndSession(sTicket);
-    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    sTicket = oProcessor.BeginSession(kPath, FileMode::kDoNotCare);
     return oStorage.Files[kPath];
   }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulator/Dates.h"
+#include "simulator/values/Dates.h"
 
 namespace ostrel::simulator {
 namespace {

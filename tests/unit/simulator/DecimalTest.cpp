@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/Decimal.h"
+#include "simulator/values/Decimal.h"
 
 namespace ostrel::simulator {
 namespace {

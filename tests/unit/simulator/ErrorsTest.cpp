@@ -3,7 +3,7 @@
 #include <fstream>
 #include <string>
 
-#include "simulator/Errors.h"
+#include "simulator/values/Errors.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -16,7 +16,8 @@ TEST(RequestProcessorErrors, CarryQuickBooksSentences) {
     const std::size_t tab = line.find('\t');
     if (!line.starts_with("0x") || tab == std::string::npos) continue;
     const auto number = static_cast<std::uint32_t>(std::stoul(line, nullptr, 16));
-    EXPECT_EQ(Sentence(number), FromAscii(line.substr(tab + 1))) << line;
+    EXPECT_EQ(SentenceFor(static_cast<std::int32_t>(number)), FromAscii(line.substr(tab + 1)))
+        << line;
     ++compared;
   }
 
@@ -24,14 +25,14 @@ TEST(RequestProcessorErrors, CarryQuickBooksSentences) {
 }
 
 TEST(RequestProcessorErrors, HaveNoSentenceOutsideTheirRange) {
-  EXPECT_EQ(Sentence(0x800403FF), u"");
-  EXPECT_EQ(Sentence(0x80040430), u"");
+  EXPECT_EQ(SentenceFor(static_cast<std::int32_t>(0x800403FF)), u"");
+  EXPECT_EQ(SentenceFor(static_cast<std::int32_t>(0x80040430)), u"");
 }
 
 TEST(RequestProcessorErrors, AreRaisedWithNumberAndSentence) {
   try {
     Fail(Hresult::kNoSession);
-  } catch (const platform::RequestProcessorError& error) {
+  } catch (const RequestProcessorError& error) {
     EXPECT_EQ(error.Number, static_cast<std::int32_t>(0x8004040C));
     EXPECT_EQ(error.Description, u"BeginSession method has not been called or it did not succeed.");
   }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/SystemError.h"
-#include "simulator/CompanyStorage.h"
+#include "simulator/company/CompanyStorage.h"
 
 namespace ostrel::doubles {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "Books.h"
-#include "simulator/Faults.h"
+#include "simulator/faults/Faults.h"
 
 namespace ostrel {
 namespace {
@@ -49,7 +49,7 @@ TEST(Faults, StrikeOnce) {
 TEST(Faults, AreCountedBeyondASession) {
   Books books(CompanyWith("<Fault operation='beginSession' error='0x80040408' every='2'/>"));
   const auto begin = [&] {
-    books.sTicket = books.oProcessor.BeginSession(Books::kPath, platform::FileMode::kDoNotCare);
+    books.sTicket = books.oProcessor.BeginSession(Books::kPath, FileMode::kDoNotCare);
   };
   books.oProcessor.EndSession(books.sTicket);
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "Conversation.h"
-#include "simulator/Fields.h"
-#include "simulator/XmlReader.h"
+#include "simulator/kinds/Fields.h"
+#include "simulator/xml/XmlReader.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "simulator/Checksum.h"
-#include "simulator/Journal.h"
+#include "simulator/company/Journal.h"
+#include "simulator/values/Checksum.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "Books.h"
-#include "simulator/Kinds.h"
-#include "simulator/Messages.h"
+#include "simulator/kinds/Kinds.h"
+#include "simulator/messages/Messages.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "Books.h"
-#include "simulator/Journal.h"
-#include "simulator/OpenCompany.h"
+#include "simulator/company/Journal.h"
+#include "simulator/company/OpenCompany.h"
 
 namespace ostrel {
 namespace {
@@ -17,7 +17,7 @@ class Survivor : public Books {
     CloseSession();
     oStorage.Files = killed.oStorage.Files;
     oClock.Advance(std::chrono::hours(1));
-    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    sTicket = oProcessor.BeginSession(kPath, FileMode::kDoNotCare);
   }
 
   void CloseSession() { oProcessor.EndSession(sTicket); }
@@ -190,7 +190,7 @@ TEST(OpenCompany, ThatCannotBeLockedTakesNoChanges) {
   Books books;
   books.oProcessor.EndSession(books.sTicket);
   books.oStorage.iLockError = platform::kAccessDenied;
-  books.sTicket = books.oProcessor.BeginSession(Books::kPath, platform::FileMode::kDoNotCare);
+  books.sTicket = books.oProcessor.BeginSession(Books::kPath, FileMode::kDoNotCare);
 
   EXPECT_EQ(books.Add("Customer", "<Name>First</Name>").Code(), "3180");
 
@@ -203,7 +203,7 @@ class LockedLate : public Books {
   LockedLate() {
     oProcessor.EndSession(sTicket);
     oStorage.iLockError = platform::kAccessDenied;
-    sTicket = oProcessor.BeginSession(kPath, platform::FileMode::kDoNotCare);
+    sTicket = oProcessor.BeginSession(kPath, FileMode::kDoNotCare);
     oStorage.iLockError = 0;
   }
 };

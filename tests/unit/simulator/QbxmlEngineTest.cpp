@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "Conversation.h"
-#include "simulator/QbxmlEngine.h"
+#include "simulator/messages/QbxmlEngine.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -6,9 +6,9 @@
 
 #include "Books.h"
 #include "platform/SchemaValidation.h"
-#include "simulator/Errors.h"
-#include "simulator/Messages.h"
-#include "simulator/QbxmlSchema.h"
+#include "simulator/messages/Messages.h"
+#include "simulator/messages/QbxmlSchema.h"
+#include "simulator/values/Errors.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel::simulator {

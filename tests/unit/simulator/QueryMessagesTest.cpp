@@ -244,7 +244,7 @@ TEST_F(IteratorTest, EndsWhenItIsStopped) {
 TEST_F(IteratorTest, EndsWithItsSession) {
   const QbxmlAnswer first = Start();
   oBooks.oProcessor.EndSession(oBooks.sTicket);
-  oBooks.sTicket = oBooks.oProcessor.BeginSession(Books::kPath, platform::FileMode::kDoNotCare);
+  oBooks.sTicket = oBooks.oProcessor.BeginSession(Books::kPath, FileMode::kDoNotCare);
 
   EXPECT_EQ(Continue(first).Code(), "3391");
 }

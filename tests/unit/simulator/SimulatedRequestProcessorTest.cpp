@@ -9,7 +9,6 @@
 namespace ostrel {
 namespace {
 
-using platform::FileMode;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -259,7 +258,7 @@ TEST_F(SimulatedRequestProcessorTest, GivesFailuresOfItsOwnTheirSentence) {
   try {
     Begin();
     ADD_FAILURE() << "the session has begun";
-  } catch (const platform::RequestProcessorError& error) {
+  } catch (const RequestProcessorError& error) {
     EXPECT_EQ(error.Description, u"Could not start QuickBooks.");
   }
 }

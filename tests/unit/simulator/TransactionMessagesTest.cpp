@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "Books.h"
-#include "simulator/Kinds.h"
+#include "simulator/kinds/Kinds.h"
 
 namespace ostrel {
 namespace {

@@ -3,7 +3,7 @@
 #include <ctime>
 #include <string>
 
-#include "simulator/XmlReader.h"
+#include "simulator/xml/XmlReader.h"
 #include "tests/support/HostileXml.h"
 
 namespace ostrel::simulator {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/XmlWriter.h"
+#include "simulator/xml/XmlWriter.h"
 
 namespace ostrel::simulator {
 namespace {

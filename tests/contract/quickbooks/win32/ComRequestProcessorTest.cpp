@@ -1,10 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "platform/EventLoop.h"
-#include "platform/InstalledRequestProcessor.h"
-#include "platform/win32/BusyServerFilter.h"
-#include "platform/win32/ComRequestProcessor.h"
-#include "platform/win32/RequestProcessorClass.h"
+#include "quickbooks/ErrorNumbers.h"
+#include "quickbooks/InstalledRequestProcessor.h"
+#include "quickbooks/win32/BusyServerFilter.h"
+#include "quickbooks/win32/ComRequestProcessor.h"
+#include "quickbooks/win32/RequestProcessorClass.h"
 #include "tests/contract/quickbooks/win32/StandInServer.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -68,7 +69,7 @@ TEST(ComRequestProcessor, FailsAtOnceWhenQuickBooksIsEndedInTheMiddleOfACall) {
     processor->BeginSession(folder.Path(u"company.qbw"), FileMode::kDoNotCare);
     ADD_FAILURE() << "the session has begun";
   } catch (const RequestProcessorError& error) {
-    EXPECT_TRUE(MeansServerGone(error.Number)) << std::hex << error.Number;
+    EXPECT_TRUE(IsServerGone(error.Number)) << std::hex << error.Number;
     EXPECT_EQ(error.Description, u"QuickBooks has ended, or the connection to it is lost.");
   }
   EXPECT_EQ(exitCode, 0);

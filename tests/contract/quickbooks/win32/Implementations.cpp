@@ -1,19 +1,19 @@
 #include "tests/contract/quickbooks/Implementations.h"
 
-#include "platform/InstalledRequestProcessor.h"
+#include "quickbooks/InstalledRequestProcessor.h"
 #include "simulator/SimulatedRequestProcessor.h"
 #include "tests/contract/quickbooks/win32/StandInServer.h"
 
 namespace ostrel {
 namespace {
 
-std::unique_ptr<platform::RequestProcessor> MakeThroughCom() {
+std::unique_ptr<RequestProcessor> MakeThroughCom() {
   // One that still runs may be left over from a client that has died, or from an older build.
   static const bool ready = RunStandIn(u"/stop") == 0 && RunStandIn(u"/regserver") == 0;
   if (!ready) {
-    throw platform::RequestProcessorError(-1, u"the stand-in does not register");
+    throw RequestProcessorError(-1, u"the stand-in does not register");
   }
-  auto processor = platform::MakeInstalledRequestProcessor();
+  auto processor = MakeInstalledRequestProcessor();
   processor->Create();
   return processor;
 }

@@ -1,0 +1,54 @@
+// The traces of the gateway's work: status list, communication log, history files and status
+// file. Each file is opened and closed within one call, so that others can read it at any
+// time.
+#pragma once
+
+#include "gateway/HistoryFiles.h"
+#include "gateway/Trace.h"
+#include "platform/Clock.h"
+#include "platform/MainWindow.h"
+#include "shell/forms/StatusList.h"
+#include "shell/settings/AppSettings.h"
+#include "shell/settings/RunState.h"
+#include "util/Text.h"
+#include "util/cFileIO.h"
+
+namespace ostrel {
+
+class Logs : public Trace {
+ public:
+  Logs(AppSettings& settings, const RunState& state, platform::MainWindow& window,
+       const platform::Clock& clock);
+
+  void AddStatus(TextView text) override;
+  bool CommLogEnabled() const override { return bCommLog; }
+  /// A line that cannot be written is left out; the status list says so once, and again only after
+  /// a line could be written in between.
+  void WriteCommLog(TextView text) override;
+  Text HistoryHeader() const override;
+  void WriteHistoryFile(TextView text) override;
+  void WriteStatusFile(TextView text) override;
+
+  /// The menu item "Log Communication"; the switch is off at every start.
+  void mnuToolsCommLog_Click();
+
+ private:
+  bool AppendToCommLog(TextView text);
+  void TellCommLogFailure() noexcept;
+  bool OpenToWrite(cFileIO& file, bool& isLinkTold);
+  void TellOfLink(const cFileIO& file, bool& isLinkTold);
+  Text Now() const;
+
+  AppSettings& oSettings;
+  const RunState& oState;
+  platform::MainWindow& oWindow;
+  const platform::Clock& oClock;
+  StatusList lstStatus;
+  HistoryFiles oHistoryFiles;
+  bool bCommLog = false;
+  bool bCommLogFails = false;
+  bool bHistoryLinkTold = false;
+  bool bStatusLinkTold = false;
+};
+
+}  // namespace ostrel

@@ -1,0 +1,20 @@
+// Reads a company from its file. The file is XML, made to be written by hand too: what an object
+// lacks (ListID, times, balances) is filled in.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "simulator/company/Company.h"
+#include "simulator/company/CompanyFile.h"
+#include "simulator/values/Stamp.h"
+
+namespace ostrel::simulator {
+
+/// Nothing when the bytes are not a company file, or hold the same name or ID twice.
+std::optional<Company> CompanyFromBytes(std::string_view bytes, const Stamp& now);
+/// With what its journal adds; the file says which records were left out. On failure the error
+/// number of platform/SystemError.h is in `error`: kInvalidData when the file is not a company.
+std::optional<Company> CompanyFromFile(CompanyFile& file, const Stamp& now, int& error);
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,177 @@
+#include "simulator/company/Defaults.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+
+#include "simulator/company/Objects.h"
+#include "simulator/values/Dates.h"
+#include "simulator/values/Decimal.h"
+#include "simulator/values/LongWork.h"
+
+namespace ostrel::simulator {
+namespace {
+
+void AddIfMissing(Element& object, std::string_view name, std::string_view value) {
+  if (!object.Child(name)) object.Add(name, value);
+}
+
+bool IsPriced(const Field& field) {
+  return field.type == FieldType::kPrice || field.type == FieldType::kPercent;
+}
+
+// A line whose amount is given needs no price, and one of two fields that exclude each other is
+// enough.
+bool IsWanted(const Element& object, const Field& field, std::span<const Field> fields) {
+  if (object.Child(field.name)) return false;
+  if (IsPriced(field) && object.Child("Amount")) return false;
+  return field.either == 0 || std::ranges::none_of(fields, [&](const Field& other) {
+           return other.either == field.either && object.Child(other.name);
+         });
+}
+
+Target SourceOf(const Element& object, const Field& field, const Company& company) {
+  const Element* reference = object.Child(field.source.reference);
+  return reference ? FindById(company, AllKinds(), reference->ChildText("ListID")) : Target();
+}
+
+void FillFromSource(Element& object, const Field& field, const Company& company) {
+  const Target target = SourceOf(object, field, company);
+  const Element* found = target ? Follow(*target.object, field.source.paths) : nullptr;
+  if (!found) return;
+  Element& copy = object.children.emplace_back(*found);
+  copy.name = field.name;
+  if (IsPriced(field) && target.kind->priceSign < 0) {
+    copy.text = Decimal::Of(copy.text).Negated().ToString(field.type == FieldType::kPrice ? 2 : 1);
+  }
+}
+
+void FillOtherwise(Element& object, const Field& field, const Company& company) {
+  if (field.type != FieldType::kReference) {
+    object.Add(field.name, field.otherwise);
+    return;
+  }
+  const Kind& kind = *FindKind(field.refers);
+  for (const auto& [key, target] : company.List(kind).InOrder()) {
+    if (target.ChildText(kind.typeField) != field.otherwise) continue;
+    object.children.push_back(ReferenceTo(field.name, {&kind, &target}));
+    return;
+  }
+}
+
+void FillOne(Element& object, const Field& field, std::span<const Field> fields,
+             const Company& company) {
+  if (!field.source.reference.empty() && IsWanted(object, field, fields)) {
+    FillFromSource(object, field, company);
+  }
+  if (!field.otherwise.empty() && !object.Child(field.name)) FillOtherwise(object, field, company);
+}
+
+void CompleteTransaction(const Kind& kind, Element& object, const Company& company,
+                         Numbers& numbers, const Stamp& now) {
+  AddIfMissing(object, "TxnDate", DateText(DayOf(now)));
+  if (!object.Child("TxnNumber")) object.Add("TxnNumber", std::to_string(numbers.NewTxnNumber()));
+  if (kind.numbered && !object.Child("RefNumber")) {
+    object.Add("RefNumber", std::to_string(company.List(kind).HighestRefNumber() + 1));
+  }
+}
+
+// As the terms say.
+void FillInDueDate(const Kind& kind, Element& object, const Company& company) {
+  constexpr int kMostDays = 3650;
+  if (!kind.Has("DueDate") || object.Child("DueDate")) return;
+  const Element* reference = object.Child("TermsRef");
+  const Target terms =
+      reference ? FindById(company, AllKinds(), reference->ChildText("ListID")) : Target();
+  const auto date = ParseDate(object.ChildText("TxnDate"));
+  if (!date) return;
+  int days = 0;
+  const std::string_view text = terms ? terms.object->ChildText("StdDueDays") : "";
+  std::from_chars(text.data(), text.data() + text.size(), days);
+  object.Add("DueDate", DateText(*date + std::chrono::days(std::clamp(days, 0, kMostDays))));
+}
+
+// What a new customer owes is no transaction here; the object itself says what it began with.
+void TakeOpenBalance(Element& object) {
+  const Element* opening = object.Child("OpenBalance");
+  if (!opening) return;
+  const std::string balance = opening->text;
+  object.Drop("OpenBalance");
+  object.Drop("OpenBalanceDate");
+  object.Set("Balance", balance);
+  object.attributes.push_back({std::string(kOpeningBalance), balance});
+}
+
+std::string JoinedParts(const Kind& kind, const Element& object) {
+  std::string name;
+  for (const std::string_view part : kind.nameParts) {
+    const std::string_view text = object.ChildText(part);
+    if (!name.empty() && !text.empty()) name += ' ';
+    name += text;
+  }
+  return name;
+}
+
+void CompleteListObject(const Kind& kind, Element& object) {
+  TakeOpenBalance(object);
+  if (kind.Has("TotalBalance")) {
+    const std::string balance(object.ChildText("Balance"));
+    AddIfMissing(object, "TotalBalance", balance.empty() ? "0.00" : balance);
+  }
+  const Element* parent = object.Child("ParentRef");
+  const bool named = object.Child(kind.Has("FullName") ? "FullName" : kind.nameField);
+  if (!named) MakeNames(kind, object, parent ? parent->ChildText("FullName") : "");
+  if (kind.Has("Sublevel") && !object.Child("Sublevel")) {
+    object.Add("Sublevel", std::to_string(std::ranges::count(object.ChildText("FullName"), ':')));
+  }
+}
+
+}  // namespace
+
+void Complete(const Kind& kind, Element& object, const Company& company, Numbers& numbers,
+              const Stamp& now) {
+  const bool isList = kind.category == Category::kList;
+  object.name = kind.name;
+  if (!object.Child(kind.IdField())) {
+    object.Add(kind.IdField(), isList ? numbers.NewListId(now) : numbers.NewTxnId(now));
+  }
+  AddIfMissing(object, "TimeCreated", now.text);
+  AddIfMissing(object, "TimeModified", now.text);
+  AddIfMissing(object, "EditSequence", std::to_string(now.seconds));
+  if (isList) {
+    CompleteListObject(kind, object);
+  } else {
+    CompleteTransaction(kind, object, company, numbers, now);
+  }
+  FillIn(object, kind.fields, company);
+  FillInDueDate(kind, object, company);
+}
+
+void FillIn(Element& object, std::span<const Field> fields, const Company& company) {
+  for (const Field& field : fields) FillOne(object, field, fields, company);
+  for (Element& child : object.children) {
+    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    Breathe();
+    if (field && field->type == FieldType::kLine) FillIn(child, field->children, company);
+  }
+}
+
+void FillInDerived(Element& object, std::span<const Field> fields, const Company& company) {
+  for (const Field& field : fields) {
+    if (field.uses != kRet || field.source.reference.empty()) continue;
+    object.Drop(field.name);
+    FillOne(object, field, fields, company);
+  }
+}
+
+void MakeNames(const Kind& kind, Element& object, std::string_view parentFullName) {
+  if (!kind.nameParts.empty()) object.Set(kind.nameField, JoinedParts(kind, object));
+  if (!kind.Has("FullName")) return;
+  const std::string fullName = JoinedName(parentFullName, object.ChildText(kind.nameField));
+  object.Set("FullName", fullName);
+  if (kind.Has("Sublevel")) {
+    object.Set("Sublevel", std::to_string(std::ranges::count(fullName, ':')));
+  }
+}
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,25 @@
+// What an object gets that nobody gave it: IDs, times, and what follows from its references.
+#pragma once
+
+#include <span>
+
+#include "simulator/company/Company.h"
+#include "simulator/kinds/Kinds.h"
+#include "simulator/values/Stamp.h"
+#include "simulator/xml/Element.h"
+
+namespace ostrel::simulator {
+
+/// Adds what a new object of the kind, or one written by hand, lacks. Its references are resolved.
+void Complete(const Kind& kind, Element& object, const Company& company, Numbers& numbers,
+              const Stamp& now);
+
+/// Adds the fields that the object or line lacks and that have a source or a value otherwise.
+void FillIn(Element& object, std::span<const Field> fields, const Company& company);
+/// Does so anew for those that are always taken from their source.
+void FillInDerived(Element& object, std::span<const Field> fields, const Company& company);
+
+/// Makes Name, FullName and Sublevel of a list object from its parts and its parent.
+void MakeNames(const Kind& kind, Element& object, std::string_view parentFullName);
+
+}  // namespace ostrel::simulator

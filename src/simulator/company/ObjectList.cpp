@@ -1,0 +1,130 @@
+#include "simulator/company/ObjectList.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace ostrel::simulator {
+namespace {
+
+Text Key(std::string_view name) { return LowerCase(FromUtf8(name)); }
+
+Text NameKey(std::string_view fullName) {
+  Text key = Key(fullName);
+  std::ranges::replace(key, u':', kLevelSeparator);
+  return key;
+}
+
+Text RefNumberMark(std::string_view refNumber) { return u"R" + Key(refNumber); }
+Text EntityMark(std::string_view listId) { return u"E" + Key(listId); }
+
+std::string_view NameOf(const Kind& kind, const Element& object) {
+  return object.ChildText(kind.Has("FullName") ? "FullName" : kind.nameField);
+}
+
+std::uint32_t NumberIn(std::string_view text) {
+  constexpr std::size_t kMaxDigits = 9;
+  std::uint32_t number = 0;
+  const auto end = std::from_chars(text.data(), text.data() + text.size(), number).ptr;
+  return text.size() <= kMaxDigits && end == text.data() + text.size() ? number : 0;
+}
+
+}  // namespace
+
+// Transactions of one day stand in the order in which they were entered.
+Text ObjectList::KeyOf(const Element& object) const {
+  if (oKind->category == Category::kList) return NameKey(NameOf(*oKind, object));
+  constexpr std::size_t kDigits = 10;
+  std::string number(object.ChildText("TxnNumber"));
+  if (number.size() < kDigits) number.insert(0, kDigits - number.size(), '0');
+  return FromUtf8(std::string(object.ChildText("TxnDate")).append(" ").append(number));
+}
+
+ObjectList::Prepared ObjectList::Prepare(Element object) const {
+  Prepared prepared;
+  const Text key = KeyOf(object);
+  if (oKind->category == Category::kTransaction) {
+    const std::string_view refNumber = object.ChildText("RefNumber");
+    prepared.lRefNumber = NumberIn(refNumber);
+    if (!refNumber.empty()) prepared.oMarks.emplace(RefNumberMark(refNumber), key);
+    const Element* entity = oKind->entity.empty() ? nullptr : object.Child(oKind->entity);
+    if (entity) prepared.oMarks.emplace(EntityMark(entity->ChildText("ListID")), key);
+  }
+  std::string id(object.ChildText(oKind->IdField()));
+  Place& place = prepared.oId[std::move(id)];
+  place.marks.reserve(prepared.oMarks.size());
+  place.object = prepared.oObject.emplace(key, std::move(object)).first;
+  return prepared;
+}
+
+// Nothing but nodes changes hands.
+bool ObjectList::Put(Prepared prepared) noexcept {
+  const auto same = oIds.find(prepared.oId.begin()->first);
+  const auto taken = oObjects.find(prepared.oObject.begin()->first);
+  if (taken != oObjects.end() && (same == oIds.end() || same->second.object != taken)) return false;
+  Remove(prepared.oId.begin()->first);
+  const auto place = oIds.insert(prepared.oId.extract(prepared.oId.begin())).position;
+  auto object = prepared.oObject.extract(prepared.oObject.begin());
+  place->second.object = oObjects.insert(std::move(object)).position;
+  while (!prepared.oMarks.empty()) {
+    auto mark = prepared.oMarks.extract(prepared.oMarks.begin());
+    place->second.marks.push_back(oMarks.insert(std::move(mark)).position);
+  }
+  lHighestRefNumber = std::max(lHighestRefNumber, prepared.lRefNumber);
+  return true;
+}
+
+void ObjectList::Remove(std::string_view id) noexcept {
+  const auto found = oIds.find(id);
+  if (found == oIds.end()) return;
+  for (const auto& mark : found->second.marks) oMarks.erase(mark);
+  oObjects.erase(found->second.object);
+  oIds.erase(found);
+}
+
+const Element* ObjectList::InPlaceOf(const Element& object) const {
+  const auto found = oObjects.find(KeyOf(object));
+  return found == oObjects.end() ? nullptr : &found->second;
+}
+
+const Element* ObjectList::Find(std::string_view id) const {
+  const auto found = oIds.find(id);
+  return found == oIds.end() ? nullptr : &found->second.object->second;
+}
+
+const Element* ObjectList::FindByName(std::string_view fullName) const {
+  if (oObjects.empty()) return nullptr;
+  const auto found = oObjects.find(NameKey(fullName));
+  return found == oObjects.end() ? nullptr : &found->second;
+}
+
+std::vector<const Element*> ObjectList::FindByRefNumber(std::string_view refNumber) const {
+  std::vector<const Element*> found;
+  for (const auto* entry : FindByMark(RefNumberMark(refNumber))) found.push_back(&entry->second);
+  return found;
+}
+
+auto ObjectList::FindByEntity(std::string_view listId) const
+    -> std::vector<const Objects::value_type*> {
+  return FindByMark(EntityMark(listId));
+}
+
+auto ObjectList::FindByMark(const Text& mark) const -> std::vector<const Objects::value_type*> {
+  std::vector<const Objects::value_type*> found;
+  for (auto at = oMarks.lower_bound({mark, Text()}); at != oMarks.end() && at->first == mark;
+       ++at) {
+    found.push_back(&*oObjects.find(at->second));
+  }
+  return found;
+}
+
+std::vector<const Element*> ObjectList::Below(std::string_view fullName) const {
+  const Text start = NameKey(fullName) + kLevelSeparator;
+  std::vector<const Element*> found;
+  for (auto at = oObjects.lower_bound(start); at != oObjects.end(); ++at) {
+    if (!at->first.starts_with(start)) break;
+    found.push_back(&at->second);
+  }
+  return found;
+}
+
+}  // namespace ostrel::simulator

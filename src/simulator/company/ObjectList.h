@@ -1,0 +1,86 @@
+// The objects of one kind in the order in which queries return them: lists by full name (a parent
+// before its children, letter case ignored), transactions by date. Found by ID, and by the names
+// that clients search for.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "simulator/kinds/Kinds.h"
+#include "simulator/xml/Element.h"
+#include "util/Text.h"
+
+namespace ostrel::simulator {
+
+/// Stands for the colon in keys: below every character of a name, so that children follow their
+/// parent directly.
+inline constexpr char16_t kLevelSeparator = 1;
+
+class ObjectList {
+ public:
+  using Objects = std::map<Text, Element>;
+
+  explicit ObjectList(const Kind& kind) : oKind(&kind) {}
+
+  /// What Put needs, made beforehand so that Put cannot fail.
+  class Prepared;
+  Prepared Prepare(Element object) const;
+  /// Adds the object, or replaces the one that has its ID. False, and nothing has changed, when
+  /// another has its place: the name in a list, date and number among transactions.
+  bool Put(Prepared prepared) noexcept;
+  void Remove(std::string_view id) noexcept;
+
+  /// Where the object stands in the list's order; no two share a place.
+  Text KeyOf(const Element& object) const;
+  /// The object of the list whose place this one would take, or null.
+  const Element* InPlaceOf(const Element& object) const;
+  const Element* Find(std::string_view id) const;
+  /// Of a list, by full name in any letter case.
+  const Element* FindByName(std::string_view fullName) const;
+  /// Of transactions, in their order: those of that RefNumber in any letter case, or with the
+  /// entity of that ListID.
+  std::vector<const Element*> FindByRefNumber(std::string_view refNumber) const;
+  std::vector<const Objects::value_type*> FindByEntity(std::string_view listId) const;
+  /// Of a list: all that lie below the object of that full name.
+  std::vector<const Element*> Below(std::string_view fullName) const;
+
+  const Kind& OfKind() const { return *oKind; }
+  const Objects& InOrder() const { return oObjects; }
+  /// The highest RefNumber that is a number; 0 without one.
+  std::uint32_t HighestRefNumber() const { return lHighestRefNumber; }
+
+ private:
+  using Marks = std::set<std::pair<Text, Text>>;  // what is searched for, key of the object
+  struct Place {
+    Objects::iterator object;
+    std::vector<Marks::iterator> marks;
+  };
+  using Ids = std::map<std::string, Place, std::less<>>;
+
+  std::vector<const Objects::value_type*> FindByMark(const Text& mark) const;
+
+  const Kind* oKind;
+  Objects oObjects;
+  Ids oIds;
+  Marks oMarks;
+  std::uint32_t lHighestRefNumber = 0;
+};
+
+class ObjectList::Prepared {
+ public:
+  Prepared() = default;
+
+ private:
+  friend class ObjectList;
+
+  Objects oObject;
+  Ids oId;
+  Marks oMarks;
+  std::uint32_t lRefNumber = 0;
+};
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,111 @@
+#include "simulator/company/References.h"
+
+#include <algorithm>
+
+#include "simulator/company/Objects.h"
+#include "simulator/values/LongWork.h"
+
+namespace ostrel::simulator {
+namespace {
+
+bool IsReference(const Field* field) { return field && field->type == FieldType::kReference; }
+
+std::optional<Status> ResolveOne(Element& reference, const Field& field, const Company& company,
+                                 std::string_view where) {
+  const std::string_view id = reference.ChildText("ListID");
+  const std::string name(id.empty() ? reference.ChildText("FullName") : id);
+  if (name.empty()) {
+    reference.children.clear();
+    return std::nullopt;
+  }
+  const Target target = FindTarget(company, field.refers, reference);
+  if (!target) return InvalidReference(field.refers, name, where);
+  const std::string_view type = target.object->ChildText(target.kind->typeField);
+  if (!field.values.empty() && std::ranges::find(field.values, type) == field.values.end()) {
+    return WrongReference(field.refers, name, where);
+  }
+  reference = ReferenceTo(reference.name, target);
+  return std::nullopt;
+}
+
+bool LacksId(const Element& reference) {
+  return reference.ChildText("ListID").empty() && !reference.ChildText("FullName").empty();
+}
+
+bool LeadsNowhere(const Element& reference, const Field& field, const Company& company,
+                  const std::set<std::string_view>& ids) {
+  return !ids.contains(reference.ChildText("ListID")) &&
+         !FindTarget(company, field.refers, reference);
+}
+
+bool HasDangling(const Element& object, std::span<const Field> fields, std::string_view settles,
+                 const Company& company, const std::set<std::string_view>& ids) {
+  return std::ranges::any_of(object.children, [&](const Element& child) {
+    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    if (!field) return false;
+    if (IsReference(field)) return LeadsNowhere(child, *field, company, ids);
+    const std::string_view settled = settles.empty() ? "" : child.ChildText("TxnID");
+    const bool unsettled = !settled.empty() && !ids.contains(settled) &&
+                           !company.List(*FindKind(settles)).Find(settled);
+    return unsettled || HasDangling(child, field->children, settles, company, ids);
+  });
+}
+
+// The object's own ListID is no reference.
+bool Refers(const Element& object, std::string_view listId) {
+  Breathe();
+  return std::ranges::any_of(object.children, [&](const Element& child) {
+    return !child.children.empty() &&
+           (child.ChildText("ListID") == listId || Refers(child, listId));
+  });
+}
+
+}  // namespace
+
+std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Use use,
+                              const Company& company, std::string_view where) {
+  for (Element& child : object.children) {
+    Breathe();
+    const Field* field = FindField(fields, child.name, use);
+    if (!field) continue;
+    auto status = IsReference(field) ? ResolveOne(child, *field, company, where)
+                                     : Resolve(child, field->children, use, company, where);
+    if (status) return status;
+  }
+  return std::nullopt;
+}
+
+void Link(Element& object, std::span<const Field> fields, const Company& company) {
+  for (Element& child : object.children) {
+    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    if (!field) continue;
+    if (!IsReference(field)) {
+      Link(child, field->children, company);
+    } else if (LacksId(child)) {
+      const Target target = FindTarget(company, field->refers, child);
+      if (target) child = ReferenceTo(child.name, target);
+    }
+  }
+}
+
+bool HasUnlinked(const Element& object, std::span<const Field> fields) {
+  return std::ranges::any_of(object.children, [&](const Element& child) {
+    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    if (!field) return false;
+    return IsReference(field) ? LacksId(child) : HasUnlinked(child, field->children);
+  });
+}
+
+bool HasDangling(const Kind& kind, const Element& object, const Company& company,
+                 const std::set<std::string_view>& ids) {
+  return HasDangling(object, kind.fields, kind.settles, company, ids);
+}
+
+bool IsInUse(const Company& company, std::string_view listId) {
+  return std::ranges::any_of(AllKinds(), [&](const Kind* kind) {
+    return std::ranges::any_of(company.List(*kind).InOrder(),
+                               [&](const auto& entry) { return Refers(entry.second, listId); });
+  });
+}
+
+}  // namespace ostrel::simulator

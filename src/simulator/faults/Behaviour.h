@@ -1,0 +1,34 @@
+// What a company file asks of the stand-in to try a client out: delays and failures, an operation
+// of the request processor each.
+#pragma once
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "simulator/faults/Conduct.h"
+#include "simulator/faults/Faults.h"
+#include "simulator/xml/Element.h"
+
+namespace ostrel::simulator {
+
+struct Behaviour {
+  Conduct openConnection;
+  Conduct beginSession;
+  Conduct processRequest;
+  Conduct companyFileName;
+  /// processRequestDies="1": QuickBooks ends in the middle of a request, after its delay.
+  bool processRequestDies = false;
+  /// What only some calls do.
+  std::vector<Fault> faults;
+};
+
+/// What is asked of every call of an operation, by its name: "beginSession".
+Conduct ConductOf(const Behaviour& behaviour, std::string_view operation);
+
+/// From attributes such as processRequestSeconds="2.5" (at most 3600) and
+/// processRequestError="0x80040408"; empty ones ask for nothing. Nothing when one, or a Fault
+/// within it, cannot be read.
+std::optional<Behaviour> ReadBehaviour(const Element& element);
+
+}  // namespace ostrel::simulator

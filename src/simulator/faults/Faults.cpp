@@ -1,0 +1,132 @@
+#include "simulator/faults/Faults.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <utility>
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::string_view kOperations[] = {"openConnection", "beginSession", "processRequest",
+                                            "companyFileName"};
+constexpr std::string_view kSeverities[] = {"Info", "Warn", "Error"};
+constexpr unsigned kMaxAnswerSize = 300'000'000;
+constexpr unsigned kMaxNumber = 1'000'000;
+
+template <class Number>
+bool ReadNumber(std::string_view text, unsigned least, unsigned most, Number& number) {
+  unsigned read = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  number = static_cast<Number>(read);
+  return whole && read >= least && read <= most;
+}
+
+Status& StatusOf(Fault& fault) {
+  if (!fault.status) {
+    fault.status = {.code = 0, .severity = "Error", .message = "The company file asks for this."};
+  }
+  return *fault.status;
+}
+
+bool ReadStatusCode(std::string_view text, Fault& fault) {
+  return ReadNumber(text, 0, kMaxNumber, StatusOf(fault).code);
+}
+
+bool ReadSeverity(std::string_view text, Fault& fault) {
+  const auto severity = std::ranges::find(kSeverities, text);
+  if (severity == std::end(kSeverities)) return false;
+  StatusOf(fault).severity = *severity;
+  return true;
+}
+
+bool ReadMessageText(std::string_view text, Fault& fault) {
+  StatusOf(fault).message = text;
+  return true;
+}
+
+bool ReadAnswerSize(std::string_view text, Fault& fault) {
+  return ReadNumber(text, 1, kMaxAnswerSize, fault.answerSize);
+}
+
+bool ReadEvery(std::string_view text, Fault& fault) {
+  return ReadNumber(text, 1, kMaxNumber, fault.every);
+}
+
+bool ReadOnce(std::string_view text, Fault& fault) { return ReadFlag(text, fault.once); }
+
+bool ReadOperation(std::string_view text, Fault& fault) {
+  fault.target = text;
+  return std::ranges::find(kOperations, text) != std::end(kOperations);
+}
+
+bool ReadMessage(std::string_view text, Fault& fault) {
+  fault.target = text;
+  return text.ends_with("Rq");
+}
+
+bool ReadConductError(std::string_view text, Fault& fault) {
+  return ReadError(text, fault.conduct.error);
+}
+
+bool ReadConductSeconds(std::string_view text, Fault& fault) {
+  return ReadSeconds(text, fault.conduct.delay);
+}
+
+bool ReadConductDies(std::string_view text, Fault& fault) {
+  return ReadFlag(text, fault.conduct.dies);
+}
+
+enum Scope : unsigned { kOfOperations = 1, kOfMessages = 2, kOfBoth = 3 };
+
+struct Knob {
+  std::string_view name;
+  bool (*read)(std::string_view text, Fault& fault);
+  Scope scope;
+};
+
+constexpr Knob kKnobs[] = {
+    {"operation", ReadOperation, kOfOperations},
+    {"message", ReadMessage, kOfMessages},
+    {"seconds", ReadConductSeconds, kOfOperations},
+    {"error", ReadConductError, kOfBoth},
+    {"dies", ReadConductDies, kOfOperations},
+    {"statusCode", ReadStatusCode, kOfMessages},
+    {"statusSeverity", ReadSeverity, kOfMessages},
+    {"statusMessage", ReadMessageText, kOfMessages},
+    {"answerSize", ReadAnswerSize, kOfMessages},
+    {"every", ReadEvery, kOfBoth},
+    {"once", ReadOnce, kOfBoth},
+};
+
+bool Strikes(const Fault& fault, unsigned call) {
+  return fault.once ? call == fault.every : call % fault.every == 0;
+}
+
+}  // namespace
+
+std::optional<Fault> ReadFault(const Element& element) {
+  Fault fault;
+  unsigned scope = kOfBoth;
+  for (const auto& [name, value] : element.attributes) {
+    const auto knob = std::ranges::find(kKnobs, name, &Knob::name);
+    if (knob == std::end(kKnobs) || !knob->read(Trimmed(value), fault)) return std::nullopt;
+    scope &= knob->scope;
+  }
+  if (scope == 0 || fault.target.empty()) return std::nullopt;
+  return fault;
+}
+
+const Fault* FaultCounts::Count(std::span<const Fault> faults, std::string_view target) {
+  oCalls.resize(faults.size());
+  const Fault* striking = nullptr;
+  for (std::size_t i = 0; i < faults.size(); ++i) {
+    if (faults[i].target != target || oCalls[i] == std::numeric_limits<unsigned>::max()) continue;
+    ++oCalls[i];
+    if (!striking && Strikes(faults[i], oCalls[i])) striking = &faults[i];
+  }
+  return striking;
+}
+
+}  // namespace ostrel::simulator

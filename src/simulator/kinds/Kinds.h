@@ -1,0 +1,87 @@
+// The kinds of objects that a company holds: a row each, from which the messages, the filters and
+// the bookkeeping follow. The rows stand in ListKinds.cpp, ItemKinds.cpp, SalesKinds.cpp and
+// PurchaseKinds.cpp; a new kind is a new row.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/kinds/Fields.h"
+
+namespace ostrel::simulator {
+
+enum class Category { kList, kTransaction };
+
+enum class Measure { kTotal, kAmount, kQuantity };  // of the transaction; of each of its lines
+
+/// What a transaction does to another object: adds to its balance (or quantity on hand), which is
+/// kept in debits (1) or in credits (-1).
+struct Posting {
+  Measure measure = Measure::kTotal;
+  std::string_view line = {};                    // the lines' name; empty for a total
+  std::string_view reference = {};               // names the object
+  std::span<const std::string_view> paths = {};  // or there the first reference that is set
+  int side = 1;                                  // 1: debit, -1: credit
+};
+
+/// Where a transaction keeps its sums; names of fields, empty for what it does not have.
+struct Sums {
+  std::string_view subtotal = {};  // of the lines
+  std::string_view tax = {};
+  std::string_view total = {};    // with tax
+  std::string_view applied = {};  // what payments have taken off, negative
+  std::string_view open = {};     // what is left to pay
+  std::string_view paid = {};     // whether that is nothing
+  bool given = false;             // the total is the client's and not the sum of the lines
+  bool balanced = false;          // debit lines and credit lines come to the same total
+};
+
+struct Kind {
+  std::string_view name;  // "Customer": CustomerAddRq, CustomerRet
+  Category category = Category::kList;
+  std::span<const Field> fields;
+  std::string_view title = {};   // in status texts: the list's name; a transaction's own otherwise
+  std::string_view family = {};  // kinds of a family share their names and a query: "Item"
+
+  // Lists
+  std::string_view nameField = "Name";
+  std::span<const std::string_view> nameParts = {};  // the name is made of these fields
+  int balanceSide = 1;              // of Balance: 1: kept in debits, -1: in credits
+  std::string_view typeField = {};  // whose value decides it:
+  std::span<const std::string_view> creditTypes = {};  // kept in credits
+  int priceSign = 1;  // -1: what it gives a line as price takes off
+
+  // Transactions
+  std::string_view entity = {};  // the reference to whom it is with
+  Sums sums = {};
+  std::span<const Posting> postings = {};
+  bool numbered = false;          // gets the next RefNumber when it has none
+  std::string_view settles = {};  // the kind whose open amounts it pays
+
+  std::string_view IdField() const { return category == Category::kList ? "ListID" : "TxnID"; }
+  bool Has(std::string_view field) const { return FindField(fields, field, kRet) != nullptr; }
+  /// "CustomerRet"
+  std::string RetName() const { return std::string(name).append("Ret"); }
+};
+
+std::span<const Kind> ListKinds();
+std::span<const Kind> ItemKinds();
+std::span<const Kind> SalesKinds();
+std::span<const Kind> PurchaseKinds();
+
+using KindList = std::vector<const Kind*>;
+
+/// All, lists first.
+const KindList& AllKinds();
+/// Place in AllKinds, from 0.
+std::size_t IndexOf(const Kind& kind);
+/// Null for an unknown name.
+const Kind* FindKind(std::string_view name);
+/// The kinds of a family, or the one kind of that name; empty for an unknown name.
+const KindList& KindsNamed(std::string_view nameOrFamily);
+/// Those with which a kind shares its names, itself included.
+const KindList& NameSpace(const Kind& kind);
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,38 @@
+// What QuickBooks says of itself and of the open company.
+#include "simulator/messages/Messages.h"
+#include "simulator/xml/XmlWriter.h"
+
+namespace ostrel::simulator {
+
+Answer QueryHost(const Call& call) {
+  const Company& data = call.company.Data();
+  const bool multiUser = call.company.Mode() == FileMode::kMultiUser;
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Open("HostRet");
+  xml.Leaf("ProductName", data.Product());
+  xml.Leaf("MajorVersion", data.MajorVersion());
+  xml.Leaf("MinorVersion", data.MinorVersion());
+  xml.Leaf("Country", data.Country());
+  for (const std::string_view version : SupportedVersions()) {
+    xml.Leaf("SupportedQBXMLVersion", version);
+  }
+  xml.Leaf("IsAutomaticLogin", "false");
+  xml.Leaf("QBFileMode", multiUser ? "MultiUser" : "SingleUser");
+  xml.Close();
+  return {{}, xml.Take()};
+}
+
+Answer QueryCompany(const Call& call) {
+  const Company& data = call.company.Data();
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Open("CompanyRet");
+  xml.Leaf("IsSampleCompany", "false");
+  xml.Leaf("CompanyName", data.Name());
+  if (const Element* information = data.Information()) {
+    for (const Element& field : information->children) xml.Write(field);
+  }
+  xml.Close();
+  return {{}, xml.Take()};
+}
+
+}  // namespace ostrel::simulator

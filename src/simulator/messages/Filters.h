@@ -1,0 +1,41 @@
+// What a query may ask for: the filters of lists and of transactions.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "simulator/messages/Message.h"
+#include "simulator/messages/RetWriter.h"
+
+namespace ostrel::simulator {
+
+/// The elements of a query of the kind.
+std::vector<Field> FiltersOf(const Kind& kind);
+
+struct Candidate {
+  const Kind& kind;
+  const Text& key;  // in its ObjectList
+  const Element& object;
+};
+
+using Filter = std::function<bool(const Candidate&)>;
+
+/// The filters of a query, all of which an object must pass.
+struct Filters {
+  std::vector<Filter> all = {};
+  std::optional<Status> refusal = {};  // the query cannot be answered
+  /// With IDs: only objects with one of these entities can pass.
+  std::vector<std::string> entities = {};
+  bool byEntity = false;
+
+  bool Pass(const Candidate& candidate) const;
+};
+
+Filters MakeFilters(const Call& call);
+
+/// How much of the objects the message wants back. Lines are always among it, or only when asked
+/// for with IncludeLineItems.
+View ViewOf(const Call& call, bool alwaysLines);
+
+}  // namespace ostrel::simulator

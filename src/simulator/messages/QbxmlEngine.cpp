@@ -1,0 +1,176 @@
+#include "simulator/messages/QbxmlEngine.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <vector>
+
+#include "simulator/messages/Messages.h"
+#include "simulator/values/Errors.h"
+#include "simulator/values/LongWork.h"
+#include "simulator/xml/XmlReader.h"
+#include "simulator/xml/XmlWriter.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::size_t kMaxElements = 500'000;
+
+XmlDocument Parse(TextView request) {
+  XmlDocument document;
+  switch (ReadXmlText(request, kMaxElements, document)) {
+    case XmlFault::kNone:
+      return document;
+    case XmlFault::kTooLarge:
+      Fail(Hresult::kNotEnoughMemory);
+    case XmlFault::kMalformed:
+      break;
+  }
+  Fail(Hresult::kParseError);
+}
+
+// The version in  version="3.0"  or  version = '3.0' ; empty when the data has another form.
+std::string_view VersionIn(std::string_view data) {
+  constexpr std::string_view kKey = "version";
+  data = Trimmed(data);
+  if (!data.starts_with(kKey)) return {};
+  data = Trimmed(data.substr(kKey.size()));
+  if (!data.starts_with('=')) return {};
+  data = Trimmed(data.substr(1));
+  const bool quoted = data.size() > 2 && (data.front() == '"' || data.front() == '\'') &&
+                      data.back() == data.front();
+  return quoted ? data.substr(1, data.size() - 2) : std::string_view();
+}
+
+// Times ten.
+int CheckVersion(const std::vector<Instruction>& instructions) {
+  const auto qbxml = std::ranges::find(instructions, "qbxml", &Instruction::target);
+  if (qbxml == instructions.end()) Fail(Hresult::kParseError);
+  const std::string_view version = VersionIn(qbxml->data);
+  if (version.empty()) Fail(Hresult::kParseError);
+  const auto supported = SupportedVersions();
+  if (std::ranges::find(supported, version) == supported.end()) Fail(Hresult::kUnknownVersion);
+  int major = 0;
+  const char* point = std::from_chars(version.data(), version.data() + version.size(), major).ptr;
+  return 10 * major + (point[1] - '0');
+}
+
+// True: stop at the first error.
+bool ReadOnError(const Element& messages) {
+  const std::string* onError = messages.Find("onError");
+  if (!onError || messages.attributes.size() != 1) Fail(Hresult::kParseError);
+  if (*onError == "rollbackOnError") Fail(Hresult::kRollbackUnsupported);
+  if (*onError != "stopOnError" && *onError != "continueOnError") Fail(Hresult::kParseError);
+  return *onError == "stopOnError";
+}
+
+Element& MessagesOf(Element& root) {
+  const bool envelope = root.name == "QBXML" && root.attributes.empty() && root.text.empty() &&
+                        root.children.size() == 1 && root.children.front().name == "QBXMLMsgsRq";
+  if (!envelope) Fail(Hresult::kParseError);
+  Element& messages = root.children.front();
+  if (messages.children.empty() || !messages.text.empty()) Fail(Hresult::kParseError);
+  return messages;
+}
+
+struct Step {
+  const Message* message;
+  Element* element;
+};
+
+// What all the messages of a request share.
+struct Frame {
+  OpenCompany& company;
+  Session& session;
+  const Stamp& now;
+  int version;  // times ten
+};
+
+Step CheckMessage(Element& element, int version) {
+  const Message* message = FindMessage(element.name);
+  if (!message) Fail(Hresult::kParseError);
+  if (!HasRightAttributes(*message, element, version)) Fail(Hresult::kParseError);
+  CheckFields(element, message->fields, {message->use, version});
+  return {message, &element};
+}
+
+std::vector<Step> CheckMessages(Element& messages, int version) {
+  std::vector<Step> steps;
+  steps.reserve(messages.children.size());
+  for (Element& element : messages.children) {
+    Breathe();
+    steps.push_back(CheckMessage(element, version));
+  }
+  return steps;
+}
+
+// `size` becomes what the response must come to.
+Answer Reply(const Step& step, const Frame& frame, std::size_t& size) {
+  const Message& message = *step.message;
+  if (const Fault* fault = frame.company.NextFault(message.name)) {
+    size = std::max(size, fault->answerSize);
+    if (fault->conduct.error != 0) Fail(fault->conduct.error);
+    if (fault->status) return {*fault->status};
+  }
+  if (auto status = Normalize(*step.element, message.fields, message.use)) {
+    return {*std::move(status)};
+  }
+  return message.reply(
+      {message, *step.element, frame.company, frame.session, frame.now, frame.version});
+}
+
+void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
+  std::string name(step.message->name);
+  name.replace(name.size() - 2, 2, "Rs");
+  std::vector<Attribute> attributes;
+  if (const std::string* id = step.element->Find("requestID")) {
+    attributes.push_back({"requestID", *id});
+  }
+  attributes.push_back({"statusCode", std::to_string(answer.status.code)});
+  attributes.push_back({"statusSeverity", std::string(answer.status.severity)});
+  attributes.push_back({"statusMessage", answer.status.message});
+  std::ranges::copy(answer.attributes, std::back_inserter(attributes));
+  if (answer.body.empty()) return xml.Empty(name, attributes);
+  xml.Open(name, attributes);
+  xml.RequireRoom(answer.body.size());
+  xml.Lines(answer.body);
+  xml.Close();
+}
+
+// Makes a response longer with a comment, so that it has the size when it is closed.
+void Pad(XmlWriter& xml, std::size_t size) {
+  constexpr std::size_t kRest = std::string_view("<!---->\n</QBXMLMsgsRs>\n</QBXML>\n").size();
+  if (xml.Size() + kRest >= size) return;
+  const std::string filling(size - xml.Size() - kRest, '.');
+  xml.Lines(std::string("<!--").append(filling).append("-->\n"));
+}
+
+}  // namespace
+
+Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now) {
+  XmlDocument document = Parse(request);
+  const int version = CheckVersion(document.instructions);
+  Element& messages = MessagesOf(document.root);
+  const bool stopOnError = ReadOnError(messages);
+  const std::vector<Step> steps = CheckMessages(messages, version);
+  const Frame frame{company, session, now, version};
+
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Prolog();
+  xml.Open("QBXML");
+  xml.Open("QBXMLMsgsRs");
+  bool stopped = false;
+  std::size_t size = 0;
+  for (const Step& step : steps) {
+    Breathe();
+    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, frame, size);
+    stopped = stopped || (stopOnError && answer.status.IsError());
+    WriteAnswer(step, answer, xml);
+  }
+  Pad(xml, size);
+  xml.Close();
+  xml.Close();
+  return FromAscii(xml.Take());
+}
+
+}  // namespace ostrel::simulator

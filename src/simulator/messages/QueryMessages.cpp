@@ -1,0 +1,198 @@
+// Queries: by keys, by filters, and page by page.
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "simulator/company/Objects.h"
+#include "simulator/messages/Filters.h"
+#include "simulator/messages/Messages.h"
+#include "simulator/messages/RetWriter.h"
+#include "simulator/values/Errors.h"
+#include "simulator/values/LongWork.h"
+
+namespace ostrel::simulator {
+namespace {
+
+constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
+
+// More could not be in a response. A key that is there often finds the same objects each time.
+constexpr std::size_t kMostFound = kMaxResponseBytes / std::string_view("<Ret>\n</Ret>\n").size();
+
+using Found = std::vector<Target>;
+
+std::size_t MaxReturned(const Element& query) {
+  std::size_t count = kAll;
+  const std::string_view text = query.ChildText("MaxReturned");
+  std::from_chars(text.data(), text.data() + text.size(), count);
+  return count;
+}
+
+std::string_view MetaData(const Element& query) {
+  const std::string* metaData = query.Find("metaData");
+  return metaData ? std::string_view(*metaData) : "NoMetaData";
+}
+
+Answer Returning(const Call& call, const Found& found, Status status) {
+  Answer answer{.status = std::move(status)};
+  const std::string_view metaData = MetaData(call.element);
+  if (metaData != "NoMetaData") {
+    answer.attributes.push_back({"retCount", std::to_string(found.size())});
+  }
+  if (metaData == "MetaDataOnly") return answer;
+  const View view = ViewOf(call, false);
+  XmlWriter xml(XmlForm::kResponse);
+  for (const auto& [kind, object] : found) {
+    WriteRet(xml, call.company.Data(), *kind, *object, view);
+  }
+  answer.body = xml.Take();
+  return answer;
+}
+
+// What each of the names of keys finds in one list.
+Found ById(const ObjectList& list, std::string_view id) {
+  const Element* object = list.Find(id);
+  return object ? Found{{&list.OfKind(), object}} : Found();
+}
+
+Found ByName(const ObjectList& list, std::string_view name) {
+  const Element* object = list.FindByName(name);
+  return object ? Found{{&list.OfKind(), object}} : Found();
+}
+
+Found ByRefNumber(const ObjectList& list, std::string_view refNumber) {
+  Found found;
+  for (const Element* object : list.FindByRefNumber(refNumber)) {
+    found.push_back({&list.OfKind(), object});
+  }
+  return found;
+}
+
+Found ByExactRefNumber(const ObjectList& list, std::string_view refNumber) {
+  Found found = ByRefNumber(list, refNumber);
+  std::erase_if(found, [&](const Target& target) {
+    return target.object->ChildText("RefNumber") != refNumber;
+  });
+  return found;
+}
+
+using Finder = Found (*)(const ObjectList& list, std::string_view key);
+
+constexpr std::pair<std::string_view, Finder> kFinders[] = {
+    {"ListID", ById},
+    {"TxnID", ById},
+    {"FullName", ByName},
+    {"RefNumber", ByRefNumber},
+    {"RefNumberCaseSensitive", ByExactRefNumber},
+};
+
+Finder FinderFor(const Element& query) {
+  if (query.children.empty()) return nullptr;
+  const auto found = std::ranges::find(kFinders, query.children.front().name,
+                                       &std::pair<std::string_view, Finder>::first);
+  return found == std::end(kFinders) ? nullptr : found->second;
+}
+
+// In the order asked for. What is not there is a warning that names the first such key.
+Answer QueryByKeys(const Call& call, Finder finder) {
+  const std::string& name = call.element.children.front().name;
+  Status status;
+  Found all;
+  for (const Element& child : call.element.children) {
+    if (child.name != name) break;
+    Breathe();
+    const std::size_t before = all.size();
+    for (const Kind* kind : call.message.kinds) {
+      std::ranges::copy(finder(call.company.Data().List(*kind), child.text),
+                        std::back_inserter(all));
+    }
+    if (all.size() > kMostFound) Fail(Hresult::kNotEnoughMemory);
+    if (all.size() == before && status.code == 0) status = NotAllFound(child.text);
+  }
+  return Returning(call, all, std::move(status));
+}
+
+template <class Visit>
+void VisitCandidates(const ObjectList& list, const Filters& filters, Visit visit) {
+  const Kind& kind = list.OfKind();
+  if (!filters.byEntity) {
+    for (const auto& [key, object] : list.InOrder()) {
+      if (filters.Pass({kind, key, object}) && !visit(Target{&kind, &object})) return;
+    }
+    return;
+  }
+  std::vector<const ObjectList::Objects::value_type*> entries;
+  for (const std::string& entity : filters.entities) {
+    std::ranges::copy(list.FindByEntity(entity), std::back_inserter(entries));
+  }
+  std::ranges::sort(entries, {}, [](const auto* entry) -> const Text& { return entry->first; });
+  entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
+  for (const auto* entry : entries) {
+    const auto& [key, object] = *entry;
+    if (filters.Pass({kind, key, object}) && !visit(Target{&kind, &object})) return;
+  }
+}
+
+Found FindByFilters(const Call& call, const Filters& filters, std::size_t count) {
+  Found found;
+  for (const Kind* kind : call.message.kinds) {
+    VisitCandidates(call.company.Data().List(*kind), filters, [&](const Target& target) {
+      if (found.size() < count) found.push_back(target);
+      return found.size() < count;
+    });
+  }
+  return found;
+}
+
+Answer WithIterator(Answer answer, const Iterator& iterator) {
+  answer.attributes.push_back({"iteratorRemainingCount", std::to_string(iterator.Remaining())});
+  answer.attributes.push_back({"iteratorID", iterator.id});
+  return answer;
+}
+
+// What has been deleted since the iterator started is passed over.
+Answer NextPage(const Call& call, Iterator& iterator) {
+  const std::size_t count = std::min(MaxReturned(call.element), iterator.Remaining());
+  Found page;
+  for (const std::size_t end = iterator.next + count; iterator.next < end; ++iterator.next) {
+    const auto& [kind, id] = iterator.objects[iterator.next];
+    if (const Element* object = call.company.Data().List(*kind).Find(id)) {
+      page.push_back({kind, object});
+    }
+  }
+  Answer answer =
+      WithIterator(Returning(call, page, page.empty() ? NoMatch() : Status()), iterator);
+  if (iterator.Remaining() == 0) call.session.End(iterator);
+  return answer;
+}
+
+Answer StartIterator(const Call& call, const Filters& filters) {
+  Iterator iterator{.id = {}, .query = call.message.name, .objects = {}};
+  for (const auto& [kind, object] : FindByFilters(call, filters, kAll)) {
+    iterator.objects.emplace_back(kind, object->ChildText(kind->IdField()));
+  }
+  return NextPage(call, call.session.Keep(std::move(iterator)));
+}
+
+Answer ContinueIterator(const Call& call) {
+  const std::string& id = *call.element.Find("iteratorID");
+  Iterator* iterator = call.session.Find(id, call.message.name);
+  if (!iterator) return {.status = InvalidIterator(id)};
+  if (*call.element.Find("iterator") == "Continue") return NextPage(call, *iterator);
+  Answer answer = WithIterator({}, *iterator);
+  call.session.End(*iterator);
+  return answer;
+}
+
+}  // namespace
+
+Answer QueryObjects(const Call& call) {
+  if (call.element.Find("iteratorID")) return ContinueIterator(call);
+  if (const Finder finder = FinderFor(call.element)) return QueryByKeys(call, finder);
+  const Filters filters = MakeFilters(call);
+  if (filters.refusal) return {.status = *filters.refusal};
+  if (call.element.Find("iterator")) return StartIterator(call, filters);
+  const Found found = FindByFilters(call, filters, MaxReturned(call.element));
+  return Returning(call, found, found.empty() ? NoMatch() : Status());
+}
+
+}  // namespace ostrel::simulator

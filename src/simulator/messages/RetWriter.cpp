@@ -1,0 +1,79 @@
+#include "simulator/messages/RetWriter.h"
+
+#include <algorithm>
+
+#include "simulator/company/Objects.h"
+#include "simulator/company/Reckoning.h"
+#include "simulator/values/LongWork.h"
+
+namespace ostrel::simulator {
+namespace {
+
+class RetWriter {
+ public:
+  RetWriter(XmlWriter& xml, const Company& company, const Kind& kind, const View& view)
+      : oXml(xml), oCompany(company), oKind(kind), oView(view) {}
+
+  void WriteChildren(const Element& element, std::span<const Field> fields, bool top) {
+    for (const Element& child : element.children) {
+      Breathe();
+      const Field* field = FindField(fields, child.name, kRet);
+      if (field && !IsShown(*field, child, top)) continue;
+      if (!field || child.children.empty()) {
+        oXml.Write(child);
+      } else if (field->type == FieldType::kReference) {
+        WriteReference(child);
+      } else if (!oKind.settles.empty() && field->suffixed) {
+        WriteApplied(child, *field);
+      } else {
+        WriteGroup(child, *field);
+      }
+    }
+  }
+
+ private:
+  bool IsShown(const Field& field, const Element& child, bool top) const {
+    if (field.since > oView.version) return false;
+    if (!top) return true;
+    const bool isLine = field.type == FieldType::kLine || field.suffixed;
+    if (isLine && !oView.lines) return false;
+    return oView.only.empty() || std::ranges::binary_search(oView.only, child.name);
+  }
+
+  void WriteGroup(const Element& group, const Field& field) {
+    oXml.Open(group.name);
+    WriteChildren(group, field.children, false);
+    oXml.Close();
+  }
+
+  void WriteReference(const Element& reference) {
+    const Target target = FindById(oCompany, AllKinds(), reference.ChildText("ListID"));
+    oXml.Write(target ? ReferenceTo(reference.name, target) : reference);
+  }
+
+  // What is still open of it may have changed since.
+  void WriteApplied(Element applied, const Field& field) {
+    const Kind& kind = *FindKind(oKind.settles);
+    if (const Element* settled = oCompany.List(kind).Find(applied.ChildText("TxnID"))) {
+      applied.Set("BalanceRemaining", OpenAmountOf(kind, *settled).ToString(2));
+      Arrange(applied, field.children);
+    }
+    WriteGroup(applied, field);
+  }
+
+  XmlWriter& oXml;
+  const Company& oCompany;
+  const Kind& oKind;
+  const View& oView;
+};
+
+}  // namespace
+
+void WriteRet(XmlWriter& xml, const Company& company, const Kind& kind, const Element& object,
+              const View& view) {
+  xml.Open(kind.RetName());
+  RetWriter(xml, company, kind, view).WriteChildren(object, kind.fields, true);
+  xml.Close();
+}
+
+}  // namespace ostrel::simulator

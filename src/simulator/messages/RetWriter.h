@@ -1,0 +1,25 @@
+// Writes objects as responses hold them.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/company/Company.h"
+#include "simulator/kinds/Kinds.h"
+#include "simulator/xml/XmlWriter.h"
+
+namespace ostrel::simulator {
+
+/// How much of an object is asked for.
+struct View {
+  int version = 130;                   // of qbXML, times ten: later fields are left out
+  bool lines = true;                   // of transactions
+  std::vector<std::string_view> only;  // the names of the fields, sorted; empty: all
+};
+
+/// `object` as a "CustomerRet". References carry the names that their objects have now.
+void WriteRet(XmlWriter& xml, const Company& company, const Kind& kind, const Element& object,
+              const View& view);
+
+}  // namespace ostrel::simulator

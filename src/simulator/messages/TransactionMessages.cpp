@@ -1,0 +1,182 @@
+// Changes of transactions.
+#include <algorithm>
+#include <unordered_map>
+
+#include "simulator/company/Defaults.h"
+#include "simulator/company/Draft.h"
+#include "simulator/company/Objects.h"
+#include "simulator/company/Reckoning.h"
+#include "simulator/company/References.h"
+#include "simulator/company/Settlement.h"
+#include "simulator/messages/Merging.h"
+#include "simulator/messages/Messages.h"
+#include "simulator/values/LongWork.h"
+#include "simulator/xml/XmlWriter.h"
+
+namespace ostrel::simulator {
+namespace {
+
+// "InvoiceLineAdd" becomes "InvoiceLineRet".
+void NameLines(Element& object, std::span<const Field> fields, Use use) {
+  for (Element& child : object.children) {
+    const Field* field = FindField(fields, child.name, use);
+    if (field && field->type == FieldType::kLine) child.name = ElementName(*field, kRet);
+  }
+}
+
+// What follows from a line's item or amount is reckoned anew when that changes.
+void ForgetReckoned(Element& line, const Element& given, std::span<const Field> fields,
+                    bool newItem) {
+  const bool newAmount = given.Child("Amount") != nullptr;
+  bool newPrice = false;
+  for (const Field& field : fields) {
+    const bool isPrice = field.type == FieldType::kPrice || field.type == FieldType::kPercent;
+    const bool isGiven = given.Child(field.name) != nullptr;
+    newPrice = newPrice || (isGiven && (isPrice || field.type == FieldType::kQuantity));
+    const bool replaced =
+        isPrice && std::ranges::any_of(fields, [&](const Field& other) {
+          return field.either != 0 && other.either == field.either && given.Child(other.name);
+        });
+    const bool follows = newItem && !field.source.reference.empty();
+    if (replaced || follows || (isPrice && newAmount)) line.Drop(field.name);
+  }
+  if (newItem || newPrice) line.Drop("Amount");
+}
+
+// The lines of a name by their IDs. Each can be taken once.
+using Lines = std::unordered_map<std::string, Element*>;
+
+Lines LinesOf(Element& object, std::string_view name) {
+  Lines lines;
+  for (Element& child : object.children) {
+    if (child.name == name) lines.emplace(child.ChildText("TxnLineID"), &child);
+  }
+  return lines;
+}
+
+std::optional<Status> ModifyLine(Lines& before, const Element& given, const Field& field,
+                                 const Company& company, std::vector<Element>& lines) {
+  const std::string id(given.ChildText("TxnLineID"));
+  Element line{.name = ElementName(field, kRet)};
+  bool fresh = id == "-1";
+  if (!fresh) {
+    const auto found = before.find(id);
+    if (found == before.end()) return NotFound(id);
+    line = std::move(*found->second);
+    found->second->name.clear();
+    before.erase(found);
+    const Element* item = given.Child("ItemRef");
+    const Element* itemBefore = line.Child("ItemRef");
+    fresh = item && (!itemBefore || item->ChildText("ListID") != itemBefore->ChildText("ListID"));
+    ForgetReckoned(line, given, field.children, fresh);
+  }
+  Merge(line, given);
+  if (fresh) FillIn(line, field.children, company);
+  lines.push_back(std::move(line));
+  return std::nullopt;
+}
+
+// Lines that a message leaves out of those of a name are deleted, unless it names none at all.
+std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& given,
+                                  const Company& company) {
+  for (const Field& field : kind.fields) {
+    if (field.type != FieldType::kLine || !given.Child(ElementName(field, kMod))) continue;
+    std::vector<Element> lines;
+    Lines before = LinesOf(object, ElementName(field, kRet));
+    for (const Element& child : given.children) {
+      if (child.name != ElementName(field, kMod)) continue;
+      Breathe();
+      if (auto status = ModifyLine(before, child, field, company, lines)) return status;
+    }
+    // What was taken has no name any more.
+    object.Drop("");
+    object.Drop(ElementName(field, kRet));
+    std::ranges::move(lines, std::back_inserter(object.children));
+    given.Drop(ElementName(field, kMod));
+  }
+  return std::nullopt;
+}
+
+// The sums, what is paid, and the balances of others.
+std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
+                            const Applications& applications) {
+  const Kind& kind = call.OfKind();
+  const Company& company = call.company.Data();
+  if (auto status = Reckon(kind, object, company, call.company.NewNumbers(), call.now)) {
+    return status;
+  }
+  if (!kind.settles.empty()) {
+    if (auto status = Settle(kind, object, applications, call.now, draft)) return status;
+  }
+  Post(kind, object, draft);
+  draft.Put(kind, object);
+  return std::nullopt;
+}
+
+}  // namespace
+
+Answer AddTransaction(const Call& call) {
+  const Kind& kind = call.OfKind();
+  const Company& company = call.company.Data();
+  Element object = Cleaned(call.element.children.front());
+  if (auto status = Resolve(object, kind.fields, kAdd, company, kind.name)) return {*status};
+  Applications applications = ApplicationsOf(object);
+  if (IsTrue(object.ChildText("IsAutoApply"))) {
+    applications = AutomaticApplications(kind, object, company);
+  }
+  NameLines(object, kind.fields, kAdd);
+  DropPassing(object, kind.fields);
+  Complete(kind, object, company, call.company.NewNumbers(), call.now);
+  Draft draft(company);
+  if (auto status = Enter(call, draft, object, applications)) return {*status};
+  return Saved(call, draft.Take(), object);
+}
+
+Answer ModifyTransaction(const Call& call) {
+  const Kind& kind = call.OfKind();
+  const Company& company = call.company.Data();
+  Element given = call.element.children.front();
+  const Element* before = nullptr;
+  if (auto refusal = FindForChange(call, given, before)) return *std::move(refusal);
+  if (auto status = Resolve(given, kind.fields, kMod, company, kind.name)) return {*status};
+  Applications applications = ApplicationsOf(given);
+  if (applications.empty()) applications = ApplicationsOf(*before);
+  given.Drop("AppliedToTxnMod");
+
+  Element object = *before;
+  if (auto status = ModifyLines(kind, object, given, company)) return {*status};
+  Merge(object, given);
+  Touch(object, call.now);
+  Draft draft(company);
+  TakeBack(kind, *before, draft);
+  if (!kind.settles.empty()) Unsettle(kind, *before, call.now, draft);
+  if (auto status = Enter(call, draft, object, applications)) return {*status};
+  if (OpenAmountOf(kind, object) < Decimal()) {
+    return {CannotModify(kind.name, "The amount is less than what has been paid.")};
+  }
+  return Saved(call, draft.Take(), object);
+}
+
+Answer DeleteTransaction(const Call& call) {
+  const Company& company = call.company.Data();
+  const Kind& kind = *FindKind(call.element.ChildText("TxnDelType"));
+  const std::string id(call.element.ChildText("TxnID"));
+  const Element* object = company.List(kind).Find(id);
+  if (!object) return {NotFound(id)};
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Leaf("TxnDelType", kind.name);
+  xml.Leaf("TxnID", id);
+  xml.Leaf("TimeCreated", object->ChildText("TimeCreated"));
+  xml.Leaf("TimeDeleted", call.now.text);
+  if (object->Child("RefNumber")) xml.Leaf("RefNumber", object->ChildText("RefNumber"));
+  Draft draft(company);
+  TakeBack(kind, *object, draft);
+  if (!kind.settles.empty()) Unsettle(kind, *object, call.now, draft);
+  Release(kind, *object, call.now, draft);
+  draft.Remove(kind, id);
+  Status status = CommitFor(call, draft.Take(), kind.name);
+  if (status.IsError()) return {std::move(status)};
+  return {.status = {}, .body = xml.Take()};
+}
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,35 @@
+// Dates and moments as qbXML writes them, and the ranges of dates that it has names for.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "simulator/values/Stamp.h"
+
+namespace ostrel::simulator {
+
+/// "2010-01-05"; nothing for what is no date.
+std::optional<std::chrono::sys_days> ParseDate(std::string_view text);
+std::string DateText(std::chrono::sys_days day);
+/// The day of the stamp where it was made.
+std::chrono::sys_days DayOf(const Stamp& stamp);
+
+/// Seconds since 1970 of "2010-01-05T09:03:07-08:00". Without a zone it is in that of `now`; a date
+/// alone is its first second, or its last one.
+std::optional<std::int64_t> ParseMoment(std::string_view text, const Stamp& now, bool endOfDay);
+
+struct DateRange {
+  std::optional<std::chrono::sys_days> from;
+  std::optional<std::chrono::sys_days> to;
+};
+
+/// The names: "Today", "LastMonthToDate" and so on.
+std::span<const std::string_view> DateMacros();
+/// What one of them means today. Weeks begin on Sunday.
+DateRange RangeOf(std::string_view dateMacro, std::chrono::sys_days today);
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,36 @@
+// Lets everything else have its turn while a request is computed: events are dispatched now and
+// then, so that the request can be given up. Whatever a change is made of is collected under this;
+// what makes it safe and carries it out is not, so that a change is whole or not there at all.
+#pragma once
+
+#include <functional>
+
+namespace ostrel::simulator {
+
+/// For a step of long work, however small. Within a LongWork: lets events be dispatched when they
+/// have waited for a while, and raises RequestProcessorError (Hresult::kGivenUp) once the work has
+/// been given up. Elsewhere: nothing.
+void Breathe();
+
+/// Raises kCallRejected inside long work: what is being computed with must not change.
+void RequireNoLongWork();
+
+/// Work that lasts as long as this lives. All of it is on one thread.
+class LongWork {
+ public:
+  /// `dispatch` handles the events that wait; one of them may make `givenUp` true. Long work does
+  /// not begin inside other long work.
+  LongWork(const std::function<void()>& dispatch, const bool& givenUp);
+  ~LongWork();
+  LongWork(const LongWork&) = delete;
+  LongWork& operator=(const LongWork&) = delete;
+
+  /// What Breathe does within it.
+  void Breathe();
+
+ private:
+  const std::function<void()>& fDispatch;
+  const bool& bGivenUp;
+};
+
+}  // namespace ostrel::simulator

@@ -1,0 +1,54 @@
+#include "simulator/xml/Element.h"
+
+#include <algorithm>
+
+namespace ostrel::simulator {
+
+const Element* Element::Child(std::string_view childName) const {
+  const auto found = std::ranges::find(children, childName, &Element::name);
+  return found == children.end() ? nullptr : &*found;
+}
+
+Element* Element::Child(std::string_view childName) {
+  const auto found = std::ranges::find(children, childName, &Element::name);
+  return found == children.end() ? nullptr : &*found;
+}
+
+std::string_view Element::ChildText(std::string_view childName) const {
+  const Element* child = Child(childName);
+  return child ? std::string_view(child->text) : std::string_view();
+}
+
+const std::string* Element::Find(std::string_view attributeName) const {
+  const auto found = std::ranges::find(attributes, attributeName, &Attribute::name);
+  return found == attributes.end() ? nullptr : &found->value;
+}
+
+Element& Element::Add(std::string_view childName, std::string_view childText) {
+  return children.emplace_back(
+      Element{.name = std::string(childName), .text = std::string(childText)});
+}
+
+void Element::Set(std::string_view childName, std::string_view childText) {
+  Element* child = Child(childName);
+  (child ? *child : Add(childName)).text = childText;
+}
+
+void Element::Drop(std::string_view childName) {
+  std::erase_if(children, [&](const Element& child) { return child.name == childName; });
+}
+
+std::size_t CountElements(const Element& element) {
+  std::size_t count = 1;
+  for (const Element& child : element.children) count += CountElements(child);
+  return count;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  constexpr std::string_view kWhiteSpace = " \t\r\n";
+  const std::size_t first = text.find_first_not_of(kWhiteSpace);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
+
+}  // namespace ostrel::simulator

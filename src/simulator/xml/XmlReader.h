@@ -1,0 +1,35 @@
+// Reads XML from outside into a tree, in bounded time and memory: no external entities, no document
+// type with declarations of its own, no network, limits on depth, on the numbers of elements,
+// attributes and namespaces, and on the length of texts.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "simulator/xml/Element.h"
+#include "util/Text.h"
+
+namespace ostrel::simulator {
+
+struct Instruction {
+  std::string target;
+  std::string data;
+};
+
+struct XmlDocument {
+  std::vector<Instruction> instructions;  // those before the root element
+  Element root;
+};
+
+enum class XmlFault { kNone, kMalformed, kTooLarge };
+
+/// The text is decoded already: an encoding that its prolog declares is ignored. `document` is
+/// unspecified after a fault.
+XmlFault ReadXmlText(TextView xml, std::size_t maxElements, XmlDocument& document);
+
+/// The bytes of a file, in the encoding that its prolog declares (UTF-8 without one).
+XmlFault ReadXmlBytes(std::string_view xml, std::size_t maxElements, XmlDocument& document);
+
+}  // namespace ostrel::simulator

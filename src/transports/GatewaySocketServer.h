@@ -1,0 +1,36 @@
+// The socket server with its events wired to the socket transport.
+#pragma once
+
+#include "gateway/Trace.h"
+#include "sockets/CSocketServer.h"
+#include "sockets/MSocketSupport.h"
+#include "transports/SocketService.h"
+#include "transports/SocketTransport.h"
+
+namespace ostrel {
+
+class GatewaySocketServer : public SocketService {
+ public:
+  GatewaySocketServer(SocketTransport& transport, Trace& trace,
+                      MSocketSupport& support = SocketSupport());
+
+  bool ServerStarted() const override { return oSocketServer.ServerStarted(); }
+  bool StartServer(std::int32_t port) override;
+  void StopListening() override { oSocketServer.StopListening(); }
+  void StopServer() override { oSocketServer.StopServer(); }
+  void SendData(TextView data, std::int16_t socket) override {
+    oSocketServer.SendData(data, socket);
+  }
+  void CloseSocket(std::int16_t socket) override { oSocketServer.CloseSocket(socket); }
+  std::size_t BytesToSend(std::int16_t socket) const override {
+    return oSocketServer.GetBytesToSend(socket);
+  }
+  std::uint64_t BytesSent(std::int16_t socket) const override {
+    return oSocketServer.GetBytesSent(socket);
+  }
+
+ private:
+  CSocketServer oSocketServer;
+};
+
+}  // namespace ostrel
