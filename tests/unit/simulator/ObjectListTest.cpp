@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "simulator/ObjectList.h"
+#include "simulator/company/ObjectList.h"
 
 namespace ostrel::simulator {
 namespace {
