@@ -15,6 +15,8 @@
 namespace ostrel {
 namespace {
 
+using platform::Outcome;
+
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
@@ -29,7 +31,7 @@ void DispatchMessages() {
   }
 }
 
-Outcome Carried(const AutomationThread::Work& work, AutomationObject& object) noexcept {
+Outcome Carried(const AutomationThread::Work& work, platform::AutomationObject& object) noexcept {
   try {
     return work(object);
   } catch (const std::bad_alloc&) {
@@ -47,7 +49,7 @@ struct AutomationThread::Call {
 
   Work work;
   Outcome outcome;
-  Signal finished;
+  platform::Signal finished;
 };
 
 /// Where the user puts calls and the thread takes them.
@@ -69,7 +71,7 @@ class AutomationThread::Desk {
 
   static void Serve(const std::shared_ptr<Desk>& desk) noexcept;
 
-  Signal oEnded;
+  platform::Signal oEnded;
 
  private:
   std::shared_ptr<Call> Next();
@@ -78,15 +80,15 @@ class AutomationThread::Desk {
   std::mutex oMutex;
   std::deque<std::shared_ptr<Call>> oCalls;
   bool bClosed = false;
-  Signal oChanged;
+  platform::Signal oChanged;
 };
 
 // The thread: what COM sends it arrives as messages.
 void AutomationThread::Desk::Serve(const std::shared_ptr<Desk>& desk) noexcept {
   {
-    const Apartment apartment;
+    const platform::Apartment apartment;
     const BusyServerFilter filter;
-    AutomationObject object;
+    platform::AutomationObject object;
     while (const std::shared_ptr<Call> call = desk->Next()) {
       call->outcome = Carried(call->work, object);
       call->finished.Raise();
@@ -135,8 +137,8 @@ Outcome AutomationThread::Do(Work work) {
 
 bool AutomationThread::Await(const Call& call) {
   ++iWaiting;
-  bool finished = DoEventsUntilSignalled(call.finished.Get(), steady_clock::time_point::max(),
-                                         [this] { return bGivenUp; });
+  bool finished = platform::DoEventsUntilSignalled(
+      call.finished.Get(), steady_clock::time_point::max(), [this] { return bGivenUp; });
   --iWaiting;
   if (!finished && !bGivenUp) finished = call.finished.Await(kTimeToQuit);
   if (!finished) Abandon();

@@ -15,7 +15,7 @@ class AutomationThread {
  public:
   /// Runs on the thread; may create or replace the object. Owns everything that it uses: it may
   /// come back long after its user is gone.
-  using Work = std::function<Outcome(AutomationObject&)>;
+  using Work = std::function<platform::Outcome(platform::AutomationObject&)>;
 
   /// Raises std::system_error.
   AutomationThread();
@@ -28,7 +28,7 @@ class AutomationThread {
   /// What the work came to; Hresult::kGivenUp when it was given up. Events are dispatched
   /// meanwhile: one may ask for more work, which then runs after this. When the loop is to quit,
   /// the work has 5 seconds to end.
-  Outcome Do(Work work);
+  platform::Outcome Do(Work work);
   /// Ends every wait in Do. Nothing runs on the thread from then on but what is stuck there.
   /// Harmless when nobody waits.
   void GiveUp();

@@ -5,9 +5,14 @@
 #include <memory>
 
 #include "platform/SystemError.h"
+#include "quickbooks/ErrorNumbers.h"
 
 namespace ostrel {
 namespace {
+
+using platform::AutomationObject;
+using platform::Outcome;
+using platform::Variant;
 
 struct Sentence {
   std::int32_t number;
@@ -25,7 +30,7 @@ constexpr Sentence kSentences[] = {
 Text DescriptionOf(std::int32_t number) {
   if (IsServerGone(number)) return u"QuickBooks has ended, or the connection to it is lost.";
   const auto* found = std::ranges::find(kSentences, number, &Sentence::number);
-  return found != std::end(kSentences) ? Text(found->text) : SystemErrorText(number);
+  return found != std::end(kSentences) ? Text(found->text) : platform::SystemErrorText(number);
 }
 
 Text ResultOf(Outcome outcome) {

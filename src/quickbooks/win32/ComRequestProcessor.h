@@ -23,9 +23,9 @@ class ComRequestProcessor : public RequestProcessor {
   void GiveUp() override { oThread.GiveUp(); }
 
  private:
-  Outcome CreateObject();
+  platform::Outcome CreateObject();
   template <typename... Arguments>
-  Outcome Call(const wchar_t* operation, const Arguments&... arguments);
+  platform::Outcome Call(const wchar_t* operation, const Arguments&... arguments);
 
   CLSID oClass;
   IID oInterface;
