@@ -1,4 +1,4 @@
-// Feeds the QuickBooks stand-in requests of any shape. What it answers must be well-formed and
+// Feeds the QuickBooks stand-in requests of any shape. The responses must be well-formed and
 // ASCII; what it refuses must be refused with one of the request processor's own numbers.
 #include <cstddef>
 #include <cstdint>

@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/support/QbxmlAnswer.h"
+#include "tests/support/QbxmlResponse.h"
 
 namespace ostrel {
 
@@ -29,8 +29,8 @@ class WorkedConversation {
  private:
   static constexpr int kCustomers = 5;
 
-  QbxmlAnswer Ask(const std::string& message) {
-    return QbxmlAnswer(
+  QbxmlResponse Ask(const std::string& message) {
+    return QbxmlResponse(
         oSend("<?xml version=\"1.0\"?><?qbxml version=\"13.0\"?><QBXML>"
               "<QBXMLMsgsRq onError=\"stopOnError\">" +
               message + "</QBXMLMsgsRq></QBXML>"));
@@ -39,27 +39,27 @@ class WorkedConversation {
     return "<" + name + ">" + text + "</" + name + ">";
   }
   static std::string NameOf(int number) { return "Wren " + std::to_string(number); }
-  QbxmlAnswer FindCustomer(int number) {
+  QbxmlResponse FindCustomer(int number) {
     return Ask(Leaf("CustomerQueryRq", Leaf("FullName", NameOf(number))));
   }
 
   void AddCustomers() {
     for (int i = 0; i < kCustomers; ++i) {
-      const QbxmlAnswer added =
+      const QbxmlResponse added =
           Ask(Leaf("CustomerAddRq", Leaf("CustomerAdd", Leaf("Name", NameOf(i)))));
       EXPECT_EQ(added.Code(), "0") << added.Message();
       EXPECT_EQ(FindCustomer(i).Text("ListID"), added.Text("ListID"));
     }
   }
 
-  QbxmlAnswer Page(const std::string& attributes) {
+  QbxmlResponse Page(const std::string& attributes) {
     return Ask("<CustomerQueryRq " + attributes +
                "><MaxReturned>2</MaxReturned><NameFilter><MatchCriterion>StartsWith"
                "</MatchCriterion><Name>Wren</Name></NameFilter></CustomerQueryRq>");
   }
 
   void PageThroughThem() {
-    QbxmlAnswer page = Page("iterator=\"Start\"");
+    QbxmlResponse page = Page("iterator=\"Start\"");
     std::string names = page.All("Name");
     for (int i = 0; i < kCustomers && page.Attribute("iteratorRemainingCount") != "0"; ++i) {
       page = Page("iterator=\"Continue\" iteratorID=\"" + page.Attribute("iteratorID") + "\"");
@@ -68,7 +68,7 @@ class WorkedConversation {
     EXPECT_EQ(names, "Wren 0 Wren 1 Wren 2 Wren 3 Wren 4 ");
   }
 
-  QbxmlAnswer SetPhone(const QbxmlAnswer& known, const std::string& phone) {
+  QbxmlResponse SetPhone(const QbxmlResponse& known, const std::string& phone) {
     return Ask(Leaf("CustomerModRq",
                     Leaf("CustomerMod", Leaf("ListID", known.Text("ListID")) +
                                             Leaf("EditSequence", known.Text("EditSequence")) +
@@ -76,7 +76,7 @@ class WorkedConversation {
   }
 
   void ModifyOne() {
-    const QbxmlAnswer stale = FindCustomer(0);
+    const QbxmlResponse stale = FindCustomer(0);
     EXPECT_EQ(SetPhone(stale, "555-0101").Text("Phone"), "555-0101");
     EXPECT_EQ(SetPhone(stale, "555-0102").Code(), "3200");
     EXPECT_EQ(FindCustomer(0).Text("Phone"), "555-0101");
@@ -84,7 +84,7 @@ class WorkedConversation {
 
   void InvoiceAndPay() {
     const std::string customer = Leaf("CustomerRef", Leaf("FullName", NameOf(0)));
-    const QbxmlAnswer invoice =
+    const QbxmlResponse invoice =
         Ask(Leaf("InvoiceAddRq",
                  Leaf("InvoiceAdd", customer + Leaf("InvoiceLineAdd",
                                                     Leaf("ItemRef", Leaf("FullName", "Hammer")) +
@@ -93,7 +93,7 @@ class WorkedConversation {
     EXPECT_EQ(FindCustomer(0).Text("Balance"), "50.00");
     sInvoice = invoice.Text("TxnID");
 
-    const QbxmlAnswer payment =
+    const QbxmlResponse payment =
         Ask(Leaf("ReceivePaymentAddRq",
                  Leaf("ReceivePaymentAdd",
                       customer + Leaf("TotalAmount", "50.00") +

@@ -14,8 +14,8 @@
 #include "platform/SystemError.h"
 #include "simulator/company/Defaults.h"
 #include "simulator/company/Objects.h"
-#include "simulator/company/Reckoning.h"
 #include "simulator/company/References.h"
+#include "simulator/company/Totals.h"
 #include "simulator/values/LongWork.h"
 #include "simulator/xml/XmlReader.h"
 
@@ -100,7 +100,7 @@ bool Filler::FillInTransaction(const Kind& kind, Element& object) {
   Link(object, kind.fields, oCompany);
   const bool byHand = !object.Child("TxnNumber");
   if (byHand) Complete(kind, object, oCompany, oCompany.NewNumbers(), oNow);
-  if (byHand && Reckon(kind, object, oCompany, oCompany.NewNumbers(), oNow)) return false;
+  if (byHand && ComputeTotals(kind, object, oCompany, oCompany.NewNumbers(), oNow)) return false;
   return !object.ChildText("TxnID").empty();
 }
 

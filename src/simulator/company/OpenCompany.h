@@ -38,7 +38,7 @@ class OpenCompany {
 
   /// What is asked of this call of an operation ("beginSession").
   Conduct NextConduct(std::string_view operation);
-  /// What is asked of this message ("CustomerAddRq"); null: to be answered.
+  /// The fault that strikes this message ("CustomerAddRq"); null when it is to be carried out.
   const Fault* NextFault(std::string_view message) {
     return oCounts->Count(oCompany.Conducts().faults, message);
   }

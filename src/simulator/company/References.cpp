@@ -38,16 +38,16 @@ bool LeadsNowhere(const Element& reference, const Field& field, const Company& c
          !FindTarget(company, field.refers, reference);
 }
 
-bool HasDangling(const Element& object, std::span<const Field> fields, std::string_view settles,
+bool HasDangling(const Element& object, std::span<const Field> fields, std::string_view pays,
                  const Company& company, const std::set<std::string_view>& ids) {
   return std::ranges::any_of(object.children, [&](const Element& child) {
     const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
     if (!field) return false;
     if (IsReference(field)) return LeadsNowhere(child, *field, company, ids);
-    const std::string_view settled = settles.empty() ? "" : child.ChildText("TxnID");
-    const bool unsettled = !settled.empty() && !ids.contains(settled) &&
-                           !company.List(*FindKind(settles)).Find(settled);
-    return unsettled || HasDangling(child, field->children, settles, company, ids);
+    const std::string_view paid = pays.empty() ? "" : child.ChildText("TxnID");
+    const bool isMissing =
+        !paid.empty() && !ids.contains(paid) && !company.List(*FindKind(pays)).Find(paid);
+    return isMissing || HasDangling(child, field->children, pays, company, ids);
   });
 }
 
@@ -98,7 +98,7 @@ bool HasUnlinked(const Element& object, std::span<const Field> fields) {
 
 bool HasDangling(const Kind& kind, const Element& object, const Company& company,
                  const std::set<std::string_view>& ids) {
-  return HasDangling(object, kind.fields, kind.settles, company, ids);
+  return HasDangling(object, kind.fields, kind.pays, company, ids);
 }
 
 bool IsInUse(const Company& company, std::string_view listId) {

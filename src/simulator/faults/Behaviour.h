@@ -1,12 +1,11 @@
-// What a company file asks of the stand-in to try a client out: delays and failures, an operation
-// of the request processor each.
+// The Behaviour element of a company file: how each operation of the request processor behaves at
+// every call, and the faults that strike only some calls.
 #pragma once
 
 #include <optional>
 #include <string_view>
 #include <vector>
 
-#include "simulator/faults/Conduct.h"
 #include "simulator/faults/Faults.h"
 #include "simulator/xml/Element.h"
 
@@ -19,11 +18,10 @@ struct Behaviour {
   Conduct companyFileName;
   /// processRequestDies="1": QuickBooks ends in the middle of a request, after its delay.
   bool processRequestDies = false;
-  /// What only some calls do.
   std::vector<Fault> faults;
 };
 
-/// What is asked of every call of an operation, by its name: "beginSession".
+/// The conduct of every call of an operation, by its name: "beginSession".
 Conduct ConductOf(const Behaviour& behaviour, std::string_view operation);
 
 /// From attributes such as processRequestSeconds="2.5" (at most 3600) and

@@ -1,7 +1,13 @@
+// A fault is read attribute by attribute. Each attribute says whether it makes sense for an
+// operation, for a message or for both; a fault whose attributes have no scope in common, such as
+// a status code for "beginSession", is refused when the company is read rather than ignored when
+// the call comes.
+
 #include "simulator/faults/Faults.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -11,7 +17,7 @@ namespace {
 constexpr std::string_view kOperations[] = {"openConnection", "beginSession", "processRequest",
                                             "companyFileName"};
 constexpr std::string_view kSeverities[] = {"Info", "Warn", "Error"};
-constexpr unsigned kMaxAnswerSize = 300'000'000;
+constexpr unsigned kMaxResponseSize = 300'000'000;
 constexpr unsigned kMaxNumber = 1'000'000;
 
 template <class Number>
@@ -46,8 +52,8 @@ bool ReadMessageText(std::string_view text, Fault& fault) {
   return true;
 }
 
-bool ReadAnswerSize(std::string_view text, Fault& fault) {
-  return ReadNumber(text, 1, kMaxAnswerSize, fault.answerSize);
+bool ReadResponseSize(std::string_view text, Fault& fault) {
+  return ReadNumber(text, 1, kMaxResponseSize, fault.responseSize);
 }
 
 bool ReadEvery(std::string_view text, Fault& fault) {
@@ -95,7 +101,7 @@ constexpr Knob kKnobs[] = {
     {"statusCode", ReadStatusCode, kOfMessages},
     {"statusSeverity", ReadSeverity, kOfMessages},
     {"statusMessage", ReadMessageText, kOfMessages},
-    {"answerSize", ReadAnswerSize, kOfMessages},
+    {"answerSize", ReadResponseSize, kOfMessages},
     {"every", ReadEvery, kOfBoth},
     {"once", ReadOnce, kOfBoth},
 };
@@ -105,6 +111,33 @@ bool Strikes(const Fault& fault, unsigned call) {
 }
 
 }  // namespace
+
+bool ReadSeconds(std::string_view text, std::chrono::milliseconds& delay) {
+  constexpr double kMaxSeconds = 3600;
+  if (text.empty()) return true;
+  double seconds = 0;
+  const auto [end, error] =
+      std::from_chars(text.data(), text.data() + text.size(), seconds, std::chars_format::fixed);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  if (!whole || !(seconds >= 0 && seconds <= kMaxSeconds)) return false;
+  delay = std::chrono::milliseconds(std::llround(seconds * 1000));
+  return true;
+}
+
+bool ReadError(std::string_view text, std::uint32_t& hresult) {
+  constexpr std::uint32_t kFailureBit = 0x80000000;
+  if (text.empty()) return true;
+  if (!text.starts_with("0x") && !text.starts_with("0X")) return false;
+  text.remove_prefix(2);
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), hresult, 16);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  return whole && (hresult & kFailureBit) != 0;
+}
+
+bool ReadFlag(std::string_view text, bool& flag) {
+  flag = text == "1";
+  return flag || text.empty() || text == "0";
+}
 
 std::optional<Fault> ReadFault(const Element& element) {
   Fault fault;

@@ -1,42 +1,58 @@
-// Failures that a company file asks for at some calls only, to try a client out:
+// Delays and failures that a company file asks for, to try a client out. A Conduct is what a call
+// is asked to do; a Fault asks for one at some calls only:
 //   <Fault operation="processRequest" error="0x80040408" every="3"/>
 //   <Fault message="CustomerAddRq" statusCode="3175" statusMessage="..." once="1"/>
-// They stand within its Behaviour element.
+// Faults stand within the Behaviour element of the file (Behaviour.h).
 #pragma once
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "simulator/faults/Conduct.h"
 #include "simulator/values/Status.h"
 #include "simulator/xml/Element.h"
 
 namespace ostrel::simulator {
 
+struct Conduct {
+  std::chrono::milliseconds delay{0};
+  std::uint32_t error = 0;  // HRESULT; 0: the operation does its work
+  bool dies = false;        // QuickBooks ends in the middle of it, after the delay
+};
+
+/// Read "2.5" (seconds, at most 3600), "0x80040408" and "1". An empty text asks for nothing.
+/// False for a text of another form.
+bool ReadSeconds(std::string_view text, std::chrono::milliseconds& delay);
+bool ReadError(std::string_view text, std::uint32_t& hresult);
+bool ReadFlag(std::string_view text, bool& flag);
+
 struct Fault {
   /// The operation ("beginSession") or the message ("CustomerAddRq") that it strikes.
   std::string target;
-  /// seconds="2.5", error="0x80040408", dies="1": what an operation does; a message only fails.
+  /// seconds="2.5", error="0x80040408", dies="1" for an operation; only an error for a message.
   Conduct conduct;
-  /// statusCode, statusSeverity ("Error" without it) and statusMessage: the answer to a message,
+  /// statusCode, statusSeverity ("Error" without it) and statusMessage: the response to a message,
   /// which is not carried out.
   std::optional<Status> status;
-  /// answerSize: characters that the response to the message's request comes to, if it is shorter.
-  std::size_t answerSize = 0;
+  /// answerSize (the attribute's name in company files): the characters to which a shorter response
+  /// to the message's request is padded.
+  std::size_t responseSize = 0;
   /// Strikes at every such call: every="3" at the third, the sixth...
   unsigned every = 1;
   /// once="1": only at the first of these.
   bool once = false;
 };
 
-/// Nothing when it cannot be read, or asks for what its target does not do.
+/// Nothing when the element cannot be read, or asks an operation or a message for something that it
+/// cannot do.
 std::optional<Fault> ReadFault(const Element& element);
 
-/// How often the targets of a file's faults have been called.
+/// The number of calls that each fault of a file has seen.
 class FaultCounts {
  public:
   /// Counts a call of the target, and returns the first fault that strikes now, or null.

@@ -57,8 +57,8 @@ struct Kind {
   std::string_view entity = {};  // the reference to whom it is with
   Sums sums = {};
   std::span<const Posting> postings = {};
-  bool numbered = false;          // gets the next RefNumber when it has none
-  std::string_view settles = {};  // the kind whose open amounts it pays
+  bool numbered = false;       // gets the next RefNumber when it has none
+  std::string_view pays = {};  // the kind whose open amounts a payment is applied to
 
   std::string_view IdField() const { return category == Category::kList ? "ListID" : "TxnID"; }
   bool Has(std::string_view field) const { return FindField(fields, field, kRet) != nullptr; }

@@ -177,7 +177,7 @@ constexpr Kind kKinds[] = {
      .entity = "CustomerRef",
      .sums = {.total = "TotalAmount", .open = "UnusedPayment", .given = true},
      .postings = kPaymentPostings,
-     .settles = "Invoice"},
+     .pays = "Invoice"},
 };
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 namespace ostrel::simulator {
 
-Answer QueryHost(const Call& call) {
+Response QueryHost(const Call& call) {
   const Company& data = call.company.Data();
   const bool multiUser = call.company.Mode() == FileMode::kMultiUser;
   XmlWriter xml(XmlForm::kResponse);
@@ -22,7 +22,7 @@ Answer QueryHost(const Call& call) {
   return {{}, xml.Take()};
 }
 
-Answer QueryCompany(const Call& call) {
+Response QueryCompany(const Call& call) {
   const Company& data = call.company.Data();
   XmlWriter xml(XmlForm::kResponse);
   xml.Open("CompanyRet");

@@ -24,7 +24,7 @@ using Filter = std::function<bool(const Candidate&)>;
 /// The filters of a query, all of which an object must pass.
 struct Filters {
   std::vector<Filter> all = {};
-  std::optional<Status> refusal = {};  // the query cannot be answered
+  std::optional<Status> refusal = {};  // the status of a query that cannot be carried out
   /// With IDs: only objects with one of these entities can pass.
   std::vector<std::string> entities = {};
   bool byEntity = false;

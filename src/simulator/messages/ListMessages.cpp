@@ -4,7 +4,7 @@
 #include "simulator/company/Defaults.h"
 #include "simulator/company/Draft.h"
 #include "simulator/company/Objects.h"
-#include "simulator/company/Reckoning.h"
+#include "simulator/company/Postings.h"
 #include "simulator/company/References.h"
 #include "simulator/messages/Merging.h"
 #include "simulator/messages/Messages.h"
@@ -93,7 +93,7 @@ void RenameBelow(const Kind& kind, const Element& before, const Element& after, 
 
 }  // namespace
 
-Answer AddListObject(const Call& call) {
+Response AddListObject(const Call& call) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
   Element object = Cleaned(call.element.children.front());
@@ -107,7 +107,7 @@ Answer AddListObject(const Call& call) {
   return Saved(call, draft.Take(), object);
 }
 
-Answer ModifyListObject(const Call& call) {
+Response ModifyListObject(const Call& call) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
   Element given = call.element.children.front();
@@ -128,7 +128,7 @@ Answer ModifyListObject(const Call& call) {
   return Saved(call, draft.Take(), object);
 }
 
-Answer DeleteListObject(const Call& call) {
+Response DeleteListObject(const Call& call) {
   const Company& company = call.company.Data();
   const Kind& kind = *FindKind(call.element.ChildText("ListDelType"));
   const std::string id(call.element.ChildText("ListID"));

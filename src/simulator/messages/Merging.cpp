@@ -33,15 +33,15 @@ void Merge(Element& object, const Element& given) {
   }
 }
 
-std::optional<Answer> FindForChange(const Call& call, const Element& given,
-                                    const Element*& object) {
+std::optional<Response> FindForChange(const Call& call, const Element& given,
+                                      const Element*& object) {
   const Kind& kind = call.OfKind();
   const std::string_view id = given.ChildText(kind.IdField());
   object = call.company.Data().List(kind).Find(id);
-  if (!object) return Answer{NotFound(id)};
+  if (!object) return Response{NotFound(id)};
   const std::string_view editSequence = given.ChildText("EditSequence");
   if (editSequence == object->ChildText("EditSequence")) return std::nullopt;
-  return Answer{.status = OutOfDate(editSequence), .body = OneRet(call, kind, *object)};
+  return Response{.status = OutOfDate(editSequence), .body = OneRet(call, kind, *object)};
 }
 
 }  // namespace ostrel::simulator

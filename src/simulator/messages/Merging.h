@@ -17,8 +17,9 @@ void DropPassing(Element& object, std::span<const Field> fields);
 /// IDs and EditSequence are left alone.
 void Merge(Element& object, const Element& given);
 
-/// The object that a ModRq is about; or the answer that refuses: there is none of that ID, or it
+/// The object that a ModRq is about; or the response that refuses: there is none of that ID, or it
 /// has changed since the client read it, and is returned as it is now.
-std::optional<Answer> FindForChange(const Call& call, const Element& given, const Element*& object);
+std::optional<Response> FindForChange(const Call& call, const Element& given,
+                                      const Element*& object);
 
 }  // namespace ostrel::simulator

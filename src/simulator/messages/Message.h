@@ -16,7 +16,7 @@
 namespace ostrel::simulator {
 
 /// Status, Ret elements in response form, and attributes behind those of the status.
-struct Answer {
+struct Response {
   Status status;
   std::string body = {};
   std::vector<Attribute> attributes = {};
@@ -25,8 +25,8 @@ struct Answer {
 struct Call;
 
 struct Message {
-  std::string name;  // with "Rq"; its answer ends with "Rs"
-  Answer (*reply)(const Call& call);
+  std::string name;  // with "Rq"; its response ends with "Rs"
+  Response (*reply)(const Call& call);
   Use use = kQuery;
   KindList kinds = {};     // that it is about
   std::string group = {};  // "CustomerAdd"; empty for messages without

@@ -31,7 +31,7 @@ void Enter(Catalog& catalog, Message message) {
 }
 
 Message OneObjectMessage(const Kind& kind, std::string_view verb, Use use,
-                         Answer (*reply)(const Call&)) {
+                         Response (*reply)(const Call&)) {
   std::string group = std::string(kind.name).append(verb);
   return {.name = group + "Rq",
           .reply = reply,
@@ -64,7 +64,7 @@ std::span<const std::string_view> NamesOf(Category category) {
 }
 
 Message DeleteMessage(Category category, std::string_view name, std::string_view type,
-                      std::string_view id, Answer (*reply)(const Call&)) {
+                      std::string_view id, Response (*reply)(const Call&)) {
   return {.name = std::string(name),
           .reply = reply,
           .fields = {{.name = type, .required = kAnyUse, .values = NamesOf(category)},
@@ -168,7 +168,7 @@ Status CommitFor(const Call& call, const Changes& changes, std::string_view desc
   return CannotSave(described, ToUtf8(platform::SystemErrorText(error)));
 }
 
-Answer Saved(const Call& call, const Changes& changes, const Element& object) {
+Response Saved(const Call& call, const Changes& changes, const Element& object) {
   const Kind& kind = call.OfKind();
   Status status = CommitFor(call, changes, Described(kind, object));
   if (status.IsError()) return {.status = std::move(status)};

@@ -1,4 +1,5 @@
-// The messages that the stand-in answers. Those of the kinds of objects follow from their rows.
+// The messages that the stand-in understands. The messages about a kind of object follow from its
+// row.
 #pragma once
 
 #include <span>
@@ -25,24 +26,24 @@ std::span<const AttributeRule> AttributesOf(const Message& message);
 /// Whether the message may have the attributes that the element has.
 bool HasRightAttributes(const Message& message, const Element& element, int version);
 
-Answer QueryHost(const Call& call);
-Answer QueryCompany(const Call& call);
-Answer QueryObjects(const Call& call);
-Answer AddListObject(const Call& call);
-Answer ModifyListObject(const Call& call);
-Answer DeleteListObject(const Call& call);
-Answer AddTransaction(const Call& call);
-Answer ModifyTransaction(const Call& call);
-Answer DeleteTransaction(const Call& call);
+Response QueryHost(const Call& call);
+Response QueryCompany(const Call& call);
+Response QueryObjects(const Call& call);
+Response AddListObject(const Call& call);
+Response ModifyListObject(const Call& call);
+Response DeleteListObject(const Call& call);
+Response AddTransaction(const Call& call);
+Response ModifyTransaction(const Call& call);
+Response DeleteTransaction(const Call& call);
 
-/// The one object of an answer, as much of it as IncludeRetElement asks for.
+/// The one object of an response, as much of it as IncludeRetElement asks for.
 std::string OneRet(const Call& call, const Kind& kind, const Element& object);
 /// As in CannotSave: "Customers list, element "Jo"" or "Invoice".
 std::string Described(const Kind& kind, const Element& object);
 /// Commits; the status of a failure names the object.
 Status CommitFor(const Call& call, const Changes& changes, std::string_view described);
-/// Commits what was added or modified; the answer holds the object as it is in the company then.
-Answer Saved(const Call& call, const Changes& changes, const Element& object);
+/// Commits what was added or modified; the response holds the object as it is in the company then.
+Response Saved(const Call& call, const Changes& changes, const Element& object);
 
 /// As in <?qbxml version="..."?>, oldest first.
 std::span<const std::string_view> SupportedVersions();

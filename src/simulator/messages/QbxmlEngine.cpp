@@ -105,10 +105,10 @@ std::vector<Step> CheckMessages(Element& messages, int version) {
 }
 
 // `size` becomes what the response must come to.
-Answer Reply(const Step& step, const Frame& frame, std::size_t& size) {
+Response Reply(const Step& step, const Frame& frame, std::size_t& size) {
   const Message& message = *step.message;
   if (const Fault* fault = frame.company.NextFault(message.name)) {
-    size = std::max(size, fault->answerSize);
+    size = std::max(size, fault->responseSize);
     if (fault->conduct.error != 0) Fail(fault->conduct.error);
     if (fault->status) return {*fault->status};
   }
@@ -119,21 +119,21 @@ Answer Reply(const Step& step, const Frame& frame, std::size_t& size) {
       {message, *step.element, frame.company, frame.session, frame.now, frame.version});
 }
 
-void WriteAnswer(const Step& step, const Answer& answer, XmlWriter& xml) {
+void WriteResponse(const Step& step, const Response& response, XmlWriter& xml) {
   std::string name(step.message->name);
   name.replace(name.size() - 2, 2, "Rs");
   std::vector<Attribute> attributes;
   if (const std::string* id = step.element->Find("requestID")) {
     attributes.push_back({"requestID", *id});
   }
-  attributes.push_back({"statusCode", std::to_string(answer.status.code)});
-  attributes.push_back({"statusSeverity", std::string(answer.status.severity)});
-  attributes.push_back({"statusMessage", answer.status.message});
-  std::ranges::copy(answer.attributes, std::back_inserter(attributes));
-  if (answer.body.empty()) return xml.Empty(name, attributes);
+  attributes.push_back({"statusCode", std::to_string(response.status.code)});
+  attributes.push_back({"statusSeverity", std::string(response.status.severity)});
+  attributes.push_back({"statusMessage", response.status.message});
+  std::ranges::copy(response.attributes, std::back_inserter(attributes));
+  if (response.body.empty()) return xml.Empty(name, attributes);
   xml.Open(name, attributes);
-  xml.RequireRoom(answer.body.size());
-  xml.Lines(answer.body);
+  xml.RequireRoom(response.body.size());
+  xml.Lines(response.body);
   xml.Close();
 }
 
@@ -163,9 +163,9 @@ Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, cons
   std::size_t size = 0;
   for (const Step& step : steps) {
     Breathe();
-    const Answer answer = stopped ? Answer{NotProcessed()} : Reply(step, frame, size);
-    stopped = stopped || (stopOnError && answer.status.IsError());
-    WriteAnswer(step, answer, xml);
+    const Response response = stopped ? Response{NotProcessed()} : Reply(step, frame, size);
+    stopped = stopped || (stopOnError && response.status.IsError());
+    WriteResponse(step, response, xml);
   }
   Pad(xml, size);
   xml.Close();

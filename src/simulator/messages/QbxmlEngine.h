@@ -1,4 +1,4 @@
-// Answers one qbXML request text on an open company.
+// Processes one qbXML request text on an open company.
 #pragma once
 
 #include "simulator/company/OpenCompany.h"

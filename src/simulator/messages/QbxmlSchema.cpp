@@ -208,7 +208,7 @@ class SchemaWriter {
     return attributes;
   }
 
-  // Amounts, dates and the like are texts here: one that is none is answered with a status.
+  // Amounts, dates and the like are texts here: a malformed one gets a status in the response.
   std::string TypeOf(const Field& field, Use use) {
     const bool needed = (field.required & use) != 0;
     if (!field.children.empty()) return Group(field, use);

@@ -32,20 +32,20 @@ std::string_view MetaData(const Element& query) {
   return metaData ? std::string_view(*metaData) : "NoMetaData";
 }
 
-Answer Returning(const Call& call, const Found& found, Status status) {
-  Answer answer{.status = std::move(status)};
+Response Returning(const Call& call, const Found& found, Status status) {
+  Response response{.status = std::move(status)};
   const std::string_view metaData = MetaData(call.element);
   if (metaData != "NoMetaData") {
-    answer.attributes.push_back({"retCount", std::to_string(found.size())});
+    response.attributes.push_back({"retCount", std::to_string(found.size())});
   }
-  if (metaData == "MetaDataOnly") return answer;
+  if (metaData == "MetaDataOnly") return response;
   const View view = ViewOf(call, false);
   XmlWriter xml(XmlForm::kResponse);
   for (const auto& [kind, object] : found) {
     WriteRet(xml, call.company.Data(), *kind, *object, view);
   }
-  answer.body = xml.Take();
-  return answer;
+  response.body = xml.Take();
+  return response;
 }
 
 // What each of the names of keys finds in one list.
@@ -93,7 +93,7 @@ Finder FinderFor(const Element& query) {
 }
 
 // In the order asked for. What is not there is a warning that names the first such key.
-Answer QueryByKeys(const Call& call, Finder finder) {
+Response QueryByKeys(const Call& call, Finder finder) {
   const std::string& name = call.element.children.front().name;
   Status status;
   Found all;
@@ -143,14 +143,14 @@ Found FindByFilters(const Call& call, const Filters& filters, std::size_t count)
   return found;
 }
 
-Answer WithIterator(Answer answer, const Iterator& iterator) {
-  answer.attributes.push_back({"iteratorRemainingCount", std::to_string(iterator.Remaining())});
-  answer.attributes.push_back({"iteratorID", iterator.id});
-  return answer;
+Response WithIterator(Response response, const Iterator& iterator) {
+  response.attributes.push_back({"iteratorRemainingCount", std::to_string(iterator.Remaining())});
+  response.attributes.push_back({"iteratorID", iterator.id});
+  return response;
 }
 
 // What has been deleted since the iterator started is passed over.
-Answer NextPage(const Call& call, Iterator& iterator) {
+Response NextPage(const Call& call, Iterator& iterator) {
   const std::size_t count = std::min(MaxReturned(call.element), iterator.Remaining());
   Found page;
   for (const std::size_t end = iterator.next + count; iterator.next < end; ++iterator.next) {
@@ -159,13 +159,13 @@ Answer NextPage(const Call& call, Iterator& iterator) {
       page.push_back({kind, object});
     }
   }
-  Answer answer =
+  Response response =
       WithIterator(Returning(call, page, page.empty() ? NoMatch() : Status()), iterator);
   if (iterator.Remaining() == 0) call.session.End(iterator);
-  return answer;
+  return response;
 }
 
-Answer StartIterator(const Call& call, const Filters& filters) {
+Response StartIterator(const Call& call, const Filters& filters) {
   Iterator iterator{.id = {}, .query = call.message.name, .objects = {}};
   for (const auto& [kind, object] : FindByFilters(call, filters, kAll)) {
     iterator.objects.emplace_back(kind, object->ChildText(kind->IdField()));
@@ -173,19 +173,19 @@ Answer StartIterator(const Call& call, const Filters& filters) {
   return NextPage(call, call.session.Keep(std::move(iterator)));
 }
 
-Answer ContinueIterator(const Call& call) {
+Response ContinueIterator(const Call& call) {
   const std::string& id = *call.element.Find("iteratorID");
   Iterator* iterator = call.session.Find(id, call.message.name);
   if (!iterator) return {.status = InvalidIterator(id)};
   if (*call.element.Find("iterator") == "Continue") return NextPage(call, *iterator);
-  Answer answer = WithIterator({}, *iterator);
+  Response response = WithIterator({}, *iterator);
   call.session.End(*iterator);
-  return answer;
+  return response;
 }
 
 }  // namespace
 
-Answer QueryObjects(const Call& call) {
+Response QueryObjects(const Call& call) {
   if (call.element.Find("iteratorID")) return ContinueIterator(call);
   if (const Finder finder = FinderFor(call.element)) return QueryByKeys(call, finder);
   const Filters filters = MakeFilters(call);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "simulator/company/Objects.h"
-#include "simulator/company/Reckoning.h"
+#include "simulator/company/Totals.h"
 #include "simulator/values/LongWork.h"
 
 namespace ostrel::simulator {
@@ -23,7 +23,7 @@ class RetWriter {
         oXml.Write(child);
       } else if (field->type == FieldType::kReference) {
         WriteReference(child);
-      } else if (!oKind.settles.empty() && field->suffixed) {
+      } else if (!oKind.pays.empty() && field->suffixed) {
         WriteApplied(child, *field);
       } else {
         WriteGroup(child, *field);
@@ -53,9 +53,9 @@ class RetWriter {
 
   // What is still open of it may have changed since.
   void WriteApplied(Element applied, const Field& field) {
-    const Kind& kind = *FindKind(oKind.settles);
-    if (const Element* settled = oCompany.List(kind).Find(applied.ChildText("TxnID"))) {
-      applied.Set("BalanceRemaining", OpenAmountOf(kind, *settled).ToString(2));
+    const Kind& kind = *FindKind(oKind.pays);
+    if (const Element* paid = oCompany.List(kind).Find(applied.ChildText("TxnID"))) {
+      applied.Set("BalanceRemaining", OpenAmountOf(kind, *paid).ToString(2));
       Arrange(applied, field.children);
     }
     WriteGroup(applied, field);

@@ -5,9 +5,10 @@
 #include "simulator/company/Defaults.h"
 #include "simulator/company/Draft.h"
 #include "simulator/company/Objects.h"
-#include "simulator/company/Reckoning.h"
+#include "simulator/company/Payments.h"
+#include "simulator/company/Postings.h"
 #include "simulator/company/References.h"
-#include "simulator/company/Settlement.h"
+#include "simulator/company/Totals.h"
 #include "simulator/messages/Merging.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/values/LongWork.h"
@@ -24,8 +25,9 @@ void NameLines(Element& object, std::span<const Field> fields, Use use) {
   }
 }
 
-// What follows from a line's item or amount is reckoned anew when that changes.
-void ForgetReckoned(Element& line, const Element& given, std::span<const Field> fields,
+// Drops the values of a line that follow from its item or its amount when that changes; they are
+// computed anew.
+void ForgetComputed(Element& line, const Element& given, std::span<const Field> fields,
                     bool newItem) {
   const bool newAmount = given.Child("Amount") != nullptr;
   bool newPrice = false;
@@ -68,7 +70,7 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
     const Element* item = given.Child("ItemRef");
     const Element* itemBefore = line.Child("ItemRef");
     fresh = item && (!itemBefore || item->ChildText("ListID") != itemBefore->ChildText("ListID"));
-    ForgetReckoned(line, given, field.children, fresh);
+    ForgetComputed(line, given, field.children, fresh);
   }
   Merge(line, given);
   if (fresh) FillIn(line, field.children, company);
@@ -102,11 +104,11 @@ std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
                             const Applications& applications) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
-  if (auto status = Reckon(kind, object, company, call.company.NewNumbers(), call.now)) {
+  if (auto status = ComputeTotals(kind, object, company, call.company.NewNumbers(), call.now)) {
     return status;
   }
-  if (!kind.settles.empty()) {
-    if (auto status = Settle(kind, object, applications, call.now, draft)) return status;
+  if (!kind.pays.empty()) {
+    if (auto status = ApplyPayment(kind, object, applications, call.now, draft)) return status;
   }
   Post(kind, object, draft);
   draft.Put(kind, object);
@@ -115,7 +117,7 @@ std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
 
 }  // namespace
 
-Answer AddTransaction(const Call& call) {
+Response AddTransaction(const Call& call) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
   Element object = Cleaned(call.element.children.front());
@@ -132,7 +134,7 @@ Answer AddTransaction(const Call& call) {
   return Saved(call, draft.Take(), object);
 }
 
-Answer ModifyTransaction(const Call& call) {
+Response ModifyTransaction(const Call& call) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
   Element given = call.element.children.front();
@@ -148,8 +150,8 @@ Answer ModifyTransaction(const Call& call) {
   Merge(object, given);
   Touch(object, call.now);
   Draft draft(company);
-  TakeBack(kind, *before, draft);
-  if (!kind.settles.empty()) Unsettle(kind, *before, call.now, draft);
+  Reverse(kind, *before, draft);
+  if (!kind.pays.empty()) TakeBackPayment(kind, *before, call.now, draft);
   if (auto status = Enter(call, draft, object, applications)) return {*status};
   if (OpenAmountOf(kind, object) < Decimal()) {
     return {CannotModify(kind.name, "The amount is less than what has been paid.")};
@@ -157,7 +159,7 @@ Answer ModifyTransaction(const Call& call) {
   return Saved(call, draft.Take(), object);
 }
 
-Answer DeleteTransaction(const Call& call) {
+Response DeleteTransaction(const Call& call) {
   const Company& company = call.company.Data();
   const Kind& kind = *FindKind(call.element.ChildText("TxnDelType"));
   const std::string id(call.element.ChildText("TxnID"));
@@ -170,9 +172,9 @@ Answer DeleteTransaction(const Call& call) {
   xml.Leaf("TimeDeleted", call.now.text);
   if (object->Child("RefNumber")) xml.Leaf("RefNumber", object->ChildText("RefNumber"));
   Draft draft(company);
-  TakeBack(kind, *object, draft);
-  if (!kind.settles.empty()) Unsettle(kind, *object, call.now, draft);
-  Release(kind, *object, call.now, draft);
+  Reverse(kind, *object, draft);
+  if (!kind.pays.empty()) TakeBackPayment(kind, *object, call.now, draft);
+  ReleasePayments(kind, *object, call.now, draft);
   draft.Remove(kind, id);
   Status status = CommitFor(call, draft.Take(), kind.name);
   if (status.IsError()) return {std::move(status)};

@@ -63,10 +63,10 @@ const Element& Bookkeeper::Add(std::string_view kind, const Element& fields) {
   xml.Close();
   xml.Close();
   xml.Close();
-  const std::string answer = ToUtf8(ProcessQbxml(FromUtf8(xml.Take()), oCompany, oSession, oNow));
+  const std::string response = ToUtf8(ProcessQbxml(FromUtf8(xml.Take()), oCompany, oSession, oNow));
   const Kind& added = *FindKind(kind);
-  const std::string_view id = TextOf(answer, std::string(added.IdField()));
-  if (id.empty()) throw std::logic_error(answer);
+  const std::string_view id = TextOf(response, std::string(added.IdField()));
+  if (id.empty()) throw std::logic_error(response);
   return *oCompany.Data().List(added).Find(id);
 }
 

@@ -7,7 +7,8 @@
 #include "simulator/company/CompanyReader.h"
 #include "simulator/company/Draft.h"
 #include "simulator/company/Objects.h"
-#include "simulator/company/Reckoning.h"
+#include "simulator/company/Postings.h"
+#include "simulator/company/Totals.h"
 #include "simulator/values/Decimal.h"
 #include "simulator/xml/XmlReader.h"
 
@@ -79,8 +80,8 @@ void CheckReferences(const Kind& kind, const Element& object, std::span<const Fi
       problems.Add(told + ": " + child.name + " leads to " +
                    Quoted(id.empty() ? child.ChildText("FullName") : id) + ", which is not there");
     }
-    const bool settles = !kind.settles.empty() && child.Child("TxnID");
-    if (settles && !company.List(*FindKind(kind.settles)).Find(child.ChildText("TxnID"))) {
+    const bool pays = !kind.pays.empty() && child.Child("TxnID");
+    if (pays && !company.List(*FindKind(kind.pays)).Find(child.ChildText("TxnID"))) {
       problems.Add(told + " is applied to " + Quoted(child.ChildText("TxnID")) +
                    ", which is not there");
     }
@@ -141,7 +142,7 @@ using Paid = std::map<std::string, Decimal, std::less<>>;  // by TxnID
 Paid AllPaid(const Company& company) {
   Paid paid;
   for (const Kind* kind : AllKinds()) {
-    if (kind->settles.empty()) continue;
+    if (kind->pays.empty()) continue;
     for (const auto& [key, payment] : company.List(*kind).InOrder()) {
       for (const Element& child : payment.children) {
         if (child.name != "AppliedToTxnRet") continue;

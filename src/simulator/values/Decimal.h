@@ -1,5 +1,5 @@
 // A number of money, goods or percents, exact to five decimals: what qbXML's amounts, prices,
-// quantities and percents are reckoned with.
+// quantities and percents are computed.
 #pragma once
 
 #include <cstdint>

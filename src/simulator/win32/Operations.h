@@ -15,9 +15,9 @@ using Values = std::span<const VARIANT* const>;
 struct Operation {
   TextView name;
   std::span<const VARTYPE> arguments;  // VT_BSTR or VT_I4
-  /// Returns what the call answers; empty for an operation without an answer.
+  /// Carries out the call and returns its result; empty for an operation that returns nothing.
   Text (*run)(RequestProcessor& processor, Values values);
-  bool answers;
+  bool returnsText;
 };
 
 /// Their numbers (DISPIDs) are their places here, from 1.

@@ -56,7 +56,7 @@ BSTR NewBstr(TextView text) {
   return made;
 }
 
-HRESULT AnswerWith(const Text& text, VARIANT* result) {
+HRESULT ReturnText(const Text& text, VARIANT* result) {
   if (result == nullptr) return S_OK;
   result->bstrVal = NewBstr(text);
   result->vt = VT_BSTR;
@@ -169,8 +169,8 @@ HRESULT RequestProcessorObject::Run(DISPID member, const DISPPARAMS& arguments, 
   Arguments taken;
   const HRESULT fit = taken.Take(arguments, operation.arguments, wrongArgument);
   if (FAILED(fit)) return fit;
-  const Text answer = operation.run(*oProcessor, taken.Get(operation.arguments.size()));
-  return operation.answers ? AnswerWith(answer, result) : S_OK;
+  const Text response = operation.run(*oProcessor, taken.Get(operation.arguments.size()));
+  return operation.returnsText ? ReturnText(response, result) : S_OK;
 }
 
 }  // namespace ostrel::simulator

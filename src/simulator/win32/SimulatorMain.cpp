@@ -22,7 +22,7 @@ constexpr int kUsageError = 64;
 constexpr TextView kHelp =
     u"Usage: OstrelSimulator /regserver | /unregserver | /stop\n"
     u"\n"
-    u"A stand-in for QuickBooks, for machines without it. Once registered, it answers the "
+    u"A stand-in for QuickBooks, for machines without it. Once registered, it serves the "
     u"programs\n"
     u"that use QuickBooks' request processor, from company files that are XML. sample.qbw beside\n"
     u"it is the company that is open when a program names none.\n"

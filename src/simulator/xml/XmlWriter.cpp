@@ -6,7 +6,7 @@
 namespace ostrel::simulator {
 namespace {
 
-// The reference for a character that may not stand as it is, or an empty text. QuickBooks answers
+// The reference for a character that may not stand as it is, or an empty text. QuickBooks responds
 // with the line breaks of its texts as they are; a file must give them back to a parser.
 std::string_view Reference(char c, bool inAttribute, bool inFile) {
   switch (c) {

@@ -80,7 +80,7 @@ class RequestProcessorTest : public testing::TestWithParam<Implementation> {
 INSTANTIATE_TEST_SUITE_P(Each, RequestProcessorTest, testing::ValuesIn(Implementations()),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST_P(RequestProcessorTest, AnswersARequestInASession) {
+TEST_P(RequestProcessorTest, ProcessesARequestInASession) {
   const Text company = Company();
   Client client = Connect();
   client.Begin(company);
@@ -112,17 +112,17 @@ TEST_P(RequestProcessorTest, CarriesNamesInAnyScript) {
   EXPECT_EQ(client->GetCurrentCompanyFileName(client.Ticket()), path);
 }
 
-// Its answers are 7-bit texts, as QuickBooks' own are.
-TEST_P(RequestProcessorTest, CarriesLineBreaksAndLettersOfRequestsAndAnswers) {
+// Its responses are 7-bit texts, as QuickBooks' own are.
+TEST_P(RequestProcessorTest, CarriesLineBreaksAndLettersOfRequestsAndResponses) {
   Client client = Connect();
   client.Begin(Company({}, "<CompanyInfo><Addr1>Quay 1\nTown</Addr1></CompanyInfo>"));
 
-  const Text answer = client.Ask(
+  const Text response = client.Ask(
       u"\r\n<CustomerAddRq><CustomerAdd>\r\n<Name>Ångström™</Name></CustomerAdd></CustomerAddRq>"
       u"\r\n<CompanyQueryRq/>");
 
-  EXPECT_THAT(ToUtf8(answer), HasSubstr("<Name>&#197;ngstr&#246;m&#8482;</Name>"));
-  EXPECT_THAT(ToUtf8(answer), HasSubstr("<Addr1>Quay 1\nTown</Addr1>"));
+  EXPECT_THAT(ToUtf8(response), HasSubstr("<Name>&#197;ngstr&#246;m&#8482;</Name>"));
+  EXPECT_THAT(ToUtf8(response), HasSubstr("<Addr1>Quay 1\nTown</Addr1>"));
 }
 
 TEST_P(RequestProcessorTest, CarriesThreeMillionCharactersBothWays) {
@@ -131,9 +131,9 @@ TEST_P(RequestProcessorTest, CarriesThreeMillionCharactersBothWays) {
   Client client = Connect();
   client.Begin(Company({}, "<CompanyInfo>" + notes + "</CompanyInfo>"));
 
-  const Text answer = client.Ask(u"<!-- " + Text(3'000'000, u'y') + u" --><CompanyQueryRq/>");
+  const Text response = client.Ask(u"<!-- " + Text(3'000'000, u'y') + u" --><CompanyQueryRq/>");
 
-  EXPECT_TRUE(Contains(answer, FromAscii(notes)));
+  EXPECT_TRUE(Contains(response, FromAscii(notes)));
 }
 
 TEST_P(RequestProcessorTest, FailsWithNumberAndSentence) {
@@ -224,17 +224,17 @@ TEST_P(RequestProcessorTest, ServesTwoClientsAtATime) {
   Client second = Connect();
   first.Begin(company);
   second.Begin(company);
-  Text answerToSecond;
+  Text responseToSecond;
   Timer timer(milliseconds(25), [&] {
     timer.SetEnabled(false);
-    answerToSecond = second.Ask(u"<HostQueryRq/>");
+    responseToSecond = second.Ask(u"<HostQueryRq/>");
   });
   timer.SetEnabled(true);
 
-  const Text answer = first.Ask(u"<CompanyQueryRq/>");
+  const Text response = first.Ask(u"<CompanyQueryRq/>");
 
-  EXPECT_THAT(ToUtf8(answer), HasSubstr("<CompanyRet>"));
-  EXPECT_THAT(ToUtf8(answerToSecond), HasSubstr("<HostRet>"));
+  EXPECT_THAT(ToUtf8(response), HasSubstr("<CompanyRet>"));
+  EXPECT_THAT(ToUtf8(responseToSecond), HasSubstr("<HostRet>"));
   EXPECT_NE(first.Ticket(), second.Ticket());
 }
 
@@ -249,9 +249,9 @@ TEST_P(RequestProcessorTest, TakesACallFromAnEventThatComesDuringAnother) {
   });
   timer.SetEnabled(true);
 
-  const Text answer = client.Ask(u"<HostQueryRq/>");
+  const Text response = client.Ask(u"<HostQueryRq/>");
 
-  EXPECT_THAT(ToUtf8(answer), HasSubstr("<HostRet>"));
+  EXPECT_THAT(ToUtf8(response), HasSubstr("<HostRet>"));
   EXPECT_EQ(name, company);
 }
 

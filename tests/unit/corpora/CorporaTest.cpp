@@ -38,7 +38,7 @@ int Replay(const std::string& name) {
   return replayed;
 }
 
-TEST(Corpora, QbxmlIsAnsweredOrRefused) { EXPECT_GE(Replay("qbxml"), 20); }
+TEST(Corpora, QbxmlIsProcessedOrRefused) { EXPECT_GE(Replay("qbxml"), 20); }
 TEST(Corpora, SocketRequestsStayTheirClients) { EXPECT_GE(Replay("socket"), 8); }
 TEST(Corpora, RequestFilesAreReadAsTheyAre) { EXPECT_GE(Replay("requestfile"), 8); }
 TEST(Corpora, SettingsFilesAreReadAndWritten) { EXPECT_GE(Replay("settings"), 8); }

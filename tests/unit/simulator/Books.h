@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "Conversation.h"
-#include "tests/support/QbxmlAnswer.h"
+#include "tests/support/QbxmlResponse.h"
 
 namespace ostrel {
 
@@ -48,30 +48,32 @@ class Books : public Conversation {
     sVersion = "13.0";
   }
 
-  QbxmlAnswer Tell(std::string_view message) { return QbxmlAnswer(Ask(message)); }
+  QbxmlResponse Tell(std::string_view message) { return QbxmlResponse(Ask(message)); }
 
   /// Tells "<CustomerAddRq><CustomerAdd>...".
-  QbxmlAnswer Add(const std::string& kind, const std::string& fields) {
+  QbxmlResponse Add(const std::string& kind, const std::string& fields) {
     return Tell(Wrapped(kind, "Add", fields));
   }
-  /// Modifies the object that the answer holds, as the answer knew it.
-  QbxmlAnswer Modify(const std::string& kind, const QbxmlAnswer& known, const std::string& fields) {
+  /// Modifies the object that the response holds, as the response knew it.
+  QbxmlResponse Modify(const std::string& kind, const QbxmlResponse& known,
+                       const std::string& fields) {
     const std::string id = known.Has("TxnID") ? "TxnID" : "ListID";
     return Tell(Wrapped(
         kind, "Mod",
         Leaf(id, known.Text(id)) + Leaf("EditSequence", known.Text("EditSequence")) + fields));
   }
-  QbxmlAnswer Query(const std::string& kind, const std::string& filters = "",
-                    const std::string& attributes = "") {
+  QbxmlResponse Query(const std::string& kind, const std::string& filters = "",
+                      const std::string& attributes = "") {
     return Tell("<" + kind + "QueryRq " + attributes + ">" + filters + "</" + kind + "QueryRq>");
   }
-  QbxmlAnswer Find(const std::string& kind, const std::string& fullName) {
+  QbxmlResponse Find(const std::string& kind, const std::string& fullName) {
     return Query(kind, Leaf("FullName", fullName));
   }
   std::string Balance(const std::string& kind, const std::string& fullName) {
     return Find(kind, fullName).Text("Balance");
   }
-  QbxmlAnswer Delete(const std::string& category, const std::string& kind, const std::string& id) {
+  QbxmlResponse Delete(const std::string& category, const std::string& kind,
+                       const std::string& id) {
     return Tell("<" + category + "DelRq><" + category + "DelType>" + kind + "</" + category +
                 "DelType><" + (category == "List" ? "ListID>" : "TxnID>") + id +
                 (category == "List" ? "</ListID>" : "</TxnID>") + "</" + category + "DelRq>");
@@ -88,10 +90,10 @@ class Books : public Conversation {
     return Leaf("InvoiceLineAdd", Ref("ItemRef", item) + Leaf("Quantity", quantity));
   }
   /// An invoice to Abbott over 25.00 before tax.
-  QbxmlAnswer InvoiceTwoHammers() {
+  QbxmlResponse InvoiceTwoHammers() {
     return Add("Invoice", Ref("CustomerRef", "Abbott") + InvoiceLine("Hammer", "2"));
   }
-  QbxmlAnswer Pay(const QbxmlAnswer& invoice, const std::string& amount) {
+  QbxmlResponse Pay(const QbxmlResponse& invoice, const std::string& amount) {
     return Add("ReceivePayment", Ref("CustomerRef", "Abbott") + Leaf("TotalAmount", amount) +
                                      Leaf("AppliedToTxnAdd", Leaf("TxnID", invoice.Text("TxnID")) +
                                                                  Leaf("PaymentAmount", amount)));

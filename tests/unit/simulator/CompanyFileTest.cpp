@@ -115,7 +115,7 @@ TEST_F(CompanyFileTest, CutsOffWhatACrashHasTorn) {
 }
 
 // Whatever is left of the record of a change, those before it are there.
-TEST_F(CompanyFileTest, LosesNoAnsweredChangeToACrashInTheMiddleOfAnother) {
+TEST_F(CompanyFileTest, LosesNoConfirmedChangeToACrashInTheMiddleOfAnother) {
   const auto crashed = [&](std::size_t written) {
     oStorage = FakeCompanyStorage();
     oStorage.Files[kPath] = "old";

@@ -62,9 +62,9 @@ class Conversation {
   }
   /// Whether the company has a customer of that name, active or not.
   bool Has(std::string_view fullName) {
-    const std::string answer = Ask("<CustomerQueryRq><FullName>" + std::string(fullName) +
-                                   "</FullName></CustomerQueryRq>");
-    return answer.find("<CustomerRet>") != std::string::npos;
+    const std::string response = Ask("<CustomerQueryRq><FullName>" + std::string(fullName) +
+                                     "</FullName></CustomerQueryRq>");
+    return response.find("<CustomerRet>") != std::string::npos;
   }
   /// The file as it is once the company is closed; it is opened again.
   std::string File() {
@@ -88,9 +88,9 @@ class Conversation {
   Text sTicket;
 };
 
-/// The frame and the answer's element around what the test is about.
-inline std::string Framed(std::string_view answers) {
-  return "<?xml version=\"1.0\" ?>\n<QBXML>\n<QBXMLMsgsRs>\n" + std::string(answers) +
+/// The frame and the response's element around what the test is about.
+inline std::string Framed(std::string_view responses) {
+  return "<?xml version=\"1.0\" ?>\n<QBXML>\n<QBXMLMsgsRs>\n" + std::string(responses) +
          "</QBXMLMsgsRs>\n</QBXML>\n";
 }
 

@@ -35,7 +35,7 @@ std::string Add(std::string_view fields) {
 
 std::string Named(std::string_view name) { return "<Name>" + std::string(name) + "</Name>"; }
 
-std::string Answered(std::string_view name, std::string_view rets) {
+std::string ResponseWith(std::string_view name, std::string_view rets) {
   return Framed("<" + std::string(name) +
                 " requestID=\"1\" statusCode=\"0\" statusSeverity=\"Info\" "
                 "statusMessage=\"Status OK\">\n" +
@@ -46,20 +46,20 @@ TEST(CustomerQuery, FindsByListId) {
   Conversation client;
 
   EXPECT_EQ(client.Ask(Query("<ListID>80000001-1262304000</ListID>")),
-            Answered("CustomerQueryRs", kZimmerRet));
+            ResponseWith("CustomerQueryRs", kZimmerRet));
 }
 
 TEST(CustomerQuery, FindsByFullNameInAnyLetterCase) {
   Conversation client;
 
   EXPECT_EQ(client.Ask(Query("<FullName> zIMMER </FullName>")),
-            Answered("CustomerQueryRs", kZimmerRet));
+            ResponseWith("CustomerQueryRs", kZimmerRet));
 }
 
 TEST(CustomerQuery, FindsTheActiveOnesWithoutAFilter) {
   Conversation client;
 
-  EXPECT_EQ(client.Ask(Query("")), Answered("CustomerQueryRs", kZimmerRet));
+  EXPECT_EQ(client.Ask(Query("")), ResponseWith("CustomerQueryRs", kZimmerRet));
 }
 
 TEST(CustomerQuery, FindsByStatus) {
@@ -74,27 +74,27 @@ TEST(CustomerQuery, FindsByStatus) {
 TEST(CustomerQuery, ReturnsInTheOrderOfNames) {
   Conversation client;
 
-  const std::string answer = client.Ask(Query("<ActiveStatus>All</ActiveStatus>"));
+  const std::string response = client.Ask(Query("<ActiveStatus>All</ActiveStatus>"));
 
-  EXPECT_LT(answer.find("Archer"), answer.find("Zimmer"));
+  EXPECT_LT(response.find("Archer"), response.find("Zimmer"));
 }
 
 TEST(CustomerQuery, ReturnsInTheOrderOfTheKeysAskedFor) {
   Conversation client;
 
-  const std::string answer =
+  const std::string response =
       client.Ask(Query("<FullName>Zimmer</FullName><FullName>Archer</FullName>"));
 
-  EXPECT_LT(answer.find("<Name>Zimmer"), answer.find("<Name>Archer"));
+  EXPECT_LT(response.find("<Name>Zimmer"), response.find("<Name>Archer"));
 }
 
 TEST(CustomerQuery, ReturnsNoMoreThanAskedFor) {
   Conversation client;
 
-  const std::string answer =
+  const std::string response =
       client.Ask(Query("<MaxReturned>1</MaxReturned><ActiveStatus>All</ActiveStatus>"));
 
-  EXPECT_THAT(answer, AllOf(HasSubstr("Archer"), Not(HasSubstr("Zimmer"))));
+  EXPECT_THAT(response, AllOf(HasSubstr("Archer"), Not(HasSubstr("Zimmer"))));
 }
 
 TEST(CustomerQuery, SaysThatNothingMatches) {
@@ -141,33 +141,33 @@ TEST(CustomerQuery, RefusesWhatTheTableDoesNotHold) {
 TEST(CustomerAdd, ReturnsTheCustomerAsItNowIs) {
   Conversation client;
 
-  const std::string answer = client.Ask(
+  const std::string response = client.Ask(
       Add("<Name> Caf\xC3\xA9 Noir </Name><IsActive>1</IsActive><CompanyName>C &amp; N"
           "</CompanyName><FirstName/><BillAddress><Addr1>1 Main</Addr1><City>Napa</City>"
           "</BillAddress><ShipAddress/><Phone>555-0101</Phone><Email>a@example.com</Email>"
           "<Notes>Pays late</Notes>"));
 
-  EXPECT_EQ(answer, Answered("CustomerAddRs",
-                             "<CustomerRet>\n"
-                             "<ListID>80000003-1262682187</ListID>\n"
-                             "<TimeCreated>2010-01-05T09:03:07+00:00</TimeCreated>\n"
-                             "<TimeModified>2010-01-05T09:03:07+00:00</TimeModified>\n"
-                             "<EditSequence>1262682187</EditSequence>\n"
-                             "<Name>Caf&#233; Noir</Name>\n"
-                             "<FullName>Caf&#233; Noir</FullName>\n"
-                             "<IsActive>true</IsActive>\n"
-                             "<Sublevel>0</Sublevel>\n"
-                             "<CompanyName>C &amp; N</CompanyName>\n"
-                             "<BillAddress>\n"
-                             "<Addr1>1 Main</Addr1>\n"
-                             "<City>Napa</City>\n"
-                             "</BillAddress>\n"
-                             "<Phone>555-0101</Phone>\n"
-                             "<Email>a@example.com</Email>\n"
-                             "<Balance>0.00</Balance>\n"
-                             "<TotalBalance>0.00</TotalBalance>\n"
-                             "<Notes>Pays late</Notes>\n"
-                             "</CustomerRet>\n"));
+  EXPECT_EQ(response, ResponseWith("CustomerAddRs",
+                                   "<CustomerRet>\n"
+                                   "<ListID>80000003-1262682187</ListID>\n"
+                                   "<TimeCreated>2010-01-05T09:03:07+00:00</TimeCreated>\n"
+                                   "<TimeModified>2010-01-05T09:03:07+00:00</TimeModified>\n"
+                                   "<EditSequence>1262682187</EditSequence>\n"
+                                   "<Name>Caf&#233; Noir</Name>\n"
+                                   "<FullName>Caf&#233; Noir</FullName>\n"
+                                   "<IsActive>true</IsActive>\n"
+                                   "<Sublevel>0</Sublevel>\n"
+                                   "<CompanyName>C &amp; N</CompanyName>\n"
+                                   "<BillAddress>\n"
+                                   "<Addr1>1 Main</Addr1>\n"
+                                   "<City>Napa</City>\n"
+                                   "</BillAddress>\n"
+                                   "<Phone>555-0101</Phone>\n"
+                                   "<Email>a@example.com</Email>\n"
+                                   "<Balance>0.00</Balance>\n"
+                                   "<TotalBalance>0.00</TotalBalance>\n"
+                                   "<Notes>Pays late</Notes>\n"
+                                   "</CustomerRet>\n"));
 }
 
 TEST(CustomerAdd, IsSavedAndReadAgain) {
@@ -222,9 +222,9 @@ TEST(CustomerAdd, ChangesNothingWhenItCannotBeSaved) {
   Conversation client;
   client.oStorage.iWriteError = platform::kDiskFull;
 
-  const std::string answer = client.Ask(Add(Named("Jo")));
+  const std::string response = client.Ask(Add(Named("Jo")));
 
-  EXPECT_THAT(answer,
+  EXPECT_THAT(response,
               HasSubstr("statusCode=\"3180\" statusSeverity=\"Error\" statusMessage=\"There "
                         "was an error when saving a Customers list, element "
                         "&quot;Jo&quot;.  QuickBooks error message: "));

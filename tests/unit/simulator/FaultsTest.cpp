@@ -63,14 +63,14 @@ TEST(Faults, EndQuickBooks) {
   EXPECT_EQ(FailuresOfAsking(books, 2), (std::vector<std::uint32_t>{0, 0x800706BE}));
 }
 
-TEST(Faults, AnswerAMessageWithAStatusAndDoNotCarryItOut) {
+TEST(Faults, RespondToAMessageWithAStatusAndDoNotCarryItOut) {
   Books books(
       CompanyWith("<Fault message='VendorAddRq' statusCode='3175' "
                   "statusMessage='It is in use.' once='1'/>"));
 
-  const QbxmlAnswer refused = books.Tell(AddVendor("Mill"));
-  const QbxmlAnswer other = books.Add("Class", "<Name>Q</Name>");
-  const QbxmlAnswer again = books.Tell(AddVendor("Mill"));
+  const QbxmlResponse refused = books.Tell(AddVendor("Mill"));
+  const QbxmlResponse other = books.Add("Class", "<Name>Q</Name>");
+  const QbxmlResponse again = books.Tell(AddVendor("Mill"));
 
   EXPECT_EQ(refused.Code(), "3175");
   EXPECT_EQ(refused.Attribute("statusSeverity"), "Error");
@@ -84,9 +84,9 @@ TEST(Faults, StopARequestAtTheirMessage) {
 
   const std::string response = books.Ask(AddVendor("A") + AddVendor("B") + AddVendor("C"));
 
-  EXPECT_EQ(QbxmlAnswer(response, 0).Code(), "0");
-  EXPECT_EQ(QbxmlAnswer(response, 1).Code(), "3175");
-  EXPECT_EQ(QbxmlAnswer(response, 2).Code(), "3231");
+  EXPECT_EQ(QbxmlResponse(response, 0).Code(), "0");
+  EXPECT_EQ(QbxmlResponse(response, 1).Code(), "3175");
+  EXPECT_EQ(QbxmlResponse(response, 2).Code(), "3231");
 }
 
 TEST(Faults, FailARequestAtTheirMessage) {
@@ -101,13 +101,13 @@ TEST(Faults, MakeAResponseOfAGivenSize) {
   const std::string response = books.Ask("<HostQueryRq/>");
 
   EXPECT_EQ(response.size(), 100'000u);
-  EXPECT_EQ(QbxmlAnswer(response).Code(), "0");
+  EXPECT_EQ(QbxmlResponse(response).Code(), "0");
 }
 
 TEST(Faults, DoNotCutAResponse) {
   Books books(CompanyWith("<Fault message='HostQueryRq' answerSize='10'/>"));
 
-  EXPECT_EQ(QbxmlAnswer(books.Ask("<HostQueryRq/>")).Code(), "0");
+  EXPECT_EQ(QbxmlResponse(books.Ask("<HostQueryRq/>")).Code(), "0");
 }
 
 // A slip would otherwise look like a stand-in that ignores what it is told.

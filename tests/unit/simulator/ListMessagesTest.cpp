@@ -38,10 +38,10 @@ TEST(Lists, OfEveryKindAreAddedFoundModifiedAndDeleted) {
     SCOPED_TRACE(name);
     Books books;
 
-    const QbxmlAnswer added = books.Add(name, FieldsOfNew(*kind));
-    const QbxmlAnswer found = books.Find(name, "New");
-    const QbxmlAnswer changed = books.Modify(name, found, "<IsActive>false</IsActive>");
-    const QbxmlAnswer deleted = books.Delete("List", name, found.Text("ListID"));
+    const QbxmlResponse added = books.Add(name, FieldsOfNew(*kind));
+    const QbxmlResponse found = books.Find(name, "New");
+    const QbxmlResponse changed = books.Modify(name, found, "<IsActive>false</IsActive>");
+    const QbxmlResponse deleted = books.Delete("List", name, found.Text("ListID"));
 
     EXPECT_EQ(added.Code(), "0") << added.Message();
     EXPECT_EQ(found.Text("ListID"), added.Text("ListID"));
@@ -72,9 +72,9 @@ TEST(Lists, ReturnReferencesByIdAndName) {
   Books books;
   const std::string id = books.Find("StandardTerms", "Net 30").Text("ListID");
 
-  const QbxmlAnswer byName =
+  const QbxmlResponse byName =
       books.Add("Customer", "<Name>Q1</Name>" + Books::Ref("TermsRef", "net 30"));
-  const QbxmlAnswer byId =
+  const QbxmlResponse byId =
       books.Add("Customer", "<Name>Q2</Name><TermsRef><ListID>" + id + "</ListID></TermsRef>");
 
   EXPECT_EQ(byName.Text("TermsRef/ListID"), id);
@@ -85,33 +85,33 @@ TEST(Lists, ReturnReferencesByIdAndName) {
 TEST(Lists, RefuseAReferenceToNothing) {
   Books books;
 
-  const QbxmlAnswer answer =
+  const QbxmlResponse response =
       books.Add("Customer", "<Name>Q</Name>" + Books::Ref("TermsRef", "Net 99"));
 
-  EXPECT_EQ(answer.Code(), "3140");
-  EXPECT_THAT(answer.Message(), HasSubstr("invalid reference to QuickBooks Terms \"Net 99\" in "
-                                          "the Customer."));
+  EXPECT_EQ(response.Code(), "3140");
+  EXPECT_THAT(response.Message(), HasSubstr("invalid reference to QuickBooks Terms \"Net 99\" in "
+                                            "the Customer."));
 }
 
 TEST(Lists, RefuseAReferenceToAnAccountOfAnotherType) {
   Books books;
 
-  const QbxmlAnswer answer = books.Add(
+  const QbxmlResponse response = books.Add(
       "Invoice", Books::Ref("CustomerRef", "Abbott") + Books::Ref("ARAccountRef", "Checking"));
 
-  EXPECT_EQ(answer.Code(), "3150");
+  EXPECT_EQ(response.Code(), "3150");
 }
 
 TEST(Lists, NameChildrenAfterTheirParents) {
   Books books;
 
-  const QbxmlAnswer answer =
+  const QbxmlResponse response =
       books.Add("Customer", "<Name>Stall</Name>" + Books::Ref("ParentRef", "Abbott:Barn"));
 
-  EXPECT_EQ(answer.Text("Name"), "Stall");
-  EXPECT_EQ(answer.Text("FullName"), "Abbott:Barn:Stall");
-  EXPECT_EQ(answer.Text("Sublevel"), "2");
-  EXPECT_EQ(answer.Text("ParentRef/FullName"), "Abbott:Barn");
+  EXPECT_EQ(response.Text("Name"), "Stall");
+  EXPECT_EQ(response.Text("FullName"), "Abbott:Barn:Stall");
+  EXPECT_EQ(response.Text("Sublevel"), "2");
+  EXPECT_EQ(response.Text("ParentRef/FullName"), "Abbott:Barn");
 }
 
 TEST(Lists, ReturnChildrenDirectlyBehindTheirParent) {
@@ -155,9 +155,9 @@ TEST(Lists, RefuseANameOfAnotherKindOfTheFamily) {
 TEST(Lists, MakeTheNameOfAnEmployee) {
   Books books;
 
-  const QbxmlAnswer added =
+  const QbxmlResponse added =
       books.Add("Employee", "<FirstName>Jo</FirstName><LastName>Reed</LastName>");
-  const QbxmlAnswer changed = books.Modify("Employee", added, "<LastName>Read</LastName>");
+  const QbxmlResponse changed = books.Modify("Employee", added, "<LastName>Read</LastName>");
 
   EXPECT_EQ(added.Text("Name"), "Jo Reed");
   EXPECT_EQ(changed.Text("Name"), "Jo Read");
@@ -166,21 +166,21 @@ TEST(Lists, MakeTheNameOfAnEmployee) {
 TEST(Lists, OpenWithABalance) {
   Books books;
 
-  const QbxmlAnswer answer = books.Add("Customer",
-                                       "<Name>Q</Name><OpenBalance>99.5</OpenBalance>"
-                                       "<OpenBalanceDate>2010-01-01</OpenBalanceDate>");
+  const QbxmlResponse response = books.Add("Customer",
+                                           "<Name>Q</Name><OpenBalance>99.5</OpenBalance>"
+                                           "<OpenBalanceDate>2010-01-01</OpenBalanceDate>");
 
-  EXPECT_EQ(answer.Text("Balance"), "99.50");
-  EXPECT_EQ(answer.Text("TotalBalance"), "99.50");
-  EXPECT_FALSE(answer.Has("OpenBalance"));
-  EXPECT_FALSE(answer.Has("OpenBalanceDate"));
+  EXPECT_EQ(response.Text("Balance"), "99.50");
+  EXPECT_EQ(response.Text("TotalBalance"), "99.50");
+  EXPECT_FALSE(response.Has("OpenBalance"));
+  EXPECT_FALSE(response.Has("OpenBalanceDate"));
 }
 
 TEST(ListMod, ChangesWhatItGivesAndKeepsTheRest) {
   Books books;
-  const QbxmlAnswer before = books.Add("Customer", "<Name>Q</Name><Phone>1</Phone><Fax>2</Fax>");
+  const QbxmlResponse before = books.Add("Customer", "<Name>Q</Name><Phone>1</Phone><Fax>2</Fax>");
 
-  const QbxmlAnswer after =
+  const QbxmlResponse after =
       books.Modify("Customer", before, "<Phone/><Email>q@example.com</Email>");
 
   EXPECT_EQ(after.Code(), "0");
@@ -192,10 +192,10 @@ TEST(ListMod, ChangesWhatItGivesAndKeepsTheRest) {
 
 TEST(ListMod, ChangesTheEditSequenceEvenWithinASecond) {
   Books books;
-  const QbxmlAnswer first = books.Find("Customer", "Zeller");
+  const QbxmlResponse first = books.Find("Customer", "Zeller");
 
-  const QbxmlAnswer second = books.Modify("Customer", first, "<Phone>1</Phone>");
-  const QbxmlAnswer third = books.Modify("Customer", second, "<Phone>1</Phone>");
+  const QbxmlResponse second = books.Modify("Customer", first, "<Phone>1</Phone>");
+  const QbxmlResponse third = books.Modify("Customer", second, "<Phone>1</Phone>");
 
   EXPECT_NE(first.Text("EditSequence"), second.Text("EditSequence"));
   EXPECT_NE(second.Text("EditSequence"), third.Text("EditSequence"));
@@ -203,10 +203,10 @@ TEST(ListMod, ChangesTheEditSequenceEvenWithinASecond) {
 
 TEST(ListMod, SetsTheTimeOfTheChange) {
   Books books;
-  const QbxmlAnswer before = books.Find("Customer", "Zeller");
+  const QbxmlResponse before = books.Find("Customer", "Zeller");
   books.oClock.Advance(std::chrono::hours(1));
 
-  const QbxmlAnswer after = books.Modify("Customer", before, "<Phone>1</Phone>");
+  const QbxmlResponse after = books.Modify("Customer", before, "<Phone>1</Phone>");
 
   EXPECT_EQ(after.Text("TimeCreated"), "2010-01-05T09:03:07+00:00");
   EXPECT_EQ(after.Text("TimeModified"), "2010-01-05T10:03:07+00:00");
@@ -214,10 +214,10 @@ TEST(ListMod, SetsTheTimeOfTheChange) {
 
 TEST(ListMod, IsRefusedWithAStaleEditSequenceAndReturnsTheObject) {
   Books books;
-  const QbxmlAnswer stale = books.Find("Customer", "Zeller");
-  const QbxmlAnswer fresh = books.Modify("Customer", stale, "<Phone>1</Phone>");
+  const QbxmlResponse stale = books.Find("Customer", "Zeller");
+  const QbxmlResponse fresh = books.Modify("Customer", stale, "<Phone>1</Phone>");
 
-  const QbxmlAnswer refused = books.Modify("Customer", stale, "<Phone>2</Phone>");
+  const QbxmlResponse refused = books.Modify("Customer", stale, "<Phone>2</Phone>");
 
   EXPECT_EQ(refused.Code(), "3200");
   EXPECT_EQ(refused.Message(),
@@ -238,12 +238,12 @@ TEST(ListMod, RefusesAnObjectThatIsNotThere) {
 
 TEST(ListMod, RenamesWhatLiesBelowAndWhatRefersToIt) {
   Books books;
-  const QbxmlAnswer invoice = books.Add(
+  const QbxmlResponse invoice = books.Add(
       "Invoice", Books::Ref("CustomerRef", "Abbott:Barn") + Books::InvoiceLine("Hammer", "1"));
 
   books.Modify("Customer", books.Find("Customer", "Abbott"), "<Name>Quill</Name>");
 
-  const QbxmlAnswer job = books.Find("Customer", "Quill:Barn");
+  const QbxmlResponse job = books.Find("Customer", "Quill:Barn");
   EXPECT_EQ(job.Text("ParentRef/FullName"), "Quill");
   EXPECT_EQ(books.Query("Invoice", Books::Leaf("TxnID", invoice.Text("TxnID")))
                 .Text("CustomerRef/FullName"),
@@ -254,15 +254,15 @@ TEST(ListMod, RenamesWhatLiesBelowAndWhatRefersToIt) {
 TEST(ListMod, MovesAnObjectUnderAnotherParent) {
   Books books;
 
-  const QbxmlAnswer moved = books.Modify("Customer", books.Find("Customer", "Abbott:Barn"),
-                                         Books::Ref("ParentRef", "Zeller"));
+  const QbxmlResponse moved = books.Modify("Customer", books.Find("Customer", "Abbott:Barn"),
+                                           Books::Ref("ParentRef", "Zeller"));
 
   EXPECT_EQ(moved.Text("FullName"), "Zeller:Barn");
 }
 
 TEST(ListMod, RefusesToPutAnObjectBelowItself) {
   Books books;
-  const QbxmlAnswer parent = books.Find("Customer", "Abbott");
+  const QbxmlResponse parent = books.Find("Customer", "Abbott");
 
   EXPECT_EQ(books.Modify("Customer", parent, Books::Ref("ParentRef", "Abbott:Barn")).Code(),
             "3170");
@@ -287,7 +287,7 @@ TEST(ListMod, MayChangeTheLetterCaseOfAName) {
 
 TEST(ListMod, RefusesWhatIsOnlyReturned) {
   Books books;
-  const QbxmlAnswer customer = books.Find("Customer", "Zeller");
+  const QbxmlResponse customer = books.Find("Customer", "Zeller");
 
   for (const char* field :
        {"<Balance>1.00</Balance>", "<FullName>Q</FullName>", "<OpenBalance>1.00</OpenBalance>"}) {
@@ -295,7 +295,7 @@ TEST(ListMod, RefusesWhatIsOnlyReturned) {
   }
 }
 
-TEST(ListDel, AnswersWithWhatWasDeleted) {
+TEST(ListDel, RespondsWithWhatWasDeleted) {
   Books books;
   const std::string id = books.Find("Customer", "Zeller").Text("ListID");
 
@@ -363,9 +363,10 @@ TEST(Values, AreRefusedWithTheStatusOfTheirType) {
 TEST(Values, ComeBackInQuickBooksForm) {
   Books books;
 
-  const QbxmlAnswer answer = books.Add("Customer", "<Name>Q</Name><CreditLimit>1500</CreditLimit>");
+  const QbxmlResponse response =
+      books.Add("Customer", "<Name>Q</Name><CreditLimit>1500</CreditLimit>");
 
-  EXPECT_EQ(answer.Text("CreditLimit"), "1500.00");
+  EXPECT_EQ(response.Text("CreditLimit"), "1500.00");
 }
 
 TEST(Versions, HideAndRefuseLaterFields) {

@@ -55,7 +55,7 @@ TEST(OpenCompany, IsLeftAsItIsWhenNothingHasChanged) {
 
 TEST(OpenCompany, LosesNothingWhenItsProcessIsKilled) {
   Books killed;
-  const QbxmlAnswer invoice = killed.InvoiceTwoHammers();
+  const QbxmlResponse invoice = killed.InvoiceTwoHammers();
   killed.Pay(invoice, "7.00");
   killed.Modify("Customer", killed.Find("Customer", "Abbott"), "<Name>Abbot</Name>");
   killed.Delete("List", "Customer", killed.Find("Customer", "Zeller").Text("ListID"));
@@ -73,7 +73,7 @@ TEST(OpenCompany, LosesNothingWhenItsProcessIsKilled) {
 
 TEST(OpenCompany, GivesTheNumbersOfWhatAJournalHasRemovedToNobodyElse) {
   Books killed;
-  const QbxmlAnswer gone = killed.Add("Customer", "<Name>Gone</Name>");
+  const QbxmlResponse gone = killed.Add("Customer", "<Name>Gone</Name>");
   killed.Delete("List", "Customer", gone.Text("ListID"));
 
   Survivor survivor(killed);
@@ -152,7 +152,7 @@ TEST(OpenCompany, LeavesOutWhatRefersToADamagedRecordAndKeepsTheRest) {
 
 TEST(OpenCompany, KeepsPaymentsOutOfWhatIsNotThere) {
   Books killed;
-  const QbxmlAnswer invoice = killed.InvoiceTwoHammers();
+  const QbxmlResponse invoice = killed.InvoiceTwoHammers();
   killed.Pay(invoice, "7.00");
   std::string& journal = killed.oStorage.Files[kJournal];
   // Its second record is the payment, with the invoice as it is then: it stands by itself.

@@ -28,7 +28,7 @@ std::uint32_t FailureOfSending(std::string_view request) {
   return FailureOf([&] { client.Send(request); });
 }
 
-TEST(QbxmlEngine, AnswersAHostQuery) {
+TEST(QbxmlEngine, RespondsToAHostQuery) {
   Conversation client;
 
   EXPECT_EQ(client.Send(HostQuery()),
@@ -61,7 +61,7 @@ TEST(QbxmlEngine, AnswersAHostQuery) {
                    "</HostQueryRs>\n"));
 }
 
-TEST(QbxmlEngine, AnswersACompanyQuery) {
+TEST(QbxmlEngine, RespondsToACompanyQuery) {
   Conversation client;
 
   EXPECT_EQ(client.Ask("<CompanyQueryRq/>"),
@@ -153,20 +153,20 @@ TEST(QbxmlEngine, DoesNothingOfARequestThatItRefuses) {
   EXPECT_FALSE(client.Has("Jo"));
 }
 
-TEST(QbxmlEngine, AnswersMessagesInTheirOrder) {
+TEST(QbxmlEngine, RespondsToMessagesInTheirOrder) {
   Conversation client;
 
-  const std::string answer = client.Ask("<CompanyQueryRq/><HostQueryRq/>");
+  const std::string response = client.Ask("<CompanyQueryRq/><HostQueryRq/>");
 
-  EXPECT_LT(answer.find("<CompanyQueryRs"), answer.find("<HostQueryRs"));
+  EXPECT_LT(response.find("<CompanyQueryRs"), response.find("<HostQueryRs"));
 }
 
 TEST(QbxmlEngine, StopsAtTheFirstErrorWhenAskedTo) {
   Conversation client;
 
-  const std::string answer = client.Ask(std::string(kAddZimmer) + kAddJo, "stopOnError");
+  const std::string response = client.Ask(std::string(kAddZimmer) + kAddJo, "stopOnError");
 
-  EXPECT_EQ(answer,
+  EXPECT_EQ(response,
             Framed("<CustomerAddRs requestID=\"2\" statusCode=\"3100\" statusSeverity=\"Error\" "
                    "statusMessage=\"The name &quot;Zimmer&quot; of the list element is already in "
                    "use.\" />\n"
@@ -186,12 +186,12 @@ TEST(QbxmlEngine, ContinuesAfterAnErrorWhenAskedTo) {
 TEST(QbxmlEngine, DoesNotStopAtAWarning) {
   Conversation client;
 
-  const std::string answer =
+  const std::string response =
       client.Ask("<CustomerQueryRq><FullName>Nobody</FullName></CustomerQueryRq><HostQueryRq/>",
                  "stopOnError");
 
-  EXPECT_THAT(answer, HasSubstr("statusCode=\"500\" statusSeverity=\"Warn\""));
-  EXPECT_THAT(answer, HasSubstr("<HostRet>"));
+  EXPECT_THAT(response, HasSubstr("statusCode=\"500\" statusSeverity=\"Warn\""));
+  EXPECT_THAT(response, HasSubstr("<HostRet>"));
 }
 
 // A response of so many bytes, half of them a customer's notes.

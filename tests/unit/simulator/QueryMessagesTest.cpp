@@ -88,7 +88,7 @@ TEST(TransactionQuery, TakesBothEndsOfARangeOfNumbers) {
 TEST(ListQuery, ReturnsNoMoreThanAskedForOfSeveralKinds) {
   Books books;
   for (std::size_t most = 1; most <= 5; ++most) {
-    const QbxmlAnswer items =
+    const QbxmlResponse items =
         books.Query("Item", "<MaxReturned>" + std::to_string(most) + "</MaxReturned>");
     EXPECT_EQ(items.Count(), std::min<std::size_t>(most, 4));
   }
@@ -126,13 +126,13 @@ TEST(ListQuery, RefusesABadDate) {
 TEST(ListQuery, FindsItemsOfAllKinds) {
   Books books;
 
-  const std::string answer = books.Ask("<ItemQueryRq/>");
+  const std::string response = books.Ask("<ItemQueryRq/>");
 
   for (const char* ret :
        {"ItemServiceRet", "ItemInventoryRet", "ItemDiscountRet", "ItemSalesTaxRet"}) {
-    EXPECT_THAT(answer, HasSubstr(ret));
+    EXPECT_THAT(response, HasSubstr(ret));
   }
-  EXPECT_EQ(QbxmlAnswer(answer).Name(), "ItemQueryRs");
+  EXPECT_EQ(QbxmlResponse(response).Name(), "ItemQueryRs");
 }
 
 TEST(Query, ReturnsTheElementsAskedFor) {
@@ -156,9 +156,9 @@ TEST(Query, TakesTheOwnersOfExtensionsThatItDoesNotHave) {
 TEST(Query, CountsWhatItReturns) {
   Books books;
 
-  const QbxmlAnswer both = books.Query("Customer", "", "metaData='MetaDataAndResponseData'");
-  const QbxmlAnswer only = books.Query("Customer", "", "metaData='MetaDataOnly'");
-  const QbxmlAnswer none = books.Query("Customer", "", "metaData='NoMetaData'");
+  const QbxmlResponse both = books.Query("Customer", "", "metaData='MetaDataAndResponseData'");
+  const QbxmlResponse only = books.Query("Customer", "", "metaData='MetaDataOnly'");
+  const QbxmlResponse none = books.Query("Customer", "", "metaData='NoMetaData'");
 
   EXPECT_EQ(both.Attribute("retCount"), "3");
   EXPECT_EQ(both.Count(), 3u);
@@ -191,14 +191,14 @@ TEST(Query, HasNoIteratorsBeforeVersionFive) {
             0x80040400);
 }
 
-std::string Iterating(const std::string& verb, const QbxmlAnswer& page) {
+std::string Iterating(const std::string& verb, const QbxmlResponse& page) {
   return "iterator='" + verb + "' iteratorID='" + page.Attribute("iteratorID") + "'";
 }
 
 class IteratorTest : public testing::Test {
  protected:
-  QbxmlAnswer Start() { return oBooks.Query("Customer", kTwo, "iterator='Start'"); }
-  QbxmlAnswer Continue(const QbxmlAnswer& page) {
+  QbxmlResponse Start() { return oBooks.Query("Customer", kTwo, "iterator='Start'"); }
+  QbxmlResponse Continue(const QbxmlResponse& page) {
     return oBooks.Query("Customer", kTwo, Iterating("Continue", page));
   }
 
@@ -207,8 +207,8 @@ class IteratorTest : public testing::Test {
 };
 
 TEST_F(IteratorTest, ReturnsEveryObjectOnce) {
-  const QbxmlAnswer first = Start();
-  const QbxmlAnswer second = Continue(first);
+  const QbxmlResponse first = Start();
+  const QbxmlResponse second = Continue(first);
 
   EXPECT_EQ(first.All("FullName"), "Abbott Abbott:Barn ");
   EXPECT_EQ(first.Attribute("iteratorRemainingCount"), "1");
@@ -227,14 +227,14 @@ TEST_F(IteratorTest, HasAnIdInTheFormOfAnIdentifier) {
 }
 
 TEST_F(IteratorTest, EndsBehindTheLastObject) {
-  const QbxmlAnswer first = Start();
+  const QbxmlResponse first = Start();
   Continue(first);
 
   EXPECT_EQ(Continue(first).Code(), "3391");
 }
 
 TEST_F(IteratorTest, EndsWhenItIsStopped) {
-  const QbxmlAnswer first = Start();
+  const QbxmlResponse first = Start();
 
   EXPECT_EQ(oBooks.Query("Customer", "", Iterating("Stop", first)).Code(), "0");
 
@@ -242,7 +242,7 @@ TEST_F(IteratorTest, EndsWhenItIsStopped) {
 }
 
 TEST_F(IteratorTest, EndsWithItsSession) {
-  const QbxmlAnswer first = Start();
+  const QbxmlResponse first = Start();
   oBooks.oProcessor.EndSession(oBooks.sTicket);
   oBooks.sTicket = oBooks.oProcessor.BeginSession(Books::kPath, FileMode::kDoNotCare);
 
@@ -250,17 +250,17 @@ TEST_F(IteratorTest, EndsWithItsSession) {
 }
 
 TEST_F(IteratorTest, BelongsToItsQuery) {
-  const QbxmlAnswer first = Start();
+  const QbxmlResponse first = Start();
 
   EXPECT_EQ(oBooks.Query("Vendor", kTwo, Iterating("Continue", first)).Code(), "3391");
 }
 
 TEST_F(IteratorTest, SeesWhatItStartedWithWhateverIsAddedOrDeleted) {
-  const QbxmlAnswer first = Start();
+  const QbxmlResponse first = Start();
   oBooks.Delete("List", "Customer", oBooks.Find("Customer", "Zeller").Text("ListID"));
   oBooks.Add("Customer", "<Name>Zulu</Name>");
 
-  const QbxmlAnswer second = Continue(first);
+  const QbxmlResponse second = Continue(first);
 
   EXPECT_EQ(second.Code(), "1");
   EXPECT_EQ(second.Count(), 0u);
@@ -268,7 +268,7 @@ TEST_F(IteratorTest, SeesWhatItStartedWithWhateverIsAddedOrDeleted) {
 }
 
 TEST_F(IteratorTest, IsForgottenWhenTooManyAreOpen) {
-  const QbxmlAnswer first = Start();
+  const QbxmlResponse first = Start();
   for (int i = 0; i < 100; ++i) Start();
 
   EXPECT_EQ(Continue(first).Code(), "3391");

@@ -60,7 +60,7 @@ class SimulatedRequestProcessorTest : public testing::Test {
   SimulatedRequestProcessor oSecond{oQuickBooks};
 };
 
-TEST_F(SimulatedRequestProcessorTest, AnswersWithinASession) {
+TEST_F(SimulatedRequestProcessorTest, RespondsWithinASession) {
   Connect();
   const Text ticket = Begin();
 

@@ -36,15 +36,16 @@ std::string FieldsOfNew(const std::string& kind) {
 std::string Amounts(Books& books) {
   std::string amounts;
   for (const char* query : {"Account", "Customer", "Vendor", "ItemInventory"}) {
-    const QbxmlAnswer answer = books.Query(query);
-    amounts += answer.All("Balance") + answer.All("TotalBalance") + answer.All("QuantityOnHand");
+    const QbxmlResponse response = books.Query(query);
+    amounts +=
+        response.All("Balance") + response.All("TotalBalance") + response.All("QuantityOnHand");
   }
   return amounts;
 }
 
 // The file, written by a change that leaves no trace.
 std::string SavedAnew(Books& books) {
-  const QbxmlAnswer last = books.Add("Class", "<Name>Last</Name>");
+  const QbxmlResponse last = books.Add("Class", "<Name>Last</Name>");
   books.Delete("List", "Class", last.Text("ListID"));
   return books.File();
 }
@@ -57,11 +58,11 @@ TEST(Transactions, OfEveryKindAreAddedFoundModifiedAndDeleted) {
     Books books;
     const std::string before = Amounts(books);
 
-    const QbxmlAnswer added = books.Add(name, FieldsOfNew(name));
-    const QbxmlAnswer found = books.Query(name, Books::Leaf("TxnID", added.Text("TxnID")));
-    const QbxmlAnswer changed = books.Modify(name, found, "<Memo>noted</Memo>");
+    const QbxmlResponse added = books.Add(name, FieldsOfNew(name));
+    const QbxmlResponse found = books.Query(name, Books::Leaf("TxnID", added.Text("TxnID")));
+    const QbxmlResponse changed = books.Modify(name, found, "<Memo>noted</Memo>");
     const std::string meanwhile = Amounts(books);
-    const QbxmlAnswer deleted = books.Delete("Txn", name, added.Text("TxnID"));
+    const QbxmlResponse deleted = books.Delete("Txn", name, added.Text("TxnID"));
 
     EXPECT_EQ(added.Code(), "0") << added.Message();
     EXPECT_EQ(found.Text("EditSequence"), added.Text("EditSequence"));
@@ -89,7 +90,7 @@ TEST(Transactions, OfEveryKindOutliveTheirSession) {
 TEST(Invoice, ReturnsItsFieldsInOrder) {
   Books books;
 
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
 
   EXPECT_EQ(invoice.Order(),
             "TxnID TimeCreated TimeModified EditSequence TxnNumber CustomerRef ARAccountRef "
@@ -100,7 +101,7 @@ TEST(Invoice, ReturnsItsFieldsInOrder) {
 TEST(Invoice, HasIdsOfTheirForm) {
   Books books;
 
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
 
   EXPECT_EQ(invoice.Text("TxnID"), "1-1262682187");
   EXPECT_EQ(invoice.Text("InvoiceLineRet/TxnLineID"), "2-1262682187");
@@ -110,7 +111,7 @@ TEST(Invoice, HasIdsOfTheirForm) {
 TEST(Invoice, TakesFromItsCustomerAndItemsWhatIsNotGiven) {
   Books books;
 
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
 
   EXPECT_EQ(invoice.Text("TxnDate"), "2010-01-05");
   EXPECT_EQ(invoice.Text("TermsRef/FullName"), "Net 30");
@@ -121,10 +122,10 @@ TEST(Invoice, TakesFromItsCustomerAndItemsWhatIsNotGiven) {
   EXPECT_EQ(invoice.Text("InvoiceLineRet/SalesTaxCodeRef/FullName"), "Tax");
 }
 
-TEST(Invoice, ReckonsAmountsOfLines) {
+TEST(Invoice, ComputesAmountsOfLines) {
   Books books;
 
-  const QbxmlAnswer invoice = books.Add(
+  const QbxmlResponse invoice = books.Add(
       "Invoice", kAbbott + Line(Item("Hammer") + "<Quantity>2.5</Quantity><Rate>3.333</Rate>") +
                      Line(Item("Hammer") + "<Quantity>4</Quantity><Amount>10.00</Amount>") +
                      Line(Item("Repair")) + Line("<Desc>Only words</Desc>"));
@@ -139,7 +140,7 @@ TEST(Invoice, ReckonsAmountsOfLines) {
 TEST(Invoice, TakesADiscountOffTheLineBeforeIt) {
   Books books;
 
-  const QbxmlAnswer invoice =
+  const QbxmlResponse invoice =
       books.Add("Invoice", kAbbott + Books::InvoiceLine("Hammer", "2") + Line(Item("Trade")));
 
   EXPECT_EQ(invoice.Text("InvoiceLineRet[1]/RatePercent"), "-10.0");
@@ -150,7 +151,7 @@ TEST(Invoice, TakesADiscountOffTheLineBeforeIt) {
 TEST(Invoice, TaxesTheTaxableLines) {
   Books books;
 
-  const QbxmlAnswer invoice =
+  const QbxmlResponse invoice =
       books.Add("Invoice", kAbbott + Books::Ref("ItemSalesTaxRef", "County") +
                                Books::InvoiceLine("Hammer", "2") + Line(Item("Repair")));
 
@@ -163,7 +164,7 @@ TEST(Invoice, TaxesTheTaxableLines) {
 TEST(Invoice, DoesNotTaxACustomerWhoIsExempt) {
   Books books;
 
-  const QbxmlAnswer invoice =
+  const QbxmlResponse invoice =
       books.Add("Invoice", kAbbott + Books::Ref("ItemSalesTaxRef", "County") +
                                Books::Ref("CustomerSalesTaxCodeRef", "Non") +
                                Books::InvoiceLine("Hammer", "2"));
@@ -219,7 +220,7 @@ TEST(Invoice, ChangesNothingWhenItCannotBeSaved) {
   Books books;
   books.oStorage.iWriteError = platform::kDiskFull;
 
-  const QbxmlAnswer refused = books.InvoiceTwoHammers();
+  const QbxmlResponse refused = books.InvoiceTwoHammers();
 
   EXPECT_EQ(refused.Code(), "3180");
   EXPECT_THAT(refused.Message(), HasSubstr("error when saving a Invoice."));
@@ -227,12 +228,12 @@ TEST(Invoice, ChangesNothingWhenItCannotBeSaved) {
   EXPECT_EQ(books.Query("Invoice").Code(), "1");
 }
 
-TEST(TxnMod, ReckonsAChangedLineAndMovesTheDifference) {
+TEST(TxnMod, ComputesAChangedLineAnewAndMovesTheDifference) {
   Books books;
-  const QbxmlAnswer before = books.InvoiceTwoHammers();
+  const QbxmlResponse before = books.InvoiceTwoHammers();
   const std::string line = Books::Leaf("TxnLineID", before.Text("InvoiceLineRet/TxnLineID"));
 
-  const QbxmlAnswer after = books.Modify(
+  const QbxmlResponse after = books.Modify(
       "Invoice", before, Books::Leaf("InvoiceLineMod", line + "<Quantity>3</Quantity>"));
 
   EXPECT_EQ(after.Text("InvoiceLineRet/Amount"), "37.50") << after.Message();
@@ -243,10 +244,10 @@ TEST(TxnMod, ReckonsAChangedLineAndMovesTheDifference) {
 
 TEST(TxnMod, TakesTextAndPriceOfANewItem) {
   Books books;
-  const QbxmlAnswer before = books.InvoiceTwoHammers();
+  const QbxmlResponse before = books.InvoiceTwoHammers();
   const std::string line = Books::Leaf("TxnLineID", before.Text("InvoiceLineRet/TxnLineID"));
 
-  const QbxmlAnswer after =
+  const QbxmlResponse after =
       books.Modify("Invoice", before, Books::Leaf("InvoiceLineMod", line + Item("Repair")));
 
   EXPECT_EQ(after.Text("InvoiceLineRet/Desc"), "Repair work");
@@ -255,9 +256,9 @@ TEST(TxnMod, TakesTextAndPriceOfANewItem) {
 
 TEST(TxnMod, AddsLinesAndDeletesThoseLeftOut) {
   Books books;
-  const QbxmlAnswer before = books.InvoiceTwoHammers();
+  const QbxmlResponse before = books.InvoiceTwoHammers();
 
-  const QbxmlAnswer after =
+  const QbxmlResponse after =
       books.Modify("Invoice", before,
                    Books::Leaf("InvoiceLineMod", "<TxnLineID>-1</TxnLineID>" + Item("Repair")));
 
@@ -269,14 +270,14 @@ TEST(TxnMod, AddsLinesAndDeletesThoseLeftOut) {
 TEST(TxnMod, KeepsTheLinesWhenItGivesNone) {
   Books books;
 
-  const QbxmlAnswer after = books.Modify("Invoice", books.InvoiceTwoHammers(), "<Memo>x</Memo>");
+  const QbxmlResponse after = books.Modify("Invoice", books.InvoiceTwoHammers(), "<Memo>x</Memo>");
 
   EXPECT_EQ(after.Text("InvoiceLineRet/Amount"), "25.00");
 }
 
 TEST(TxnMod, RefusesALineThatIsNotThere) {
   Books books;
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
 
   EXPECT_EQ(books
                 .Modify("Invoice", invoice,
@@ -287,7 +288,7 @@ TEST(TxnMod, RefusesALineThatIsNotThere) {
 
 TEST(TxnMod, IsRefusedWithAStaleEditSequence) {
   Books books;
-  const QbxmlAnswer stale = books.InvoiceTwoHammers();
+  const QbxmlResponse stale = books.InvoiceTwoHammers();
   books.Modify("Invoice", stale, "<Memo>1</Memo>");
 
   EXPECT_EQ(books.Modify("Invoice", stale, "<Memo>2</Memo>").Code(), "3200");
@@ -295,16 +296,16 @@ TEST(TxnMod, IsRefusedWithAStaleEditSequence) {
 
 TEST(Payment, PaysAnInvoice) {
   Books books;
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
 
-  const QbxmlAnswer payment = books.Pay(invoice, "10.00");
+  const QbxmlResponse payment = books.Pay(invoice, "10.00");
 
   EXPECT_EQ(payment.Code(), "0") << payment.Message();
   EXPECT_EQ(payment.Text("UnusedPayment"), "0.00");
   EXPECT_EQ(payment.Text("AppliedToTxnRet/TxnType"), "Invoice");
   EXPECT_EQ(payment.Text("AppliedToTxnRet/BalanceRemaining"), "15.00");
   EXPECT_EQ(payment.Text("AppliedToTxnRet/Amount"), "10.00");
-  const QbxmlAnswer paid = books.Query("Invoice");
+  const QbxmlResponse paid = books.Query("Invoice");
   EXPECT_EQ(paid.Text("AppliedAmount"), "-10.00");
   EXPECT_EQ(paid.Text("BalanceRemaining"), "15.00");
   EXPECT_EQ(paid.Text("IsPaid"), "false");
@@ -324,7 +325,7 @@ TEST(Payment, MarksAnInvoicePaid) {
 
 TEST(Payment, ShowsWhatIsOpenNow) {
   Books books;
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
   books.Pay(invoice, "10.00");
   books.Pay(invoice, "5.00");
 
@@ -339,7 +340,7 @@ TEST(Payment, AppliesItselfToTheOldestInvoices) {
   books.Add("Invoice",
             kAbbott + "<TxnDate>2009-12-01</TxnDate>" + Books::InvoiceLine("Hammer", "2"));
 
-  const QbxmlAnswer payment =
+  const QbxmlResponse payment =
       books.Add("ReceivePayment",
                 kAbbott + "<TotalAmount>30.00</TotalAmount><IsAutoApply>true</IsAutoApply>");
 
@@ -350,7 +351,8 @@ TEST(Payment, AppliesItselfToTheOldestInvoices) {
 TEST(Payment, KeepsWhatItDoesNotUse) {
   Books books;
 
-  const QbxmlAnswer payment = books.Add("ReceivePayment", kAbbott + "<TotalAmount>7</TotalAmount>");
+  const QbxmlResponse payment =
+      books.Add("ReceivePayment", kAbbott + "<TotalAmount>7</TotalAmount>");
 
   EXPECT_EQ(payment.Text("UnusedPayment"), "7.00");
   EXPECT_EQ(books.Balance("Customer", "Abbott"), "-7.00");
@@ -358,7 +360,7 @@ TEST(Payment, KeepsWhatItDoesNotUse) {
 
 TEST(Payment, RefusesWhatCannotBeApplied) {
   Books books;
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
   const auto pay = [&](const std::string& customer, const std::string& total, const std::string& id,
                        const std::string& amount) {
     return books
@@ -380,10 +382,10 @@ TEST(Payment, RefusesWhatCannotBeApplied) {
 
 TEST(Payment, ThatIsModifiedIsAppliedAnew) {
   Books books;
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
-  const QbxmlAnswer payment = books.Pay(invoice, "10.00");
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse payment = books.Pay(invoice, "10.00");
 
-  const QbxmlAnswer modified =
+  const QbxmlResponse modified =
       books.Modify("ReceivePayment", payment,
                    "<TotalAmount>20.00</TotalAmount><AppliedToTxnMod>" +
                        Books::Leaf("TxnID", invoice.Text("TxnID")) +
@@ -396,11 +398,11 @@ TEST(Payment, ThatIsModifiedIsAppliedAnew) {
 
 TEST(TxnDel, OpensAgainWhatAPaymentHadPaid) {
   Books books;
-  const QbxmlAnswer payment = books.Pay(books.InvoiceTwoHammers(), "25.00");
+  const QbxmlResponse payment = books.Pay(books.InvoiceTwoHammers(), "25.00");
 
   books.Delete("Txn", "ReceivePayment", payment.Text("TxnID"));
 
-  const QbxmlAnswer invoice = books.Query("Invoice");
+  const QbxmlResponse invoice = books.Query("Invoice");
   EXPECT_EQ(invoice.Text("BalanceRemaining"), "25.00");
   EXPECT_EQ(invoice.Text("AppliedAmount"), "0.00");
   EXPECT_EQ(invoice.Text("IsPaid"), "false");
@@ -408,36 +410,36 @@ TEST(TxnDel, OpensAgainWhatAPaymentHadPaid) {
 
 TEST(TxnDel, FreesWhatWasAppliedToAnInvoice) {
   Books books;
-  const QbxmlAnswer invoice = books.InvoiceTwoHammers();
+  const QbxmlResponse invoice = books.InvoiceTwoHammers();
   books.Pay(invoice, "25.00");
 
   books.Delete("Txn", "Invoice", invoice.Text("TxnID"));
 
-  const QbxmlAnswer payment =
+  const QbxmlResponse payment =
       books.Query("ReceivePayment", "<IncludeLineItems>true</IncludeLineItems>");
   EXPECT_EQ(payment.Text("UnusedPayment"), "25.00");
   EXPECT_FALSE(payment.Has("AppliedToTxnRet"));
   EXPECT_EQ(books.Balance("Customer", "Abbott"), "-25.00");
 }
 
-TEST(TxnDel, AnswersWithWhatWasDeleted) {
+TEST(TxnDel, RespondsWithWhatWasDeleted) {
   Books books;
   const std::string id = books.InvoiceTwoHammers().Text("TxnID");
 
-  const std::string answer =
+  const std::string response =
       books.Ask("<TxnDelRq><TxnDelType>Invoice</TxnDelType><TxnID>" + id + "</TxnID></TxnDelRq>");
 
-  EXPECT_THAT(answer, HasSubstr("<TxnDelType>Invoice</TxnDelType>\n<TxnID>" + id +
-                                "</TxnID>\n"
-                                "<TimeCreated>2010-01-05T09:03:07+00:00</TimeCreated>\n"
-                                "<TimeDeleted>2010-01-05T09:03:07+00:00</TimeDeleted>\n"
-                                "<RefNumber>1</RefNumber>\n"));
+  EXPECT_THAT(response, HasSubstr("<TxnDelType>Invoice</TxnDelType>\n<TxnID>" + id +
+                                  "</TxnID>\n"
+                                  "<TimeCreated>2010-01-05T09:03:07+00:00</TimeCreated>\n"
+                                  "<TimeDeleted>2010-01-05T09:03:07+00:00</TimeDeleted>\n"
+                                  "<RefNumber>1</RefNumber>\n"));
 }
 
 TEST(Bill, OwesTheVendor) {
   Books books;
 
-  const QbxmlAnswer bill =
+  const QbxmlResponse bill =
       books.Add("Bill", Books::Ref("VendorRef", "Mill") +
                             Books::Leaf("ExpenseLineAdd", Books::Ref("AccountRef", "Supplies") +
                                                               "<Amount>5.00</Amount>") +
@@ -456,7 +458,7 @@ TEST(Bill, OwesTheVendor) {
 TEST(Check, TakesFromTheBank) {
   Books books;
 
-  const QbxmlAnswer check = books.Add("Check", FieldsOfNew("Check"));
+  const QbxmlResponse check = books.Add("Check", FieldsOfNew("Check"));
 
   EXPECT_EQ(check.Text("Amount"), "5.00");
   EXPECT_EQ(books.Balance("Account", "Checking"), "-5.00");
@@ -465,7 +467,7 @@ TEST(Check, TakesFromTheBank) {
 TEST(CreditMemo, TakesOffTheBalance) {
   Books books;
 
-  const QbxmlAnswer credit = books.Add("CreditMemo", FieldsOfNew("CreditMemo"));
+  const QbxmlResponse credit = books.Add("CreditMemo", FieldsOfNew("CreditMemo"));
 
   EXPECT_EQ(credit.Text("TotalAmount"), "12.50");
   EXPECT_EQ(credit.Text("CreditRemaining"), "12.50");
@@ -475,7 +477,7 @@ TEST(CreditMemo, TakesOffTheBalance) {
 TEST(JournalEntry, MovesBothSides) {
   Books books;
 
-  const QbxmlAnswer entry = books.Add("JournalEntry", FieldsOfNew("JournalEntry"));
+  const QbxmlResponse entry = books.Add("JournalEntry", FieldsOfNew("JournalEntry"));
 
   EXPECT_EQ(entry.Code(), "0") << entry.Message();
   EXPECT_EQ(books.Balance("Account", "Checking"), "5.00");
@@ -488,23 +490,23 @@ TEST(JournalEntry, TakesDebitsAndCreditsInAnyOrder) {
     return Books::Leaf(side, Books::Ref("AccountRef", "Checking") + Books::Leaf("Amount", amount));
   };
 
-  const QbxmlAnswer answer = books.Add("JournalEntry", entry("JournalCreditLine", "3.00") +
-                                                           entry("JournalDebitLine", "5.00") +
-                                                           entry("JournalCreditLine", "2.00"));
+  const QbxmlResponse response = books.Add("JournalEntry", entry("JournalCreditLine", "3.00") +
+                                                               entry("JournalDebitLine", "5.00") +
+                                                               entry("JournalCreditLine", "2.00"));
 
-  EXPECT_EQ(answer.Code(), "0") << answer.Message();
-  EXPECT_EQ(answer.Text("JournalCreditLine[1]/Amount"), "2.00");
+  EXPECT_EQ(response.Code(), "0") << response.Message();
+  EXPECT_EQ(response.Text("JournalCreditLine[1]/Amount"), "2.00");
 }
 
 TEST(JournalEntry, IsRefusedOutOfBalance) {
   Books books;
 
-  const QbxmlAnswer answer = books.Add(
+  const QbxmlResponse response = books.Add(
       "JournalEntry", Books::Leaf("JournalDebitLine",
                                   Books::Ref("AccountRef", "Checking") + "<Amount>5.00</Amount>"));
 
-  EXPECT_EQ(answer.Code(), "3180");
-  EXPECT_THAT(answer.Message(), HasSubstr("not in balance"));
+  EXPECT_EQ(response.Code(), "3180");
+  EXPECT_THAT(response.Message(), HasSubstr("not in balance"));
 }
 
 }  // namespace

@@ -11,31 +11,31 @@
 
 namespace ostrel {
 
-class QbxmlAnswer {
+class QbxmlResponse {
  public:
-  /// The response's first "...Rs" element.
-  explicit QbxmlAnswer(std::string_view response, std::size_t index = 0) {
+  /// Takes the "...Rs" element of that place in the response, from 0.
+  explicit QbxmlResponse(std::string_view response, std::size_t index = 0) {
     simulator::XmlDocument document;
     EXPECT_EQ(simulator::ReadXmlText(FromUtf8(response), 1'000'000, document),
               simulator::XmlFault::kNone)
         << response;
-    const simulator::Element* answers = document.root.Child("QBXMLMsgsRs");
-    if (answers && index < answers->children.size()) oAnswer = answers->children[index];
+    const simulator::Element* responses = document.root.Child("QBXMLMsgsRs");
+    if (responses && index < responses->children.size()) oResponse = responses->children[index];
   }
 
-  const std::string& Name() const { return oAnswer.name; }
+  const std::string& Name() const { return oResponse.name; }
   std::string Code() const { return Attribute("statusCode"); }
   std::string Message() const { return Attribute("statusMessage"); }
   std::string Attribute(std::string_view name) const {
-    const std::string* value = oAnswer.Find(name);
+    const std::string* value = oResponse.Find(name);
     return value ? *value : "";
   }
 
-  std::size_t Count() const { return oAnswer.children.size(); }
-  /// The text at "CustomerRef/FullName" in one of the objects, or of what has no objects in the
-  /// answer; "" without it. Of repeated elements, "InvoiceLineRet[1]" is the second.
+  std::size_t Count() const { return oResponse.children.size(); }
+  /// The text at a path such as "CustomerRef/FullName" in one of the objects; "" when it is
+  /// missing. Of repeated elements, "InvoiceLineRet[1]" is the second.
   std::string Text(std::string_view path, std::size_t object = 0) const {
-    const simulator::Element* at = object < Count() ? &oAnswer.children[object] : nullptr;
+    const simulator::Element* at = object < Count() ? &oResponse.children[object] : nullptr;
     while (at && !path.empty()) {
       const std::size_t slash = path.find('/');
       at = Step(*at, path.substr(0, slash));
@@ -44,9 +44,9 @@ class QbxmlAnswer {
     return at ? at->text : "";
   }
   bool Has(std::string_view name) const {
-    return Count() > 0 && oAnswer.children.front().Child(name) != nullptr;
+    return Count() > 0 && oResponse.children.front().Child(name) != nullptr;
   }
-  /// That text of every object, each with a blank behind it.
+  /// The texts at the path in all objects, each with a blank behind it.
   std::string All(std::string_view path) const {
     std::string all;
     for (std::size_t i = 0; i < Count(); ++i) all += Text(path, i) + ' ';
@@ -56,7 +56,7 @@ class QbxmlAnswer {
   std::string Order() const {
     std::string names;
     if (Count() == 0) return names;
-    for (const auto& child : oAnswer.children.front().children) names += child.name + ' ';
+    for (const auto& child : oResponse.children.front().children) names += child.name + ' ';
     return names;
   }
 
@@ -71,7 +71,7 @@ class QbxmlAnswer {
     return nullptr;
   }
 
-  simulator::Element oAnswer;
+  simulator::Element oResponse;
 };
 
 }  // namespace ostrel

@@ -1,4 +1,10 @@
-#include "simulator/company/Reckoning.h"
+// The totals of a transaction follow from its lines, in the order of the lines: a percentage (a
+// discount or a surcharge) is one of the amount of the line above it. Every amount is rounded to
+// cents as soon as it stands in a line, as QuickBooks does, so that the totals are exact sums of
+// what the client sees. Kind::sums names the fields that a kind has; the totals of the others are
+// computed in passing and stored nowhere.
+
+#include "simulator/company/Totals.h"
 
 #include <algorithm>
 
@@ -16,14 +22,14 @@ const Field* FieldOfType(std::span<const Field> fields, FieldType type) {
   return found == fields.end() ? nullptr : &*found;
 }
 
-// Null without such a field, or without a value for it.
+// The value of the field of a type; null without such a field or without a value for it.
 const Element* ValueOf(const Element& line, std::span<const Field> fields, FieldType type) {
   const Field* field = FieldOfType(fields, type);
   return field ? Follow(line, field->name) : nullptr;
 }
 
-// The price follows from an amount that was given.
-void ReckonPrice(Element& line, std::span<const Field> fields) {
+// A line with an amount and a quantity gets the price that follows from them.
+void DerivePrice(Element& line, std::span<const Field> fields) {
   const Element* quantity = ValueOf(line, fields, FieldType::kQuantity);
   const bool priced = ValueOf(line, fields, FieldType::kPrice) != nullptr ||
                       ValueOf(line, fields, FieldType::kPercent) != nullptr;
@@ -33,9 +39,10 @@ void ReckonPrice(Element& line, std::span<const Field> fields) {
   if (rate.IsAmount()) line.Add(price->name, rate.ToString(2));
 }
 
-// A percentage is one of the line before.
-std::optional<Decimal> ReckonedAmount(const Element& line, std::span<const Field> fields,
-                                      Decimal before) {
+// The amount of a line that has none; `before` is the amount of the line above. Null when the line
+// has neither price nor percentage.
+std::optional<Decimal> AmountOf(const Element& line, std::span<const Field> fields,
+                                Decimal before) {
   if (const Element* percent = ValueOf(line, fields, FieldType::kPercent)) {
     return (before * Decimal::Of(percent->text) / Decimal::Whole(100)).Cents();
   }
@@ -46,12 +53,12 @@ std::optional<Decimal> ReckonedAmount(const Element& line, std::span<const Field
   return (count * Decimal::Of(price->text)).Cents();
 }
 
-Decimal ReckonLine(Element& line, std::span<const Field> fields, Decimal before) {
+Decimal ComputeLine(Element& line, std::span<const Field> fields, Decimal before) {
   if (line.Child(kAmountName)) {
-    ReckonPrice(line, fields);
+    DerivePrice(line, fields);
     return Decimal::Of(line.ChildText(kAmountName));
   }
-  const auto amount = ReckonedAmount(line, fields, before);
+  const auto amount = AmountOf(line, fields, before);
   if (!amount) return {};
   line.Add(kAmountName, amount->ToString(2));
   return *amount;
@@ -64,7 +71,7 @@ bool IsTaxable(const Element& object, std::string_view reference, const Company&
   return target && IsTrue(target.object->ChildText("IsTaxable"));
 }
 
-struct LineSums {
+struct LineTotals {
   Decimal all;
   Decimal taxable;
   Decimal credits;
@@ -76,16 +83,16 @@ bool IsCredited(const Kind& kind, std::string_view line) {
   return posting != kind.postings.end() && posting->side < 0;
 }
 
-LineSums ReckonLines(const Kind& kind, Element& transaction, const Company& company,
-                     Numbers& numbers, const Stamp& now) {
-  LineSums sums;
+LineTotals ComputeLines(const Kind& kind, Element& transaction, const Company& company,
+                        Numbers& numbers, const Stamp& now) {
+  LineTotals sums;
   Decimal amount;
   for (Element& line : transaction.children) {
     Breathe();
     const Field* field = FindField(kind.fields, line.name, kRet);
     if (!field || field->type != FieldType::kLine) continue;
     if (!line.Child("TxnLineID")) line.Add("TxnLineID", numbers.NewTxnId(now));
-    amount = ReckonLine(line, field->children, amount);
+    amount = ComputeLine(line, field->children, amount);
     sums.all += amount;
     sums.possible = sums.possible && amount.IsAmount();
     if (IsCredited(kind, field->name)) sums.credits += amount;
@@ -94,7 +101,7 @@ LineSums ReckonLines(const Kind& kind, Element& transaction, const Company& comp
   return sums;
 }
 
-// A customer's own code, if there is one, must be a taxable one too.
+// The sales tax. A customer whose own tax code is not taxable pays none.
 Decimal TaxOn(const Element& transaction, Decimal taxable, const Company& company) {
   constexpr std::string_view kCustomerCode = "CustomerSalesTaxCodeRef";
   if (transaction.Child(kCustomerCode) && !IsTaxable(transaction, kCustomerCode, company)) {
@@ -124,93 +131,12 @@ void SetOpenAmount(const Kind& kind, Element& transaction) {
   if (!kind.sums.paid.empty()) transaction.Set(kind.sums.paid, open.IsZero() ? "true" : "false");
 }
 
-// Balances are kept on the side on which they are usually found.
-int BalanceSide(const Kind& kind, const Element& object) {
-  if (kind.typeField.empty()) return kind.balanceSide;
-  const std::string_view type = object.ChildText(kind.typeField);
-  return std::ranges::find(kind.creditTypes, type) == kind.creditTypes.end() ? 1 : -1;
-}
-
-void Move(Element& object, std::string_view field, Decimal amount, int decimals) {
-  object.Set(field, (Decimal::Of(object.ChildText(field)) + amount).ToString(decimals));
-}
-
-// The totals of all that the object lies below move with it.
-void MoveTotals(const Kind& kind, std::string_view id, Decimal amount, Draft& draft) {
-  constexpr int kMaxLevels = 10;
-  std::string at(id);
-  for (int level = 0; level < kMaxLevels && draft.Find(kind, at); ++level) {
-    Element& object = draft.Edit(kind, at);
-    Move(object, "TotalBalance", amount, 2);
-    const Element* parent = object.Child("ParentRef");
-    if (!parent) return;
-    at = parent->ChildText("ListID");
-  }
-}
-
-void MoveObject(const Target& target, const Posting& posting, Decimal amount, Draft& draft) {
-  const Kind& kind = *target.kind;
-  const std::string id(target.object->ChildText("ListID"));
-  if (posting.measure == Measure::kQuantity) {
-    if (kind.Has("QuantityOnHand")) Move(draft.Edit(kind, id), "QuantityOnHand", amount, 0);
-    return;
-  }
-  if (!kind.Has("Balance")) return;
-  const Decimal moved = BalanceSide(kind, *target.object) < 0 ? amount.Negated() : amount;
-  Move(draft.Edit(kind, id), "Balance", moved, 2);
-  if (kind.Has("TotalBalance")) MoveTotals(kind, id, moved, draft);
-}
-
-Target TargetOf(const Element& object, const Posting& posting, const Company& company) {
-  const auto find = [&](const Element* reference) {
-    return reference ? FindById(company, AllKinds(), reference->ChildText("ListID")) : Target();
-  };
-  const Target target = find(object.Child(posting.reference));
-  if (!target || posting.paths.empty()) return target;
-  return find(Follow(*target.object, posting.paths));
-}
-
-void PostOne(const Element& object, const Posting& posting, Decimal amount, int direction,
-             Draft& draft) {
-  const Target target = TargetOf(object, posting, draft.Before());
-  if (!target || amount.IsZero()) return;
-  const bool credit = posting.side * direction < 0;
-  MoveObject(target, posting, credit ? amount.Negated() : amount, draft);
-}
-
-void PostLines(const Kind& kind, const Element& transaction, const Posting& posting, int direction,
-               Draft& draft) {
-  const bool amounts = posting.measure == Measure::kAmount;
-  for (const Element& line : transaction.children) {
-    const Field* field = FindField(kind.fields, line.name, kRet);
-    Breathe();
-    if (!field || field->name != posting.line) continue;
-    const Decimal value = Decimal::Of(line.ChildText(amounts ? kAmountName : "Quantity"));
-    PostOne(line, posting, value, direction, draft);
-  }
-}
-
-void PostAll(const Kind& kind, const Element& transaction, int direction, Draft& draft) {
-  for (const Posting& posting : kind.postings) {
-    if (posting.measure == Measure::kTotal) {
-      PostOne(transaction, posting, TotalOf(kind, transaction), direction, draft);
-    } else {
-      PostLines(kind, transaction, posting, direction, draft);
-    }
-  }
-}
-
-Decimal OpeningOf(const Element& object) {
-  const std::string* opening = object.Find(kOpeningBalance);
-  return opening ? Decimal::Of(*opening) : Decimal();
-}
-
 }  // namespace
 
-std::optional<Status> Reckon(const Kind& kind, Element& transaction, const Company& company,
-                             Numbers& numbers, const Stamp& now) {
+std::optional<Status> ComputeTotals(const Kind& kind, Element& transaction, const Company& company,
+                                    Numbers& numbers, const Stamp& now) {
   FillInDerived(transaction, kind.fields, company);
-  const LineSums sums = ReckonLines(kind, transaction, company, numbers, now);
+  const LineTotals sums = ComputeLines(kind, transaction, company, numbers, now);
   if (kind.sums.balanced && sums.credits + sums.credits != sums.all) {
     return CannotSave(kind.name,
                       "The transaction is not in balance.  Make sure the total amount in the "
@@ -240,29 +166,9 @@ Decimal OpenAmountOf(const Kind& kind, const Element& transaction) {
 }
 
 void ApplyAmount(const Kind& kind, Element& transaction, Decimal amount) {
-  Move(transaction, kind.sums.applied, amount.Negated(), 2);
+  const Decimal applied = Decimal::Of(transaction.ChildText(kind.sums.applied));
+  SetAmount(transaction, kind.sums.applied, applied - amount);
   SetOpenAmount(kind, transaction);
-}
-
-void MoveParents(const Kind& kind, const Element& object, Decimal amount, Draft& draft) {
-  const Element* parent = object.Child("ParentRef");
-  if (parent && !amount.IsZero()) MoveTotals(kind, parent->ChildText("ListID"), amount, draft);
-}
-
-void PostOpening(const Kind& kind, const Element& object, Draft& draft) {
-  const Decimal opening = OpeningOf(object);
-  if (opening.IsZero()) return;
-  const std::string_view id = object.ChildText("ListID");
-  Move(draft.Edit(kind, id), "Balance", opening, 2);
-  if (kind.Has("TotalBalance")) MoveTotals(kind, id, opening, draft);
-}
-
-void Post(const Kind& kind, const Element& transaction, Draft& draft) {
-  PostAll(kind, transaction, 1, draft);
-}
-
-void TakeBack(const Kind& kind, const Element& transaction, Draft& draft) {
-  PostAll(kind, transaction, -1, draft);
 }
 
 }  // namespace ostrel::simulator

@@ -1,9 +1,9 @@
-#include "simulator/company/Settlement.h"
+#include "simulator/company/Payments.h"
 
 #include <algorithm>
 
 #include "simulator/company/Objects.h"
-#include "simulator/company/Reckoning.h"
+#include "simulator/company/Totals.h"
 #include "simulator/values/LongWork.h"
 
 namespace ostrel::simulator {
@@ -27,36 +27,36 @@ bool MayPay(std::string_view payer, std::string_view debtor, const Company& comp
   return FullNameOf(*owing.kind, *owing.object).starts_with(above);
 }
 
-Element LinkTo(const Kind& kind, const Element& settled, const Application& application) {
+Element LinkTo(const Kind& kind, const Element& paid, const Application& application) {
   Element link{.name = std::string(kLinkRet)};
   link.Add("TxnID", application.txnId);
   link.Add("TxnType", kind.name);
-  link.Add("TxnDate", settled.ChildText("TxnDate"));
-  if (settled.Child("RefNumber")) link.Add("RefNumber", settled.ChildText("RefNumber"));
+  link.Add("TxnDate", paid.ChildText("TxnDate"));
+  if (paid.Child("RefNumber")) link.Add("RefNumber", paid.ChildText("RefNumber"));
   link.Add("Amount", application.amount.ToString(2));
   return link;
 }
 
-std::optional<Status> SettleOne(const Kind& kind, Element& payment, const Application& application,
-                                const Stamp& now, Draft& draft) {
-  const Kind& settledKind = *FindKind(kind.settles);
+std::optional<Status> ApplyOne(const Kind& kind, Element& payment, const Application& application,
+                               const Stamp& now, Draft& draft) {
+  const Kind& paidKind = *FindKind(kind.pays);
   Breathe();
-  const Element* found = draft.Find(settledKind, application.txnId);
+  const Element* found = draft.Find(paidKind, application.txnId);
   if (!found) return NotFound(application.txnId);
   const std::string amount = application.amount.ToString(2);
   if (application.amount <= Decimal()) {
     return InvalidValue(amount, "PaymentAmount", "The amount of a payment must be above zero.");
   }
-  if (application.amount > OpenAmountOf(settledKind, *found)) {
+  if (application.amount > OpenAmountOf(paidKind, *found)) {
     return InvalidValue(amount, "PaymentAmount", "The payment is more than what is still open.");
   }
-  if (!MayPay(EntityId(kind, payment), EntityId(settledKind, *found), draft.Before())) {
-    return InvalidReference(settledKind.name, application.txnId, kind.name);
+  if (!MayPay(EntityId(kind, payment), EntityId(paidKind, *found), draft.Before())) {
+    return InvalidReference(paidKind.name, application.txnId, kind.name);
   }
-  Element& settled = draft.Edit(settledKind, application.txnId);
-  ApplyAmount(settledKind, settled, application.amount);
-  Touch(settled, now);
-  payment.children.push_back(LinkTo(settledKind, settled, application));
+  Element& paid = draft.Edit(paidKind, application.txnId);
+  ApplyAmount(paidKind, paid, application.amount);
+  Touch(paid, now);
+  payment.children.push_back(LinkTo(paidKind, paid, application));
   return std::nullopt;
 }
 
@@ -83,11 +83,11 @@ Applications ApplicationsOf(const Element& payment) {
 
 Applications AutomaticApplications(const Kind& kind, const Element& payment,
                                    const Company& company) {
-  const Kind& settledKind = *FindKind(kind.settles);
+  const Kind& paidKind = *FindKind(kind.pays);
   Applications applications;
   Decimal left = TotalOf(kind, payment);
-  for (const auto* entry : company.List(settledKind).FindByEntity(EntityId(kind, payment))) {
-    const Decimal amount = std::min(left, OpenAmountOf(settledKind, entry->second));
+  for (const auto* entry : company.List(paidKind).FindByEntity(EntityId(kind, payment))) {
+    const Decimal amount = std::min(left, OpenAmountOf(paidKind, entry->second));
     if (amount <= Decimal()) continue;
     applications.push_back({std::string(entry->second.ChildText("TxnID")), amount});
     left += amount.Negated();
@@ -95,11 +95,12 @@ Applications AutomaticApplications(const Kind& kind, const Element& payment,
   return applications;
 }
 
-std::optional<Status> Settle(const Kind& kind, Element& payment, const Applications& applications,
-                             const Stamp& now, Draft& draft) {
+std::optional<Status> ApplyPayment(const Kind& kind, Element& payment,
+                                   const Applications& applications, const Stamp& now,
+                                   Draft& draft) {
   payment.Drop(kLinkRet);
   for (const Application& application : applications) {
-    if (auto status = SettleOne(kind, payment, application, now, draft)) return status;
+    if (auto status = ApplyOne(kind, payment, application, now, draft)) return status;
   }
   SetUnused(kind, payment);
   if (OpenAmountOf(kind, payment) < Decimal()) {
@@ -109,23 +110,23 @@ std::optional<Status> Settle(const Kind& kind, Element& payment, const Applicati
   return std::nullopt;
 }
 
-void Unsettle(const Kind& kind, const Element& payment, const Stamp& now, Draft& draft) {
-  const Kind& settledKind = *FindKind(kind.settles);
+void TakeBackPayment(const Kind& kind, const Element& payment, const Stamp& now, Draft& draft) {
+  const Kind& paidKind = *FindKind(kind.pays);
   for (const Application& application : ApplicationsOf(payment)) {
-    if (!draft.Find(settledKind, application.txnId)) continue;
-    Element& settled = draft.Edit(settledKind, application.txnId);
-    ApplyAmount(settledKind, settled, application.amount.Negated());
-    Touch(settled, now);
+    if (!draft.Find(paidKind, application.txnId)) continue;
+    Element& paid = draft.Edit(paidKind, application.txnId);
+    ApplyAmount(paidKind, paid, application.amount.Negated());
+    Touch(paid, now);
   }
 }
 
-void Release(const Kind& kind, const Element& settled, const Stamp& now, Draft& draft) {
-  const std::string_view id = settled.ChildText("TxnID");
+void ReleasePayments(const Kind& kind, const Element& paid, const Stamp& now, Draft& draft) {
+  const std::string_view id = paid.ChildText("TxnID");
   const auto isLink = [&](const Element& child) {
     return child.name == kLinkRet && child.ChildText("TxnID") == id;
   };
   for (const Kind* payer : AllKinds()) {
-    if (payer->settles != kind.name) continue;
+    if (payer->pays != kind.name) continue;
     for (const auto& [key, payment] : draft.Before().List(*payer).InOrder()) {
       Breathe();
       if (std::ranges::none_of(payment.children, isLink)) continue;
