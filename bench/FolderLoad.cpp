@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/GatewayProgram.h"
+#include "util/Wire.h"
 
 namespace ostrel::bench {
 namespace {
@@ -25,7 +26,7 @@ void Await(Condition condition) {
   }
 }
 
-Text NameOf(int number) { return u"q" + ToText(std::int64_t{number}) + u".osl"; }
+Text NameOf(int number) { return u"q" + ToText(std::int64_t{number}).append(kRequestExtension); }
 
 // From the rename into the process folder to the response file, which is put there complete.
 Seconds TimeOfRequest(const GatewayProgram& gateway, const Text& name) {

@@ -20,14 +20,13 @@
 #include "bench/System.h"
 #include "transports/TransportSettings.h"
 #include "util/CodePage.h"
+#include "util/Wire.h"
 
 namespace ostrel::bench {
 namespace {
 
 constexpr int kRounds = 9;
 constexpr std::size_t kSize = 64 * kMega;
-constexpr char kEndOfData = static_cast<char>(kEndOfDataMark);
-constexpr char kMark = static_cast<char>(kAttributeMark);
 
 // How a plain copy, and the gateway with a text of kSize and one of twice that, compare.
 struct Comparison {
@@ -47,7 +46,7 @@ class Client {
   explicit Client(std::uint16_t port) : oConnection(port) {}
 
   void Send(std::string_view bytes) const { oConnection.Send(bytes); }
-  void SendRequest(std::string_view text) const { Send(std::string(text) + kEndOfData); }
+  void SendRequest(std::string_view text) const { Send(std::string(text) + kEndOfDataByte); }
 
   void AwaitBeginOfAnswer() const { oConnection.AwaitBytes(); }
 
@@ -57,7 +56,7 @@ class Client {
     for (std::size_t received;; total += received) {
       received = oConnection.Receive(oBuffer);
       if (received == 0) throw std::runtime_error("the gateway has closed the connection");
-      if (oBuffer[received - 1] == kEndOfData) return total + received;
+      if (oBuffer[received - 1] == kEndOfDataByte) return total + received;
     }
   }
 
@@ -132,7 +131,7 @@ std::size_t BytesOfAnswer(std::size_t characters) {
   std::size_t bytes = std::to_string(characters + 2).size() + 2;
   for (TextView rest = response; !rest.empty();) {
     const TextView block = rest.substr(0, kDefaultBlockSize);
-    bytes += ReplaceAll(block, kCrLf, u"\u00FE").size();
+    bytes += ReplaceAll(block, kCrLf, kAttributeMarkText).size();
     rest.remove_prefix(block.size());
   }
   return bytes;
@@ -196,12 +195,12 @@ void MeasureRequests(Figures& figures) {
 
 // The line that names the calling routine, as the request handler expects it.
 std::string WithHeaderLine(std::string_view request) {
-  return std::string("LOAD.TEST").append(1, kMark).append(request);
+  return std::string("LOAD.TEST").append(1, kAttributeMarkByte).append(request);
 }
 
 // About 2 KB, with line breaks as clients send them.
 std::string SmallRequest() {
-  return WithHeaderLine(TextToBytes(ReplaceAll(SampleResponse(2100), kCrLf, u"\u00FE")));
+  return WithHeaderLine(TextToBytes(ReplaceAll(SampleResponse(2100), kCrLf, kAttributeMarkText)));
 }
 
 // The reader takes nothing until everything is queued, and then all.

@@ -15,9 +15,6 @@ struct Answer {
   std::string body;                // in the code page, line breaks as they came
 };
 
-/// 99: QuickBooks is still opening the company file; the answer follows.
-inline constexpr int kLoadingNotice = 99;
-
 enum class ExchangeResult { kAnswered, kNotReached, kTimeout };
 
 class Exchange {

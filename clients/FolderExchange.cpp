@@ -9,6 +9,7 @@
 #include "platform/EventLoop.h"
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -18,7 +19,6 @@ using std::chrono::steady_clock;
 
 // Network folders lose notifications.
 constexpr milliseconds kLookAgain(500);
-constexpr std::string_view kErrorPrefix = "ERROR ";
 
 Text PathIn(TextView folder, TextView name) { return Text(folder) + u"\\" + Text(name); }
 
@@ -29,13 +29,13 @@ Text UniqueRequestName() {
   std::random_device random;
   Text name = u"send-";
   for (int i = 0; i < 16; ++i) name.push_back(kDigits[random() % kDigits.size()]);
-  return name + u".osl";
+  return name.append(kRequestExtension);
 }
 
 Answer AnswerInFile(std::string_view bytes) {
-  if (!bytes.starts_with(kErrorPrefix)) return {std::nullopt, std::string(bytes)};
+  if (!bytes.starts_with(ToUtf8(kErrorFilePrefix))) return {std::nullopt, std::string(bytes)};
   int number = 0;
-  std::from_chars(bytes.data() + kErrorPrefix.size(), bytes.data() + bytes.size(), number);
+  std::from_chars(bytes.data() + kErrorFilePrefix.size(), bytes.data() + bytes.size(), number);
   const std::size_t lineEnd = std::min(bytes.find('\n'), bytes.size() - 1);
   return {number, std::string(bytes.substr(lineEnd + 1))};
 }
@@ -108,7 +108,7 @@ bool FolderExchange::TakeAnswer() {
   bTaken = false;
 
   answer = AnswerInFile(*bytes);
-  if (answer.errorNumber != kLoadingNotice) return true;
+  if (answer.errorNumber != ErrorNumber::kStillLoading) return true;
   if (StillLoading) StillLoading();
   return false;
 }

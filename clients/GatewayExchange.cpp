@@ -6,17 +6,14 @@
 #include <vector>
 
 #include "util/RunTimeError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
 
-constexpr char kMark = '\xFE';
-constexpr char kEnd = '\x1F';
-constexpr std::string_view kErrorPrefix = "ERROR: ";
-
 std::optional<int> ErrorNumber(std::string_view header) {
-  if (!header.starts_with(kErrorPrefix)) return std::nullopt;
-  header.remove_prefix(kErrorPrefix.size());
+  if (!header.starts_with(ToUtf8(kErrorFramePrefix))) return std::nullopt;
+  header.remove_prefix(kErrorFramePrefix.size());
   int number = 0;
   std::from_chars(header.data(), header.data() + header.size(), number);
   return number;
@@ -24,7 +21,7 @@ std::optional<int> ErrorNumber(std::string_view header) {
 
 // frame: without the end-of-data mark.
 Answer AnswerInFrame(std::string_view frame) {
-  const std::size_t mark = std::min(frame.find(kMark), frame.size());
+  const std::size_t mark = std::min(frame.find(kAttributeMarkByte), frame.size());
   const std::string_view body = frame.substr(std::min(mark + 1, frame.size()));
   return {ErrorNumber(frame.substr(0, mark)), std::string(body)};
 }
@@ -65,7 +62,7 @@ void GatewayExchange::OnDataArrival() {
   oSocket->GetData(piece);
   sReceived.append(piece.begin(), piece.end());
   while (!oResult) {
-    const std::size_t end = sReceived.find(kEnd, searched);
+    const std::size_t end = sReceived.find(kEndOfDataByte, searched);
     if (end == std::string::npos) break;
     const std::string whole = sReceived.substr(0, end + 1);
     sReceived.erase(0, end + 1);
@@ -79,7 +76,7 @@ void GatewayExchange::OnFrame(std::string_view received) {
   if (Received) Received(received);
   received.remove_suffix(1);
   answer = AnswerInFrame(received);
-  if (answer.errorNumber == kLoadingNotice) {
+  if (answer.errorNumber == ErrorNumber::kStillLoading) {
     if (StillLoading) StillLoading();
     return;
   }

@@ -25,7 +25,7 @@ struct ExchangeFolders {
 struct SendOptions {
   std::optional<ExchangeFolders> folders;  // through files; otherwise over TCP
   std::optional<Text> host;                // the gateway's machine; nothing: this one
-  std::optional<int> port;                 // nothing: 4999
+  std::optional<int> port;                 // nothing: kDefaultPort
   std::chrono::seconds timeout{300};       // for the whole exchange
   Text header;                             // the line that names the calling routine; empty: none
   bool raw = false;                        // bytes go and come as they are

@@ -11,11 +11,14 @@
 #include "platform/SystemError.h"
 #include "util/CodePage.h"
 #include "util/Text.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
 
 enum ExitCode { kAnswer = 0, kErrorAnswer = 1, kNotReached = 2, kNoAnswerInTime = 3, kUsage = 64 };
+
+constexpr std::string_view kAttributeMarkAsBytes(&kAttributeMarkByte, 1);
 
 void Tell(TextView text) { platform::WriteStandardError(u"ostrel-send: " + Text(text) + u"\n"); }
 
@@ -65,7 +68,8 @@ std::string WithLineBreaks(std::string_view bytes, std::string_view lineBreak) {
 }
 
 std::string RequestBytes(const SendOptions& options) {
-  const std::string_view lineBreak = options.folders || options.raw ? "\r\n" : "\xFE";
+  const std::string_view lineBreak =
+      options.folders || options.raw ? "\r\n" : kAttributeMarkAsBytes;
   std::string bytes = GivenRequest(options);
   if (!options.raw) {
     if (!IsFromCommandLine(options)) bytes = InCodePage(bytes);
@@ -77,10 +81,10 @@ std::string RequestBytes(const SendOptions& options) {
 
 std::string RequestFrame(const SendOptions& options) {
   std::string bytes = RequestBytes(options);
-  if (bytes.find('\x1F') != std::string::npos) {
+  if (bytes.find(kEndOfDataByte) != std::string::npos) {
     throw UsageError(u"the request holds character 31, which would end it there");
   }
-  bytes.push_back('\x1F');
+  bytes.push_back(kEndOfDataByte);
   return bytes;
 }
 
@@ -126,7 +130,7 @@ ExitCode RunExchange(const SendOptions& options, TextView peer, Exchange& exchan
 
 ExitCode SendOverTcp(const SendOptions& options) {
   const Text host = options.host.value_or(u"127.0.0.1");
-  const int port = options.port.value_or(4999);
+  const int port = options.port.value_or(kDefaultPort);
   const std::string request = RequestFrame(options);
   GatewayExchange exchange(host, port, options.timeout);
   return RunExchange(options, host + u" port " + ToText(std::int64_t{port}), exchange, request);

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "util/Wire.h"
+
 namespace ostrel {
 namespace {
 

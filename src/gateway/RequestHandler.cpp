@@ -11,6 +11,7 @@
 #include "platform/SystemError.h"
 #include "quickbooks/ErrorNumbers.h"
 #include "util/RunTimeError.h"
+#include "util/Wire.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
@@ -43,8 +44,8 @@ Command Recognise(TextView request) {
 }
 
 void MarksToLineBreaks(Text& request) {
-  const TextView mark(&kAttributeMark, 1);
-  if (Contains(request, mark)) request = ReplaceAll(request, mark, kCrLf);
+  if (!Contains(request, kAttributeMarkText)) return;
+  request = ReplaceAll(request, kAttributeMarkText, kCrLf);
 }
 
 // The header names the client's routine; requests of the older routines have none.
@@ -57,7 +58,7 @@ void RemoveHeaderLine(Text& request) {
 // Blanks are trimmed before the rest of the lines is cut off.
 TextView CompanyFileIn(TextView request) {
   const TextView name = TrimBlanks(request.substr(request.find(u':') + 1));
-  return name.substr(0, name.find_first_of(u"\r\n\u00FE"));
+  return name.substr(0, name.find_first_of(Text(kCrLf).append(kAttributeMarkText)));
 }
 
 // Puts the company file of the settings into `name`. Empty, or why it cannot be told.
@@ -96,9 +97,9 @@ float RequestHandler::ProcessRequest(Text& request, Text& response) {
   } catch (const RunTimeError& error) {
     return Fail(error.Number, error.Description, response);
   } catch (const std::bad_alloc&) {
-    return Fail(qbxml::kOutOfMemory, u"Out of memory", response);
+    return Fail(ErrorNumber::kOutOfMemory, u"Out of memory", response);
   } catch (const std::exception&) {
-    return Fail(qbxml::kInternalError, u"Internal error", response);
+    return Fail(ErrorNumber::kInternalError, u"Internal error", response);
   }
 }
 
@@ -131,11 +132,12 @@ std::int32_t RequestHandler::SelectCompanyFile(TextView request, Text& response)
   Text name(CompanyFileIn(request));
   if (UpperCase(name) == u"DEFAULT") {
     Text failure = ReadDefaultCompanyFile(oSettings.sIniFile, name);
-    if (!failure.empty()) return Refuse(kSettingsUnreadable, std::move(failure), response);
+    if (!failure.empty()) return Refuse(ErrorNumber::kPathFileAccess, std::move(failure), response);
   }
   // The name is sent to every client that asks for it, and one such character ends a frame.
   if (std::any_of(name.begin(), name.end(), IsControl)) {
-    return Refuse(kBadFileName, u"The company file name holds a control character", response);
+    return Refuse(ErrorNumber::kBadFileName, u"The company file name holds a control character",
+                  response);
   }
   oSettings.sQBFileName = std::move(name);
   // Without a session the name is a sentence that differs, and there is nothing to close.

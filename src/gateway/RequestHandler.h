@@ -14,10 +14,6 @@ namespace ostrel {
 
 class RequestHandler {
  public:
-  /// Numbers of a request that chooses a company file and is refused.
-  static constexpr std::int32_t kBadFileName = 52;         // a name with control characters
-  static constexpr std::int32_t kSettingsUnreadable = 75;  // its name cannot be told
-
   RequestHandler(GatewaySettings& settings, qbxml& session, HostQuery& hostQuery,
                  IdleClose& idleClose, Trace& trace, const platform::Clock& clock);
 

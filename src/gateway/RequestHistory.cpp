@@ -4,6 +4,7 @@
 
 #include "gateway/XmlLayout.h"
 #include "platform/SystemError.h"
+#include "util/Wire.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {

@@ -5,6 +5,7 @@
 
 #include "gateway/XmlProlog.h"
 #include "platform/FileSystem.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -68,7 +69,7 @@ bool ValidateRequest(TextView request, Text& report) {
 Text PrepareForValidation(TextView request) {
   Text text(request);
   for (const TextView instruction : kQbxmlInstructions) RemoveIgnoringCase(text, instruction);
-  text = ReplaceAll(text, TextView(&kAttributeMark, 1), kCrLf);
+  text = ReplaceAll(text, kAttributeMarkText, kCrLf);
   EnsureXmlProlog(text);
   return text;
 }

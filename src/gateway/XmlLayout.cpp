@@ -7,6 +7,7 @@
 #include "gateway/WholeFile.h"
 #include "platform/EventLoop.h"
 #include "util/CStringBuilder.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "gateway/ValidationReport.h"
 #include "quickbooks/ErrorNumbers.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -162,7 +163,7 @@ std::int32_t qbxml::CreateProcessor(TextView failureText) {
   bProcessorCreated = failure.lNumber == 0;
   if (bProcessorCreated) return 0;
   oProcessor = nullptr;
-  if (!failure.bGivenUp) failure = {kQuickBooksSdkMissing, Text(failureText)};
+  if (!failure.bGivenUp) failure = {ErrorNumber::kQuickBooksSdkMissing, Text(failureText)};
   return Keep(std::move(failure));
 }
 
@@ -170,7 +171,7 @@ qbxml::Failure qbxml::MakeProcessor() {
   try {
     oProcessor = oFactory();
   } catch (...) {
-    return {kQuickBooksSdkMissing, {}};
+    return {ErrorNumber::kQuickBooksSdkMissing, {}};
   }
   return Call([](auto& processor) { processor.Create(); });
 }
@@ -190,9 +191,9 @@ qbxml::Failure qbxml::Call(const Operation& operation) {
   } catch (const RequestProcessorError& error) {
     return CallFailed(error);
   } catch (const std::bad_alloc&) {
-    return {kOutOfMemory, u"Out of memory"};
+    return {ErrorNumber::kOutOfMemory, u"Out of memory"};
   } catch (...) {
-    return {kInternalError, u"Internal error"};
+    return {ErrorNumber::kInternalError, u"Internal error"};
   }
 }
 
@@ -203,8 +204,8 @@ qbxml::Failure qbxml::CallFailed(const RequestProcessorError& error) {
   const std::int32_t reduced = Reduced(error.Number);
   if (reduced > 0) return {reduced, error.Description};
   // Such a number would pass for success, or as no error of QuickBooks at all.
-  return {kCannotUseCompanyFile, error.Description + u" (" + Hexadecimal(error.Number) + u")",
-          isGivenUp};
+  return {ErrorNumber::kCannotUseCompanyFile,
+          error.Description + u" (" + Hexadecimal(error.Number) + u")", isGivenUp};
 }
 
 // A dead server has neither a session nor a connection; a new one needs a new object. So does one

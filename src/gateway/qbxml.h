@@ -19,12 +19,6 @@ class qbxml {
   /// Makes a request processor on which nothing has been called yet.
   using ProcessorFactory = std::function<std::unique_ptr<RequestProcessor>()>;
 
-  /// Failures that are not the request processor's own.
-  static constexpr std::int32_t kCannotUseCompanyFile = 2;  // an HRESULT that does not reduce
-  static constexpr std::int32_t kQuickBooksSdkMissing = 3;  // no processor object
-  static constexpr std::int32_t kOutOfMemory = 7;
-  static constexpr std::int32_t kInternalError = 51;
-
   explicit qbxml(ProcessorFactory factory);
   ~qbxml();
   qbxml(const qbxml&) = delete;

@@ -503,7 +503,7 @@ void CSocket::ReportDataArrival() {
 
 void CSocket::ReportError(int number, Text description, TextView source) {
   const bool fits = std::in_range<std::uint16_t>(number);
-  const auto Number = static_cast<std::uint16_t>(fits ? number : RunTimeError::kInternalError);
+  const auto Number = static_cast<std::uint16_t>(fits ? number : ErrorNumber::kInternalError);
   bool cancelDisplay = false;
   if (oCallback != nullptr) {
     oCallback->OnError(iIndex, Number, description, 0, source, {}, 0, cancelDisplay);

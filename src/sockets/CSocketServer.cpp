@@ -13,11 +13,9 @@
 namespace ostrel {
 namespace {
 
-constexpr int kObjectNotSet = 91;
-
 const CSocketListen& Existing(const std::shared_ptr<CSocketListen>& listener, TextView source) {
   if (!listener) {
-    throw RunTimeError(kObjectNotSet, Text(source),
+    throw RunTimeError(ErrorNumber::kObjectNotSet, Text(source),
                        u"Object variable or With block variable not set");
   }
   return *listener;

@@ -8,6 +8,7 @@
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 #include "util/Flag.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -55,7 +56,8 @@ void FolderTransport::ScanProcessFolder(TextView folder) {
   if (bScanning || bTakeNoMore) return;
   Log(u"Changed ", folder);
   ListAnew();
-  if (ProcessList.Names().empty()) return Log(u"No *.osl files found");
+  if (ProcessList.Names().empty())
+    return Log(Text(u"No ").append(kRequestPattern).append(u" files found"));
   oTrace.WriteStatusFile({});
   TakeListed();
 }
@@ -107,9 +109,9 @@ bool FolderTransport::Take(const Text& name, ResponseFile& response, Text& reque
     if (error != 0) return Refuse(name, u"it cannot be read", error);
     held.Resize(request.capacity() * sizeof(char16_t));
   } catch (const std::bad_alloc&) {
-    problem = {kErrorOutOfMemory, u"Out of memory: the request could not be read"};
+    problem = {ErrorNumber::kOutOfMemory, u"Out of memory: the request could not be read"};
   } catch (const std::length_error&) {
-    problem = {kErrorRequestTooLong, u"The request is too long"};
+    problem = {ErrorNumber::kRequestTooLong, u"The request is too long"};
   }
   // Not processed unless it has gone: it would be processed again and again.
   const int error = DeleteRequest(file);
@@ -135,14 +137,14 @@ void FolderTransport::Respond(std::size_t index, Text request, const Problem& pr
                               ResponseFile& response) {
   try {
     ProcessList.Remove(index);
-    if (problem.sErrorNumber.empty()) return ProcessInto(response, std::move(request));
+    if (problem.fErrorNumber == 0) return ProcessInto(response, std::move(request));
     request = Text();
     Log(u"Write ", response.Path());
-    response.WriteError(problem.sErrorNumber, problem.sMessage);
+    response.WriteError(problem.fErrorNumber, problem.sMessage);
   } catch (const std::bad_alloc&) {
-    response.WriteError(kErrorOutOfMemory, u"Out of memory");
+    response.WriteError(ErrorNumber::kOutOfMemory, u"Out of memory");
   } catch (const std::exception&) {
-    response.WriteError(kErrorInternal, u"Internal error");
+    response.WriteError(ErrorNumber::kInternalError, u"Internal error");
   }
 }
 
@@ -151,7 +153,7 @@ void FolderTransport::ProcessInto(ResponseFile& file, Text request) {
   request = Text();  // gives its memory to the response's layout
   Log(u"Write ", file.Path());
   if (response.fResult > 0) {
-    file.WriteError(ToText(response.fResult), response.sText);
+    file.WriteError(response.fResult, response.sText);
   } else {
     file.WriteResponse(response.sText, WriteResponse);
   }
@@ -185,7 +187,7 @@ bool FolderTransport::IsFolderThere() {
 
 void FolderTransport::SendLoadingNotice() {
   if (ProcessList.Count() == 0) return;
-  oResponses.WriteNotice(ProcessList.First(), u"99", u"Loading Quickbooks");
+  oResponses.WriteNotice(ProcessList.First(), ErrorNumber::kStillLoading, u"Loading Quickbooks");
 }
 
 void FolderTransport::ListAnew() {

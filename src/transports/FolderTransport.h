@@ -73,7 +73,8 @@ class FolderTransport {
 
  private:
   struct Problem {
-    TextView sErrorNumber, sMessage;
+    float fErrorNumber = 0;  // above 0 when there is one
+    TextView sMessage;
   };
 
   void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);

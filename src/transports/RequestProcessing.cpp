@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "util/RunTimeError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 
@@ -14,7 +14,7 @@ HeldResponse ProcessWithinBudget(const RequestProcessing& process, Text& request
   try {
     response.oShare.Resize(held + response.sText.size() * bytesToSend);
   } catch (const std::bad_alloc&) {
-    response.fResult = static_cast<float>(RunTimeError::kOutOfMemory);
+    response.fResult = ErrorNumber::kOutOfMemory;
     response.sText = Text(u"Out of memory: the response is too long");
   }
   return response;

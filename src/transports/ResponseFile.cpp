@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "gateway/ErrorFile.h"
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -19,6 +19,12 @@ bool IsMissing(int error) {
 }
 
 }  // namespace
+
+bool WriteErrorFile(WholeFile& file, float errorNumber, TextView message) {
+  Text content(kErrorFilePrefix);
+  content.append(ToText(errorNumber)).append(kCrLf).append(message).append(kCrLf);
+  return file.Write(std::move(content));
+}
 
 ResponseFile::ResponseFile(Paths paths)
     : oPaths(std::move(paths)), oFile(oPaths.sPlace, oPaths.sReserved) {}
@@ -56,17 +62,17 @@ void ResponseFile::WriteResponse(TextView response, const ResponseWriter& write)
   bComplete = Open() && write(response, oFile) && oFile.Close();
   if (bComplete) return;
   const int error = oFile.Error() != 0 ? oFile.Error() : platform::kOutOfMemory;
-  WriteError(kErrorResponseNotWritten,
+  WriteError(ErrorNumber::kResponseNotWritten,
              u"The request was carried out, but its response could not be written: " +
                  platform::SystemErrorText(error));
 }
 
-void ResponseFile::WriteError(TextView errorNumber, TextView message) {
+void ResponseFile::WriteError(float errorNumber, TextView message) {
   bComplete = TryWriteError(errorNumber, message) ||
               TryWriteError(errorNumber, message.substr(0, kLongestCutMessage));
 }
 
-bool ResponseFile::TryWriteError(TextView errorNumber, TextView message) {
+bool ResponseFile::TryWriteError(float errorNumber, TextView message) {
   return Open() && WriteErrorFile(oFile, errorNumber, message) && oFile.Close();
 }
 
@@ -78,7 +84,7 @@ int ResponseFile::PutInPlace() {
 
 int ResponseFile::TryPutInPlace() {
   if (!bComplete) {
-    WriteError(kErrorResponseNotWritten,
+    WriteError(ErrorNumber::kResponseNotWritten,
                u"The request was taken, but its response could not be written");
   }
   if (!bComplete) return oFile.Error();

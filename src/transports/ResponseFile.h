@@ -9,12 +9,9 @@
 
 namespace ostrel {
 
-/// The codes of the error files that are the folder transport's own.
-inline constexpr TextView kErrorOutOfMemory = u"7";
-inline constexpr TextView kErrorRequestTooLong = u"14";
-inline constexpr TextView kErrorInternal = u"51";
-inline constexpr TextView kErrorResponseNotWritten = u"57";
-inline constexpr TextView kErrorGatewayEnded = u"58";
+/// Writes an error file: the first line names the number, the second is the message. False when it
+/// is not whole.
+bool WriteErrorFile(WholeFile& file, float errorNumber, TextView message);
 
 /// Writes the response into the open file; false when it is not whole.
 using ResponseWriter = std::function<bool(TextView response, WholeFile& file)>;
@@ -44,14 +41,14 @@ class ResponseFile {
   /// A response that cannot be written whole becomes an error.
   void WriteResponse(TextView response, const ResponseWriter& write);
   /// A message for which there is no room on the disk is cut.
-  void WriteError(TextView errorNumber, TextView message);
+  void WriteError(float errorNumber, TextView message);
   /// 0, or the error number; may be tried again. Without a complete response it is an error. A
   /// finished one whose place is in use gets the name that says so.
   int PutInPlace();
 
  private:
   bool Open();
-  bool TryWriteError(TextView errorNumber, TextView message);
+  bool TryWriteError(float errorNumber, TextView message);
   int TryPutInPlace();
   void SetAside();
 

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <utility>
 
-#include "gateway/ErrorFile.h"
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
 
-constexpr TextView kRequestExtension = u".osl";
 constexpr TextView kGatewayEnded =
     u"the gateway ended while this request was in work; it may have been carried out";
 
@@ -80,7 +79,7 @@ void ResponseFolder::PlaceWaiting() {
   std::erase_if(oWaiting, [](const auto& response) { return response->PutInPlace() == 0; });
 }
 
-void ResponseFolder::WriteNotice(TextView name, TextView errorNumber, TextView message) {
+void ResponseFolder::WriteNotice(TextView name, float errorNumber, TextView message) {
   const Text path = PathOf(name);
   if (IsWaiting(name) || platform::KindOf(path) == platform::EntryKind::kLink) return;
   WholeFile file(path, PathBeside(name, kNotice));
@@ -132,8 +131,9 @@ void ResponseFolder::SettleReserved(const Text& name) {
 // What was reserved is replaced in one step: killed here, the gateway does it again.
 int ResponseFolder::TellClientOfEnd(const Text& name) {
   WholeFile file(PathBeside(name, kReserved), PathBeside(name, kNotice));
-  const bool isDone =
-      file.Open() && WriteErrorFile(file, kErrorGatewayEnded, kGatewayEnded) && file.PutInPlace();
+  const bool isDone = file.Open() &&
+                      WriteErrorFile(file, ErrorNumber::kGatewayEnded, kGatewayEnded) &&
+                      file.PutInPlace();
   return isDone ? 0 : file.Error();
 }
 

@@ -38,7 +38,7 @@ class ResponseFolder {
   void PlaceWaiting();
 
   /// An error file for a client whose request waits still. It gives way to a finished response.
-  void WriteNotice(TextView name, TextView errorNumber, TextView message);
+  void WriteNotice(TextView name, float errorNumber, TextView message);
 
   /// Gives what a gateway left that was killed its end: a finished response is put in its place, a
   /// request that was in work is answered by an error, and what was reserved for one that is still

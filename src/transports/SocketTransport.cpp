@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "util/RunTimeError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -21,8 +22,6 @@ constexpr TextView kNoMemoryForResponse = u"no memory for its response";
 constexpr TextView kIdle = u"it took nothing of its response for five minutes";
 constexpr TextView kTooLong = u"its request is too long";
 constexpr TextView kNoRoom = u"no room for another request";
-constexpr TextView kAttributeMarkText(&kAttributeMark, 1);
-constexpr TextView kEndOfDataMarkText(&kEndOfDataMark, 1);
 
 // `block` with its line breaks as attribute marks, into a buffer that keeps its memory.
 void ReplaceLineBreaks(TextView block, Text& replaced) {
@@ -33,6 +32,9 @@ void ReplaceLineBreaks(TextView block, Text& replaced) {
   }
   replaced.append(block, done);
 }
+
+// The beginning of a response that is an error.
+Text ErrorFrame(float number) { return Text(kErrorFramePrefix).append(ToText(number)); }
 
 Text SocketName(std::int16_t socket) { return u"Socket " + ToText(std::int64_t{socket}); }
 
@@ -205,7 +207,7 @@ void SocketTransport::Answer(RequestText& request) {
 
 void SocketTransport::SendFailure(HeldResponse& response) {
   Text& reply = response.sText;
-  reply.insert(0, u"ERROR: " + ToText(response.fResult).append(kAttributeMarkText));
+  reply.insert(0, ErrorFrame(response.fResult).append(kAttributeMarkText));
   reply.append(kEndOfDataMarkText);
   response.oShare.Resize(reply.capacity() * sizeof(char16_t));  // the rest is for the queue
   if (Send(reply)) Log(iReplyTo, u"Results: ", reply);
@@ -244,7 +246,7 @@ bool SocketTransport::Send(TextView data) {
       ToText(std::int64_t{error}) + u" (" + Err.Source + u") " + Err.Description);
   // The connection is still there: its client would wait for the rest, or take the next response
   // for it.
-  if (error == RunTimeError::kOutOfMemory || error == kNoBuffers) EndReply(kNoMemoryForResponse);
+  if (error == ErrorNumber::kOutOfMemory || error == kNoBuffers) EndReply(kNoMemoryForResponse);
   return false;
 }
 
@@ -255,7 +257,7 @@ void SocketTransport::Queue(TextView data) {
 
 bool SocketTransport::SendLoadingNotice() {
   if (!bInWork) return false;
-  if (iReplyTo != 0) Queue(u"ERROR: 99\u001F");
+  if (iReplyTo != 0) Queue(ErrorFrame(ErrorNumber::kStillLoading).append(kEndOfDataMarkText));
   return true;
 }
 

@@ -14,12 +14,13 @@ constexpr std::int32_t kMostCharacters =
 
 void RequireFit(std::size_t used, std::size_t added) {
   if (added <= kMostCharacters - used) return;
-  throw RunTimeError(7, u"CStringBuilder", u"Out of memory");
+  throw RunTimeError(ErrorNumber::kOutOfMemory, u"CStringBuilder", u"Out of memory");
 }
 
 void RequireInRange(bool inRange, TextView member) {
   if (inRange) return;
-  throw RunTimeError(9, u"CStringBuilder." + Text(member), u"Subscript out of range");
+  throw RunTimeError(ErrorNumber::kSubscriptOutOfRange, u"CStringBuilder." + Text(member),
+                     u"Subscript out of range");
 }
 
 }  // namespace
@@ -32,7 +33,8 @@ std::int32_t CStringBuilder::ChunkSize() const { return lChunkSize / kBytesPerCh
 
 void CStringBuilder::ChunkSize(std::int32_t characters) {
   if (characters < 1 || characters > kMostCharacters) {
-    throw RunTimeError(5, u"CStringBuilder.ChunkSize", u"Invalid procedure call or argument");
+    throw RunTimeError(ErrorNumber::kInvalidProcedureCall, u"CStringBuilder.ChunkSize",
+                       u"Invalid procedure call or argument");
   }
   lChunkSize = characters * kBytesPerCharacter;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/CodePage.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {

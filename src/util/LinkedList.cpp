@@ -12,8 +12,6 @@ namespace {
 
 constexpr std::int32_t kFree = -1;
 constexpr std::int32_t kUsualGrowth = 100;
-constexpr int kInvalidProcedureCall = 5;
-constexpr int kSubscriptOutOfRange = 9;
 
 using Value = LinkedList::Value;
 using Object = std::shared_ptr<void>;
@@ -186,7 +184,8 @@ void LinkedList::SetSize(std::int32_t numEls, std::int32_t chunkSize) {
 
 void LinkedList::CheckIndex(std::int32_t index) const {
   const bool names = index >= 1 && index <= UpperBound();
-  if (!names || At(index).lPrevious == kFree) throw RunTimeError(kInvalidProcedureCall);
+  if (!names || At(index).lPrevious == kFree)
+    throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
 }
 
 LinkedList::Node& LinkedList::At(std::int32_t index) {
@@ -194,7 +193,7 @@ LinkedList::Node& LinkedList::At(std::int32_t index) {
 }
 
 const LinkedList::Node& LinkedList::At(std::int32_t index) const {
-  if (index < 0 || index > UpperBound()) throw RunTimeError(kSubscriptOutOfRange);
+  if (index < 0 || index > UpperBound()) throw RunTimeError(ErrorNumber::kSubscriptOutOfRange);
   return nodes[static_cast<std::size_t>(index)];
 }
 

@@ -10,9 +10,9 @@ RunTimeError AsRunTimeError(const std::exception_ptr& exception, TextView source
   } catch (const RunTimeError& error) {
     return error;
   } catch (const std::bad_alloc&) {
-    return RunTimeError(RunTimeError::kOutOfMemory, Text(source), u"Out of memory");
+    return RunTimeError(ErrorNumber::kOutOfMemory, Text(source), u"Out of memory");
   } catch (...) {
-    return RunTimeError(RunTimeError::kInternalError, Text(source), u"Internal error");
+    return RunTimeError(ErrorNumber::kInternalError, Text(source), u"Internal error");
   }
 }
 
@@ -21,7 +21,7 @@ void PendingError::SetFrom(const std::exception_ptr& exception, TextView source)
     const RunTimeError error = AsRunTimeError(exception, source);
     Set(error.Number, error.Source, error.Description);
   } catch (...) {  // no memory for the texts
-    Number = RunTimeError::kOutOfMemory;
+    Number = ErrorNumber::kOutOfMemory;
     Source.clear();
     Description.clear();
   }

@@ -1,20 +1,18 @@
 // A run-time error as the program's classes raise it, and the pending error that a guarded
-// operation leaves behind instead of raising.
+// operation leaves behind instead of raising. Their numbers are in util/Wire.h.
 #pragma once
 
 #include <exception>
 #include <utility>
 
 #include "util/Text.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 
 /// Raised by the file class's profile operations, the linked list and the socket classes.
 class RunTimeError : public std::exception {
  public:
-  static constexpr int kOutOfMemory = 7;
-  static constexpr int kInternalError = 51;
-
   explicit RunTimeError(int number, Text source = {}, Text description = {})
       : Number(number), Source(std::move(source)), Description(std::move(description)) {}
   const char* what() const noexcept override { return "run-time error"; }

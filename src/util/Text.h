@@ -11,10 +11,6 @@ namespace ostrel {
 using Text = std::u16string;
 using TextView = std::u16string_view;
 
-/// The MultiValue field separator: a line break on the wire and in log buffers.
-inline constexpr char16_t kAttributeMark = 254;
-/// Ends every request from a client and every reply to it.
-inline constexpr char16_t kEndOfDataMark = 31;
 inline constexpr TextView kCrLf = u"\r\n";
 
 /// Each byte becomes the character of the same number; meant for 7-bit text.

@@ -9,6 +9,7 @@
 
 #include "platform/SystemError.h"
 #include "util/CodePage.h"
+#include "util/Wire.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
@@ -191,8 +192,7 @@ int cFileIO::ReadLine(Text& line) {
 void cFileIO::WriteData(Text& output, std::int64_t offset, TextView option) {
   ClearError();
   const int error = Guarded([&] {
-    constexpr TextView kMark(&kAttributeMark, 1);
-    if (Contains(option, u"A")) output = ReplaceAll(output, kMark, kCrLf);
+    if (Contains(option, u"A")) output = ReplaceAll(output, kAttributeMarkText, kCrLf);
     return Write(output, PositionFor(offset), Contains(option, u"X"));
   });
   if (error != 0) KeepError(u"modMain.WriteData", {}, error);

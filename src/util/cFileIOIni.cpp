@@ -14,8 +14,6 @@
 namespace ostrel {
 namespace {
 
-constexpr int kFileNotFound = 53;
-constexpr int kOutOfMemory = 7;
 constexpr int kWithoutNumber = -1;
 
 constexpr std::size_t kValueSize = 100;
@@ -30,19 +28,20 @@ RunTimeError CaughtError() {
   } catch (const RunTimeError& error) {
     return error;
   } catch (const std::bad_alloc&) {
-    return RunTimeError(kOutOfMemory, {}, u"Out of memory");
+    return RunTimeError(ErrorNumber::kOutOfMemory, {}, u"Out of memory");
   } catch (const std::exception& error) {
     return RunTimeError(kWithoutNumber, {}, FromAscii(error.what()));
   }
 }
 
 bool IsRaisedByReading(const RunTimeError& error) {
-  return error.Number == kFileNotFound || error.Number == kWithoutNumber;
+  return error.Number == ErrorNumber::kFileNotFound || error.Number == kWithoutNumber;
 }
 
 RunTimeError ReadingError(const RunTimeError& caught, const Text& path) {
-  return RunTimeError(caught.Number, Text(kReadSource),
-                      caught.Number == kFileNotFound ? path + u" not Found" : caught.Description);
+  return RunTimeError(
+      caught.Number, Text(kReadSource),
+      caught.Number == ErrorNumber::kFileNotFound ? path + u" not Found" : caught.Description);
 }
 
 template <typename Operation>
@@ -82,7 +81,7 @@ void FillTable(TextView entries, std::vector<std::pair<Text, Text>>& table) {
 }  // namespace
 
 Text cFileIO::ProfilePath() const {
-  if (sFileName.empty()) throw RunTimeError(kFileNotFound, {}, u"File not found");
+  if (sFileName.empty()) throw RunTimeError(ErrorNumber::kFileNotFound, {}, u"File not found");
   return FullFileName();
 }
 

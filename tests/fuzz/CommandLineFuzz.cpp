@@ -3,6 +3,7 @@
 
 #include "shell/settings/cCommandLine.h"
 #include "tests/fuzz/FuzzTarget.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {

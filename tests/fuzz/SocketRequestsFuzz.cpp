@@ -12,6 +12,7 @@
 #include "tests/unit/doubles/FakeTrace.h"
 #include "transports/SocketTransport.h"
 #include "util/RunTimeError.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {

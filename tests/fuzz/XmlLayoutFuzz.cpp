@@ -6,6 +6,7 @@
 #include "tests/fuzz/FuzzFolder.h"
 #include "tests/fuzz/FuzzTarget.h"
 #include "util/CodePage.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {

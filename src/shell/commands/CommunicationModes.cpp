@@ -9,6 +9,7 @@
 #include "shell/forms/Menus.h"
 #include "util/Flag.h"
 #include "util/RunTimeError.h"
+#include "util/Wire.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
@@ -45,11 +46,10 @@ Text FolderKey(TextView folder) {
 }
 
 void CreateFolder(const Text& folder) {
-  constexpr int kPathFileAccessError = 75;
   const int error = cFileIO().ValidateDirectory(folder);
   if (error == 0) return;
   throw RunTimeError(
-      kPathFileAccessError, u"cFileIO.ValidateDirectory",
+      ErrorNumber::kPathFileAccess, u"cFileIO.ValidateDirectory",
       u"Unable to create the folder " + folder + u": " + platform::SystemErrorText(error));
 }
 
@@ -156,7 +156,7 @@ void CommunicationModes::ApplySocketServer() {
   if (!oState.bSocketRunning) return;
   oSocketServer->StopServer();
   // Kept: the number does not follow the port.
-  oTrace.AddStatus(u"Stop Listenning on Socket 4999");
+  oTrace.AddStatus(Text(u"Stop Listenning on Socket ").append(kDefaultPortText));
   oState.bSocketRunning = false;
   tmrSocketProcess.SetEnabled(false);
   ReleaseSocketServer();
@@ -210,7 +210,7 @@ void CommunicationModes::StartFolderWatch() {
   if (platform::IsSameFolder(oSettings.sProcessPath, oSettings.sResponsePath)) {
     return RefuseFolder();
   }
-  oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, u"*.osl");
+  oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, Text(kRequestPattern));
   oFolderTransport.TakeAgain();
   tmrProcess.SetEnabled(true);
 }

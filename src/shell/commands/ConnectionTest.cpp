@@ -5,6 +5,7 @@
 
 #include "shell/commands/RequestInWork.h"
 #include "shell/commands/SupportReport.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -33,9 +34,10 @@ constexpr OpenFailure kOpenFailures[] = {
     {1056, kTestAgain},
     {1046, u"Unable to Start Quickbooks. Verify the QB Database file path, or start Quickbooks",
      u"QB Database: "},
-    {qbxml::kCannotUseCompanyFile,
+    {ErrorNumber::kCannotUseCompanyFile,
      u"Unable to Open the Quickbooks Database, or it is the wrong version.", u" QB FileName: "},
-    {qbxml::kQuickBooksSdkMissing, u"Invalid or Corrupted Install.  Missing the Quickbooks SDK."},
+    {ErrorNumber::kQuickBooksSdkMissing,
+     u"Invalid or Corrupted Install.  Missing the Quickbooks SDK."},
     {1034, u"Company File open does not match the Company file we are trying to update.",
      u"QB Database: "},
 };

@@ -6,6 +6,7 @@
 #include "platform/SystemError.h"
 #include "shell/forms/Menus.h"
 #include "shell/forms/Version.h"
+#include "util/Wire.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {

@@ -50,14 +50,15 @@ Number Convert(TextView text) {
   const TextView whole = TakeDigits(text);
   const TextView fraction = TakeOneOf(text, u".") ? TakeDigits(text) : TextView();
   if (!text.empty() || whole.size() + fraction.size() == 0) {
-    throw RunTimeError(13, {}, u"Type mismatch");
+    throw RunTimeError(ErrorNumber::kTypeMismatch, {}, u"Type mismatch");
   }
 
   std::int64_t number = WholeNumber(whole);
   if (RoundsUp(fraction, number % 2 != 0)) ++number;
   if (negative) number = -number;
   using Limits = std::numeric_limits<Number>;
-  if (number < Limits::min() || number > Limits::max()) throw RunTimeError(6, {}, u"Overflow");
+  if (number < Limits::min() || number > Limits::max())
+    throw RunTimeError(ErrorNumber::kOverflow, {}, u"Overflow");
   return static_cast<Number>(number);
 }
 

@@ -12,6 +12,7 @@
 #include "shell/settings/NumberText.h"
 #include "util/CodePage.h"
 #include "util/RunTimeError.h"
+#include "util/Wire.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
@@ -54,7 +55,7 @@ void TakeNumber(AppSettings& settings, const Text& value) {
 
 void TakeCompanyFile(AppSettings& settings, const Text& value) {
   if (std::any_of(value.begin(), value.end(), IsControl)) {
-    throw RunTimeError(RequestHandler::kBadFileName, {},
+    throw RunTimeError(ErrorNumber::kBadFileName, {},
                        u"The company file name holds a control character");
   }
   settings.sQBFileName = value;
@@ -116,7 +117,7 @@ const SettingsFile::Key SettingsFile::kKeys[] = {
     {u"Communication", u"Type", u"0", TakeNumber<&S::lCommType, ToInteger>},
     {u"Communication", u"Folder", u"1", TurnOn<&S::bFolderWatch>},
     {u"Communication", u"Socket", u"1", TurnOn<&S::bSocketServer>},
-    {u"Communication", u"SocketPort", u"4999", TakeNumber<&S::lSocketPort, ToLong>, false,
+    {u"Communication", u"SocketPort", kDefaultPortText, TakeNumber<&S::lSocketPort, ToLong>, false,
      &SettingsFile::CheckPort},
     {u"Communication", u"BlockSize", u"10000", TakeNumber<&S::lBlockSize, ToLong>, false,
      &SettingsFile::CheckBlockSize},

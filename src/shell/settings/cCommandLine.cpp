@@ -4,6 +4,8 @@
 #include <optional>
 #include <utility>
 
+#include "util/Wire.h"
+
 namespace ostrel {
 namespace {
 

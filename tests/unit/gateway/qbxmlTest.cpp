@@ -8,6 +8,7 @@
 
 #include "../doubles/FakeRequestProcessor.h"
 #include "gateway/qbxml.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
@@ -469,7 +470,7 @@ TEST_F(qbxmlTest, GivesUpTheOperationThatIsOutstanding) {
   BeOpen();
   quickBooks.DuringCall = [&](TextView) { session->GiveUp(); };
 
-  EXPECT_EQ(session->ProcessRequest(u"<q/>", response), qbxml::kCannotUseCompanyFile);
+  EXPECT_EQ(session->ProcessRequest(u"<q/>", response), ErrorNumber::kCannotUseCompanyFile);
 
   EXPECT_EQ(session->sLastError,
             u"The call to QuickBooks was given up. (0x80010002) (ProcessRequest:2)");
@@ -483,7 +484,7 @@ TEST_F(qbxmlTest, CanBeGivenUpWhileQuickBooksStarts) {
   std::int32_t number = 0;
 
   EXPECT_EQ(session->OpenConnectionAndBeginSession(u"ostrel", u"Ostrel", u"", 0, number),
-            qbxml::kCannotUseCompanyFile);
+            ErrorNumber::kCannotUseCompanyFile);
 
   EXPECT_TRUE(session->sLastError.starts_with(kGivenUpText));
   EXPECT_FALSE(session->bProcessorCreated);
@@ -507,7 +508,7 @@ TEST_F(qbxmlTest, GivesUpTheBeginningOfASession) {
     if (operation == u"BeginSession") session->GiveUp();
   };
 
-  EXPECT_EQ(Open(), qbxml::kCannotUseCompanyFile);
+  EXPECT_EQ(Open(), ErrorNumber::kCannotUseCompanyFile);
 
   EXPECT_FALSE(session->IsConnected());
   EXPECT_EQ(session->sLastError, u"The call to QuickBooks was given up. (0x80010002)");

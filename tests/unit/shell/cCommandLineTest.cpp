@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "shell/settings/cCommandLine.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {

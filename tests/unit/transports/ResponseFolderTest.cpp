@@ -41,7 +41,7 @@ class ResponseFolderTest : public testing::Test {
     Folder.MakeFolder(Text(u"r/").append(name));
     auto response = Responses.FileFor(name);
     ASSERT_EQ(platform::KindOf(response->Path()), platform::EntryKind::kFolder);
-    response->WriteError(u"1", u"finished");
+    response->WriteError(1, u"finished");
     response->Owe();
     Responses.Place(std::move(response));
   }
@@ -268,7 +268,7 @@ TEST_F(ResponseFolderTest, PlacesEachThatWaits) {
 TEST_F(ResponseFolderTest, WritesANoticeWhole) {
   Left(u"a.osl", "an older and longer response");
 
-  Responses.WriteNotice(u"a.osl", u"99", u"Loading Quickbooks");
+  Responses.WriteNotice(u"a.osl", 99, u"Loading Quickbooks");
 
   EXPECT_THAT(Names(), ElementsAre(u"a.osl"));
   EXPECT_EQ(Read(u"a.osl"), "ERROR 99\r\nLoading Quickbooks\r\n");
@@ -278,7 +278,7 @@ TEST_F(ResponseFolderTest, ANoticeGivesWayToAFinishedResponse) {
   LetWait(u"a.osl");
   Remove(u"r/a.osl");
 
-  Responses.WriteNotice(u"a.osl", u"99", u"Loading Quickbooks");
+  Responses.WriteNotice(u"a.osl", 99, u"Loading Quickbooks");
 
   EXPECT_THAT(Names(), ElementsAre(u"a.osl.done"));
 }
@@ -287,7 +287,7 @@ TEST_F(ResponseFolderTest, ANoticeDoesNotTouchWhatIsReserved) {
   auto inWork = Responses.FileFor(u"a.osl");
   ASSERT_EQ(inWork->Reserve(), 0);
 
-  Responses.WriteNotice(u"a.osl", u"99", u"Loading Quickbooks");
+  Responses.WriteNotice(u"a.osl", 99, u"Loading Quickbooks");
 
   EXPECT_THAT(Names(), ElementsAre(u"a.osl", u"a.osl.part"));
 }
@@ -296,7 +296,7 @@ TEST_F(ResponseFolderTest, ANoticeDoesNotReplaceALink) {
   Folder.Write(u"secret", "secret");
   if (!Folder.MakeLink(u"../secret", u"r/a.osl")) return;  // Wine makes no links
 
-  Responses.WriteNotice(u"a.osl", u"99", u"Loading Quickbooks");
+  Responses.WriteNotice(u"a.osl", 99, u"Loading Quickbooks");
 
   EXPECT_EQ(Read(u"a.osl"), "secret");
   EXPECT_THAT(Names(), ElementsAre(u"a.osl"));

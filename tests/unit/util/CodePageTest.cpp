@@ -4,6 +4,7 @@
 #include <set>
 
 #include "util/CodePage.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 namespace {
