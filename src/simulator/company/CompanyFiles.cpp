@@ -1,3 +1,4 @@
+#include <new>
 #include <utility>
 
 #include "platform/FileContents.h"
@@ -27,14 +28,23 @@ class FileLock : public CompanyLock {
  public:
   FileLock(Text path, platform::File file) : sPath(std::move(path)), oFile(std::move(file)) {}
   ~FileLock() override {
-    const bool erased = platform::EraseFile(sPath) == 0;
+    const bool erased = Erase();
     oFile.Close();
-    if (!erased) platform::EraseFile(sPath);
+    if (!erased) Erase();
   }
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
 
  private:
+  // Without memory for it the file stays, which locks nothing once it is closed.
+  bool Erase() const noexcept {
+    try {
+      return platform::EraseFile(sPath) == 0;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+  }
+
   Text sPath;
   platform::File oFile;
 };

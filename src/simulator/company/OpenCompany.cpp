@@ -65,7 +65,7 @@ int OpenCompany::WriteAnew() {
 void OpenCompany::Fold() noexcept {
   try {
     WriteAnew();
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
   }
 }
 
