@@ -3,6 +3,7 @@
 import pathlib
 import random
 import resource
+import select
 import signal
 import socket
 import time
@@ -44,6 +45,29 @@ def test_interleaved_clients_each_get_their_own_answer(running, count):
 
     for number, client in enumerate(clients):
         assert answer_of(number) in client.read_frame()
+
+
+def begin_to_connect(port):
+    connection = socket.socket()
+    connection.setblocking(False)
+    connection.connect_ex(("127.0.0.1", port))
+    return connection
+
+
+def test_clients_that_come_at_the_same_moment_are_all_served(running):
+    connections = [begin_to_connect(running.port) for _ in range(150)]
+
+    for number, connection in enumerate(connections):
+        connection.settimeout(LIMIT)
+        select.select([], [connection], [], LIMIT)
+        connection.sendall(request_of(number) + END_OF_DATA)
+
+    for number, connection in enumerate(connections):
+        received = b""
+        while not received.endswith(END_OF_DATA):
+            received += connection.recv(4096) or pytest.fail(f"connection {number} was closed")
+        assert answer_of(number) in received
+        connection.close()
 
 
 def leaves_after_connecting(running):

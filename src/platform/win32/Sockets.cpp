@@ -124,7 +124,7 @@ int WindowsSockets::Bind(SocketHandle socket, SocketAddress address) {
 }
 
 int WindowsSockets::Listen(SocketHandle socket, int backlog) {
-  return LastErrorIf(listen(ToSystem(socket), backlog) != 0);
+  return LastErrorIf(listen(ToSystem(socket), std::max(backlog, SOMAXCONN)) != 0);
 }
 
 SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
