@@ -256,11 +256,18 @@ void frmMain::AnswerSoon() {
 
 void frmMain::tmrProcess_Timer() {
   if (bUnloadWanted) return;
+  // A watch that could not begin, for want of memory, begins now.
+  if (std::exchange(bWatchFailed, false) && oSettings.bFolderWatch) tmrProcess.SetEnabled(true);
   tmrLook.SetEnabled(true);
   // The watch would hold up the handler below for as long as it lasts: tried at the next tick.
   if (platform::IsNestedHandler()) return;
   tmrProcess.SetEnabled(false);
-  Guarded(oLogs, u"tmrProcess", [this] { oFolderTransport.tmrProcess_Timer(); });
+  bool failed = true;
+  Guarded(oLogs, u"tmrProcess", [&] {
+    oFolderTransport.tmrProcess_Timer();
+    failed = false;
+  });
+  bWatchFailed = failed && !oState.bWatchActive;
 }
 
 void frmMain::tmrLook_Timer() {

@@ -165,6 +165,7 @@ class frmMain {
   platform::Timer tmrGiveUp;    // ends the waits of the exit when the system ends
   CommunicationModes oCommunications;
   std::array<bool, mnuLast + 1> bRunning{};  // by menu item: its command is on the stack
+  bool bWatchFailed = false;
   bool bUnloadWanted = false;
   bool bWaitingGivenUp = false;  // by a second exit
   bool bDeliveryTold = false;

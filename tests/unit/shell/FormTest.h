@@ -52,6 +52,10 @@ class FormTest : public testing::Test {
                 },
             .createFolderNotification =
                 [this] {
+                  if (iFailingWatches > 0) {
+                    --iFailingWatches;
+                    throw std::bad_alloc();
+                  }
                   auto notification = std::make_unique<doubles::FakeFolderNotification>();
                   notification->Steps = std::exchange(FolderSteps, {});
                   return notification;
@@ -105,6 +109,7 @@ class FormTest : public testing::Test {
   std::deque<doubles::FakeFolderNotification::Step> FolderSteps;
   SocketTransport* Transport = nullptr;  // once a server has been created
   int iUnloads = 0;
+  int iFailingWatches = 0;        // for want of memory
   std::unique_ptr<frmMain> Form;  // goes before what it runs in
 };
 

@@ -582,6 +582,21 @@ TEST_F(frmMainTest, LooksAtTheFolderAgainWhileItIsWatched) {
   EXPECT_TRUE(Folder.Has(u"response/a.osl"));
 }
 
+TEST_F(frmMainTest, BeginsAWatchAgainThatCouldNotBegin) {
+  LoadWithFolder();
+  iFailingWatches = 1;
+  const Text watching = u"Watching Folder: " + LowerCase(Folder.Path(u"process"));
+
+  Form->tmrProcess_Timer();
+  EXPECT_FALSE(HasStatus(watching));
+  Form->tmrLook_Timer();
+  for (int i = 0; i < 1000 && !HasStatus(watching); ++i) {
+    platform::DoEventsFor(std::chrono::milliseconds(1));
+  }
+
+  EXPECT_TRUE(HasStatus(watching));
+}
+
 TEST_F(frmMainTest, LooksAtAFolderThatIsSwitchedOnWhileADialogIsOpen) {
   LoadWithFolder();
   Form->MenuClick(mnuCommunicationsFolder);
