@@ -256,8 +256,6 @@ void frmMain::AnswerSoon() {
 
 void frmMain::tmrProcess_Timer() {
   if (bUnloadWanted) return;
-  // A watch that could not begin, for want of memory, begins now.
-  if (std::exchange(bWatchFailed, false) && oSettings.bFolderWatch) tmrProcess.SetEnabled(true);
   tmrLook.SetEnabled(true);
   // The watch would hold up the handler below for as long as it lasts: tried at the next tick.
   if (platform::IsNestedHandler()) return;
@@ -272,6 +270,8 @@ void frmMain::tmrProcess_Timer() {
 
 void frmMain::tmrLook_Timer() {
   if (bUnloadWanted) return;
+  // A watch that could not begin, for want of memory, begins now.
+  if (std::exchange(bWatchFailed, false) && oSettings.bFolderWatch) tmrProcess.SetEnabled(true);
   tmrLook.SetEnabled(oState.bWatchActive || tmrProcess.Enabled());
   Guarded(oLogs, u"tmrLook", [this] { oFolderTransport.LookAgain(); });
 }
