@@ -16,6 +16,7 @@
 #include "gateway/RequestHandler.h"
 #include "platform/EventLoop.h"
 #include "sockets/CSocketServer.h"
+#include "tests/support/BorrowedSocketService.h"
 #include "transports/SocketTransport.h"
 
 namespace ostrel::bench {
@@ -53,12 +54,19 @@ class QuickBooks : public RequestProcessor {
   Text sAnswer = SampleResponse(kAnswerCharacters);
 };
 
-class LoadServer : private ClientConnections {
+class LoadServer : private SocketService {
  public:
   LoadServer();
   std::int32_t Start();
 
  private:
+  bool ServerStarted() const override { return oServer.ServerStarted(); }
+  bool StartServer(std::int32_t port) override {
+    Text address = u"127.0.0.1";
+    return oServer.StartServer(port, address);
+  }
+  void StopListening() override { oServer.StopListening(); }
+  void StopServer() override { oServer.StopServer(); }
   void SendData(TextView data, std::int16_t socket) override { oServer.SendData(data, socket); }
   void CloseSocket(std::int16_t socket) override { oServer.CloseSocket(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
@@ -69,21 +77,21 @@ class LoadServer : private ClientConnections {
   }
   float ProcessRequest(Text& request, Text& response);
 
+  CSocketServer oServer;  // outlives the transport
   Text sPrepared;
   NoTrace oTrace;
   GatewaySettings oGatewaySettings;
   TransportSettings oTransportSettings;
   IdleClose oIdleClose;
   RequestGate oGate;
-  std::int16_t iActiveSocket = 0;
   qbxml oSession{[this] { return std::make_unique<QuickBooks>(sPrepared); }};
   HostQuery oHostQuery{oSession, oIdleClose, oTrace, platform::SystemClock()};
   RequestHandler oHandler{oGatewaySettings, oSession, oHostQuery,
                           oIdleClose,       oTrace,   platform::SystemClock()};
   SocketTransport oTransport{
-      oTransportSettings, oTrace, oGate, iActiveSocket,
-      [this](Text& request, Text& response) { return ProcessRequest(request, response); }};
-  CSocketServer oServer;
+      oTransportSettings, oTrace, oGate,
+      [this](Text& request, Text& response) { return ProcessRequest(request, response); },
+      BorrowedSocketService::Factory(*this)};
   // The gateway's ticks are 100 ms apart; what a request costs is the same.
   platform::Timer oTick{std::chrono::milliseconds(1),
                         [this] { oTransport.tmrSocketProcess_Timer(); }};
@@ -103,16 +111,11 @@ LoadServer::LoadServer() {
     oTransport.oSocketServer_SocketClosed(socket);
   };
   oTransportSettings.lBlockSize = kDefaultBlockSize;
-  oTransport.Attach(*this);
+  oTransport.SwitchTicks = [this](bool on) { oTick.SetEnabled(on); };
 }
 
 // The port; 0 when it could not start.
-std::int32_t LoadServer::Start() {
-  Text address = u"127.0.0.1";
-  if (!oServer.StartServer(0, address)) return 0;
-  oTick.SetEnabled(true);
-  return oServer.ServerPort();
-}
+std::int32_t LoadServer::Start() { return oTransport.Start() ? oServer.ServerPort() : 0; }
 
 float LoadServer::ProcessRequest(Text& request, Text& response) {
   static const Text prepare = FromAscii(kPrepare);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -68,7 +69,7 @@ const frmMain::MenuCommand frmMain::kMenuCommands[] = {
 
 frmMain::frmMain(Surroundings surroundings)
     : oSurroundings(std::move(surroundings)),
-      oLogs(oSettings, oState, oSurroundings.window, oSurroundings.clock),
+      oLogs(oSettings, oSurroundings.window, oSurroundings.clock),
       oSettingsFile(oSettings, oSurroundings.window, oLogs, oSurroundings.programFolder,
                     [this] { Unload(); }),
       oQBXML(oSurroundings.createProcessor),
@@ -88,13 +89,12 @@ frmMain::frmMain(Surroundings surroundings)
           {oSurroundings.processes, oSurroundings.clock, [this] { return LetEventsRun(); }}),
       oLogFileView(oSettings, oError),
       oSysTray(oSurroundings.createNotifyIcon, oLogs),
-      oSocketTransport(
-          oSettings, oLogs, oGate, oState.iActiveSocket,
-          [this](Text& request, Text& response) { return ProcessRequest(request, response); }),
-      oFolderTransport(
-          oSettings, oState, oLogs, oGate,
-          [this](Text& request, Text& response) { return ProcessRequest(request, response); },
-          [this] { return CreateWatcher(); }),
+      oSocketTransport(oSettings, oLogs, oGate,
+                       std::bind_front(&RequestHandler::ProcessRequest, &oRequestHandler),
+                       oSurroundings.createSocketServer),
+      oFolderTransport(oSettings, oLogs, oGate,
+                       std::bind_front(&RequestHandler::ProcessRequest, &oRequestHandler),
+                       [this] { return CreateWatcher(); }),
       tmrSocketProcess(milliseconds(100), [this] { tmrSocketProcess_Timer(); }),
       tmrProcess(milliseconds(100), [this] { tmrProcess_Timer(); }),
       tmrLook(milliseconds(2000), [this] { tmrLook_Timer(); }),
@@ -112,14 +112,14 @@ frmMain::frmMain(Surroundings surroundings)
                 }),
       tmrReload(milliseconds(1), [this] { tmrReload_Timer(); }),
       tmrGiveUp(kPatienceAtTheEnd, [this] { tmrGiveUp_Timer(); }),
-      oCommunications(
-          oSettings, oState, oSettingsFile, oSurroundings.window, oLogs, oSocketTransport,
-          tmrSocketProcess,
-          [this] { return oSurroundings.createSocketServer(oSocketTransport, oLogs); },
-          oFolderTransport, tmrProcess) {
+      oCommunications(oSettings, oSettingsFile, oSurroundings.window, oLogs, oSocketTransport,
+                      oFolderTransport) {
+  oLogs.ActiveSocket = [this] { return iActiveSocket(); };
   oQBXML.UpdateStatus = [this](TextView text) { oQBXML_UpdateStatus(text); };
   oQBXML.Loading = [this] { oQBXML_Loading(); };
   oQBXML.Loaded = [this] { oQBXML_Loaded(); };
+  oSocketTransport.SwitchTicks = [this](bool on) { tmrSocketProcess.SetEnabled(on); };
+  oFolderTransport.SwitchTicks = [this](bool on) { tmrProcess.SetEnabled(on); };
   oSocketTransport.RequestQueued = [this] { AnswerSoon(); };
   oGate.Freed = [this] {
     CarryOutUnload();
@@ -167,7 +167,7 @@ void frmMain::ReadCommandLine() {
   DeclareSwitches(commandLine);
   commandLine.CommandLine(oSurroundings.commandLine);
   oSettings.sIniFile = SettingsFileName(commandLine, oSurroundings.programFolder);
-  oState.bDebug = commandLine.HasSwitch(u"debug");
+  bDebug = commandLine.HasSwitch(u"debug");
   ShowDebugTools();
   if (LowerCase(commandLine.SwitchValue(u"commmenu")) == u"false") {
     oSurroundings.window.SetMenuVisible(mnuCommunications, false);
@@ -175,8 +175,8 @@ void frmMain::ReadCommandLine() {
 }
 
 void frmMain::ShowDebugTools() {
-  for (const MenuItem item : kDebugTools) oSurroundings.window.SetMenuVisible(item, oState.bDebug);
-  if (oState.bDebug) oSurroundings.window.SetCaption(Text(kProgramTitle) + u" (Debugging)");
+  for (const MenuItem item : kDebugTools) oSurroundings.window.SetMenuVisible(item, bDebug);
+  if (bDebug) oSurroundings.window.SetCaption(Text(kProgramTitle) + u" (Debugging)");
 }
 
 void frmMain::oQBXML_UpdateStatus(TextView text) { oLogs.AddStatus(text); }
@@ -260,19 +260,15 @@ void frmMain::tmrProcess_Timer() {
   // The watch would hold up the handler below for as long as it lasts: tried at the next tick.
   if (platform::IsNestedHandler()) return;
   tmrProcess.SetEnabled(false);
-  bool failed = true;
-  Guarded(oLogs, u"tmrProcess", [&] {
-    oFolderTransport.tmrProcess_Timer();
-    failed = false;
-  });
-  bWatchFailed = failed && !oState.bWatchActive;
+  Guarded(oLogs, u"tmrProcess", [this] { oFolderTransport.tmrProcess_Timer(); });
 }
 
 void frmMain::tmrLook_Timer() {
   if (bUnloadWanted) return;
-  // A watch that could not begin, for want of memory, begins now.
-  if (std::exchange(bWatchFailed, false) && oSettings.bFolderWatch) tmrProcess.SetEnabled(true);
-  tmrLook.SetEnabled(oState.bWatchActive || tmrProcess.Enabled());
+  // Not begun by now, the watch could not begin for want of memory: it is tried again.
+  const bool isOn = oFolderTransport.IsSwitchedOn();
+  if (isOn && !bWatchActive()) tmrProcess.SetEnabled(true);
+  tmrLook.SetEnabled(isOn);
   Guarded(oLogs, u"tmrLook", [this] { oFolderTransport.LookAgain(); });
 }
 
@@ -298,10 +294,6 @@ void frmMain::tmrReload_Timer() {
 void frmMain::tmrGiveUp_Timer() {
   tmrGiveUp.SetEnabled(false);
   Guarded(oLogs, u"tmrGiveUp", [this] { GiveUpWaiting(); });
-}
-
-float frmMain::ProcessRequest(Text& request, Text& response) {
-  return oRequestHandler.ProcessRequest(request, response);
 }
 
 std::shared_ptr<clsWatchFolder> frmMain::CreateWatcher() {

@@ -31,7 +31,6 @@
 #include "shell/forms/frmAbout.h"
 #include "shell/forms/frmError.h"
 #include "shell/settings/AppSettings.h"
-#include "shell/settings/RunState.h"
 #include "shell/settings/SettingsFile.h"
 #include "transports/FolderTransport.h"
 #include "transports/SocketService.h"
@@ -57,8 +56,7 @@ class frmMain {
     NotifyIconFactory createNotifyIcon;
     const platform::Clock& clock;
     qbxml::ProcessorFactory createProcessor;
-    /// Creates the socket server, its events wired to this transport.
-    std::function<std::unique_ptr<SocketService>(SocketTransport&, Trace&)> createSocketServer;
+    SocketServiceFactory createSocketServer;
     std::function<std::unique_ptr<platform::FolderNotification>()> createFolderNotification;
     Text programFolder;
     Text commandLine;  // without the program's name
@@ -83,6 +81,13 @@ class frmMain {
   void AddStatus(TextView text) { oLogs.AddStatus(text); }
   /// Whether requests are taken over one way at least.
   bool IsServing() const { return !bUnloadWanted && oCommunications.IsServing(); }
+
+  /// The state of the transports: whether each runs, and the index of the connection whose request
+  /// is being answered (0: none). The folder is watched as soon as its watcher has been set up.
+  bool bSocketRunning() const { return oSocketTransport.IsRunning(); }
+  bool bFolderRunning() const { return oFolderTransport.IsRunning(); }
+  bool bWatchActive() const { return oFolderTransport.IsRunning(); }
+  std::int16_t iActiveSocket() const { return oSocketTransport.ActiveSocket(); }
 
   /// What the window tells. None of it raises.
   void Resize();
@@ -119,7 +124,6 @@ class frmMain {
   void GiveUpWaiting();
   void CarryOutUnload();
   void CarryOutReload();
-  float ProcessRequest(Text& request, Text& response);
   std::shared_ptr<clsWatchFolder> CreateWatcher();
 
   void mnuFile_Click();
@@ -136,7 +140,6 @@ class frmMain {
 
   Surroundings oSurroundings;
   AppSettings oSettings;
-  RunState oState;
   RequestGate oGate;
   IdleClose oIdleClose;
   Logs oLogs;
@@ -165,7 +168,7 @@ class frmMain {
   platform::Timer tmrGiveUp;    // ends the waits of the exit when the system ends
   CommunicationModes oCommunications;
   std::array<bool, mnuLast + 1> bRunning{};  // by menu item: its command is on the stack
-  bool bWatchFailed = false;
+  bool bDebug = false;                       // the debug switch was given
   bool bUnloadWanted = false;
   bool bWaitingGivenUp = false;  // by a second exit
   bool bDeliveryTold = false;

@@ -4,15 +4,15 @@
 
 namespace ostrel {
 
-void Deliveries::Queued(const ClientConnections& connections, std::int16_t socket, Time now) {
-  if (connections.BytesToSend(socket) == 0) return;
-  oPending.try_emplace(socket, Delivery{connections.BytesSent(socket), now});
+void Deliveries::Queued(const SocketService& server, std::int16_t socket, Time now) {
+  if (server.BytesToSend(socket) == 0) return;
+  oPending.try_emplace(socket, Delivery{server.BytesSent(socket), now});
 }
 
-void Deliveries::Look(const ClientConnections& connections, Time now) {
-  std::erase_if(oPending, [&](const auto& one) { return connections.BytesToSend(one.first) == 0; });
+void Deliveries::Look(const SocketService& server, Time now) {
+  std::erase_if(oPending, [&](const auto& one) { return server.BytesToSend(one.first) == 0; });
   for (auto& [socket, delivery] : oPending) {
-    const std::uint64_t taken = connections.BytesSent(socket);
+    const std::uint64_t taken = server.BytesSent(socket);
     if (taken != delivery.lTaken) delivery = {taken, now};
   }
 }

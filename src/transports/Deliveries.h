@@ -6,7 +6,7 @@
 #include <map>
 #include <vector>
 
-#include "transports/ClientConnections.h"
+#include "transports/SocketService.h"
 
 namespace ostrel {
 
@@ -15,12 +15,12 @@ class Deliveries {
   using Time = std::chrono::steady_clock::time_point;
 
   /// Something has been queued for the connection.
-  void Queued(const ClientConnections& connections, std::int16_t socket, Time now);
+  void Queued(const SocketService& server, std::int16_t socket, Time now);
   void Forget(std::int16_t socket) { oPending.erase(socket); }
   void ForgetAll() { oPending.clear(); }
 
   /// Finds out who has taken something since, and forgets who has taken everything.
-  void Look(const ClientConnections& connections, Time now);
+  void Look(const SocketService& server, Time now);
   bool AllDone() const { return oPending.empty(); }
   /// When a look last found that a connection had taken something, or a new one was queued for;
   /// the clock's beginning when there is none.

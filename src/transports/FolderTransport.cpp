@@ -8,7 +8,9 @@
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 #include "util/Flag.h"
+#include "util/RunTimeError.h"
 #include "util/Wire.h"
+#include "util/cFileIO.h"
 
 namespace ostrel {
 namespace {
@@ -16,24 +18,55 @@ namespace {
 constexpr TextView kNotInPlace = u"its last response could not be put in place yet";
 constexpr TextView kNotReachable = u"its name is no text, or there is a \"\\\" in it";
 
+// The same text for names of one folder that differ in their writing only.
+Text FolderKey(TextView folder) {
+  Text key = ReplaceAll(LowerCase(folder), u"/", u"\\");
+  while (key.ends_with(u'\\')) key.pop_back();
+  return key;
+}
+
+void CreateFolder(const Text& folder) {
+  const int error = cFileIO().ValidateDirectory(folder);
+  if (error == 0) return;
+  throw RunTimeError(
+      ErrorNumber::kPathFileAccess, u"cFileIO.ValidateDirectory",
+      u"Unable to create the folder " + folder + u": " + platform::SystemErrorText(error));
+}
+
 }  // namespace
 
-FolderTransport::FolderTransport(const TransportSettings& settings, WatchState& state, Trace& trace,
-                                 RequestGate& gate, RequestProcessing processRequest,
-                                 WatcherFactory createWatcher)
+FolderTransport::FolderTransport(const TransportSettings& settings, Trace& trace, RequestGate& gate,
+                                 RequestProcessing processRequest, WatcherFactory createWatcher)
     : oSettings(settings),
-      oState(state),
       oTrace(trace),
       oGate(gate),
       oResponses(settings, trace),
       ProcessRequest(std::move(processRequest)),
       CreateWatcher(std::move(createWatcher)) {}
 
+bool FolderTransport::Start() {
+  const Text& process = oSettings.sProcessPath;
+  const Text& response = oSettings.sResponsePath;
+  if (FolderKey(process) == FolderKey(response)) return false;
+  CreateFolder(process);
+  CreateFolder(response);
+  if (platform::IsSameFolder(process, response)) return false;
+  ProcessList.SetFolder(process, Text(kRequestPattern));
+  TakeAgain();
+  SwitchTicks(true);
+  return true;
+}
+
+// LookAgain takes request files until the watch can begin.
+void FolderTransport::TakeAgain() {
+  bSwitchedOn = true;
+  bTakeNoMore = false;
+}
+
 void FolderTransport::tmrProcess_Timer() {
   if (oWatchFolder == nullptr) oWatchFolder = CreateWatcher();
   // Held here: it must outlive its wait, whoever stops the transport meanwhile.
   const auto watcher = oWatchFolder;
-  oState.bWatchActive = oState.bFolderRunning = true;
   TakeAgain();
   bFolderGone = false;
   const Text folder = ProcessList.Folder();
@@ -197,6 +230,7 @@ void FolderTransport::ListAnew() {
 }
 
 void FolderTransport::Stop() {
+  SwitchTicks(false);
   bSwitchedOn = false;
   bTakeNoMore = true;
   oRefused.Clear();

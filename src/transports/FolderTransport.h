@@ -18,7 +18,6 @@
 #include "transports/ResponseFile.h"
 #include "transports/ResponseFolder.h"
 #include "transports/TransportSettings.h"
-#include "transports/WatchState.h"
 #include "transports/clsWatchFolder.h"
 #include "util/Text.h"
 
@@ -29,12 +28,24 @@ class FolderTransport {
   /// Its FolderChanged must call ScanProcessFolder and raise nothing.
   using WatcherFactory = std::function<std::shared_ptr<clsWatchFolder>()>;
 
-  FolderTransport(const TransportSettings& settings, WatchState& state, Trace& trace,
-                  RequestGate& gate, RequestProcessing processRequest,
-                  WatcherFactory createWatcher);
+  FolderTransport(const TransportSettings& settings, Trace& trace, RequestGate& gate,
+                  RequestProcessing processRequest, WatcherFactory createWatcher);
 
-  /// The process folder's request files; set it before tmrProcess_Timer.
+  /// The process folder's request files.
   FileList ProcessList;
+
+  /// Prepares the watch of the settings' process folder and has the tick switched on that begins
+  /// it. False, and nothing is changed, when that is the folder of the responses as well: each
+  /// response would be taken as a request again. Raises RunTimeError 75 when one of the folders
+  /// cannot be created.
+  bool Start();
+  /// Ends watch and scan on the stack as soon as the handlers above them return.
+  void Stop();
+  /// Whether it watches. From Start until then it is only switched on.
+  bool IsRunning() const { return oWatchFolder != nullptr; }
+  bool IsSwitchedOn() const { return bSwitchedOn; }
+  /// The folder that is watched, or was last.
+  const Text& Folder() const { return ProcessList.Folder(); }
 
   /// For the start of the program, and part of the start of the watch: every request that was taken
   /// before the gateway was killed gets a response.
@@ -53,16 +64,11 @@ class FolderTransport {
   /// request is in work).
   void SendLoadingNotice();
 
-  /// The transport was switched on: LookAgain takes request files until the watch can begin.
-  void TakeAgain() {
-    bSwitchedOn = true;
-    bTakeNoMore = false;
-  }
   /// The scan on the stack ends after the file in work, until tmrProcess_Timer begins anew.
   void TakeNoMore() { bTakeNoMore = true; }
-  /// Ends watch and scan on the stack as soon as the handlers above them return.
-  void Stop();
 
+  /// Switches the timer that calls tmrProcess_Timer.
+  std::function<void(bool on)> SwitchTicks = [](bool) {};
   std::function<void()> DoEvents = platform::DoEvents;
   std::function<int(RequestFile& file)> DeleteRequest = &RequestFile::Delete;
   ResponseWriter WriteResponse = [](TextView response, WholeFile& file) {
@@ -77,6 +83,7 @@ class FolderTransport {
     TextView sMessage;
   };
 
+  void TakeAgain();
   void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);
   void TakeListed();
   void Serve(std::size_t index);
@@ -90,7 +97,6 @@ class FolderTransport {
   void Log(TextView what, TextView path = {});
 
   const TransportSettings& oSettings;
-  WatchState& oState;
   Trace& oTrace;
   RequestGate& oGate;
   ResponseFolder oResponses;

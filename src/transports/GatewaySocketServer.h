@@ -1,4 +1,5 @@
-// The socket server with its events wired to the socket transport.
+// The socket server with its events wired to the socket transport. Nothing that a handler raises
+// gets into the server: it becomes a status line.
 #pragma once
 
 #include "gateway/Trace.h"
@@ -30,6 +31,13 @@ class GatewaySocketServer : public SocketService {
   }
 
  private:
+  void oSocketServer_SocketOpened(std::int16_t socket);
+  void oSocketServer_DataArrival(std::int16_t socket, TextView data);
+  void oSocketServer_Error(std::int16_t socket, std::uint16_t number, TextView description);
+  void oSocketServer_SocketClosed(std::int16_t socket);
+
+  SocketTransport& oTransport;
+  Trace& oTrace;
   CSocketServer oSocketServer;
 };
 

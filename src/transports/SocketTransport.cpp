@@ -59,22 +59,48 @@ class SocketTransport::InWork {
 };
 
 SocketTransport::SocketTransport(const TransportSettings& settings, Trace& trace, RequestGate& gate,
-                                 std::int16_t& activeSocket, RequestProcessing processRequest)
+                                 RequestProcessing processRequest,
+                                 SocketServiceFactory createServer)
     : oSettings(settings),
       oTrace(trace),
       oGate(gate),
-      iActiveSocket(activeSocket),
-      ProcessRequest(std::move(processRequest)) {}
+      ProcessRequest(std::move(processRequest)),
+      CreateServer(std::move(createServer)) {}
 
-void SocketTransport::Attach(ClientConnections& connections) {
-  oConnections = &connections;
-  bTakeNoMore = false;
-  oEndBegan.reset();
+SocketTransport::~SocketTransport() { ReleaseServer(); }
+
+bool SocketTransport::Start() {
+  if (oServer == nullptr) {
+    oServer = CreateServer(*this, oTrace);
+    bTakeNoMore = false;
+    oEndBegan.reset();
+  }
+  bRunning = oServer->ServerStarted() || Listen();
+  if (bRunning) SwitchTicks(true);
+  return bRunning;
 }
 
-void SocketTransport::Detach() {
-  oConnections = nullptr;
+bool SocketTransport::Listen() {
+  const std::int32_t port = oSettings.lSocketPort;
+  if (!oServer->StartServer(port)) return false;
+  oTrace.AddStatus(u"Listenning on Socket " + ToText(std::int64_t{port}));
+  return true;
+}
+
+void SocketTransport::Stop() {
+  SwitchTicks(false);
+  if (oServer != nullptr) oServer->StopServer();
+  bRunning = false;
+  ReleaseServer();
+}
+
+void SocketTransport::ReleaseServer() {
+  const auto server = std::exchange(oServer, nullptr);
   ForgetAll();
+}
+
+void SocketTransport::StopListening() {
+  if (oServer != nullptr) oServer->StopListening();
 }
 
 void SocketTransport::ForgetAll() {
@@ -155,7 +181,7 @@ void SocketTransport::oSocketServer_Error(std::int16_t socket, std::uint16_t num
   oTrace.AddStatus(u"Socket Error " + ToText(std::int64_t{socket}) + u" - " +
                    ToText(std::int64_t{number}) + u" - " + Text(description));
   iActiveSocket = 0;
-  if (oConnections != nullptr) oConnections->CloseSocket(socket);
+  if (oServer != nullptr) oServer->CloseSocket(socket);
   if (socket == 0) return ForgetAll();
   StopReplyTo(socket);
   oDeliveries.Forget(socket);
@@ -251,8 +277,8 @@ bool SocketTransport::Send(TextView data) {
 }
 
 void SocketTransport::Queue(TextView data) {
-  oConnections->SendData(data, iReplyTo);
-  oDeliveries.Queued(*oConnections, iReplyTo, Now());
+  oServer->SendData(data, iReplyTo);
+  oDeliveries.Queued(*oServer, iReplyTo, Now());
 }
 
 bool SocketTransport::SendLoadingNotice() {
@@ -263,21 +289,21 @@ bool SocketTransport::SendLoadingNotice() {
 
 void SocketTransport::LetGoOfIdleClients() {
   const auto now = Now();
-  if (oConnections == nullptr || now < tNextLook) return;
+  if (oServer == nullptr || now < tNextLook) return;
   tNextLook = now + seconds(1);
-  oDeliveries.Look(*oConnections, now);
+  oDeliveries.Look(*oServer, now);
   for (const std::int16_t socket : oDeliveries.IdleSince(now - minutes(5))) {
     oDeliveries.Forget(socket);
     EndConnection(socket, kIdle);
-    oConnections->CloseSocket(socket);  // without what is queued
+    oServer->CloseSocket(socket);  // without what is queued
   }
 }
 
 bool SocketTransport::IsDelivering() {
-  if (oConnections == nullptr) return false;
+  if (oServer == nullptr) return false;
   const auto now = Now();
   if (!oEndBegan) oEndBegan = now;
-  oDeliveries.Look(*oConnections, now);
+  oDeliveries.Look(*oServer, now);
   const auto lastProgress = std::max(*oEndBegan, oDeliveries.LastProgress());
   return !oDeliveries.AllDone() && now - lastProgress < seconds(5);
 }
@@ -286,7 +312,7 @@ void SocketTransport::EndConnection(std::int16_t socket, TextView reason) {
   StopReplyTo(socket);
   oSlots.ForgetConnection(socket);
   EndedSockets.insert(socket);
-  if (oConnections != nullptr) oConnections->CloseSocket(socket);
+  if (oServer != nullptr) oServer->CloseSocket(socket);
   oTrace.AddStatus(SocketName(socket) + u" ended: " + Text(reason));
 }
 

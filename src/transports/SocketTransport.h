@@ -7,15 +7,16 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 
 #include "gateway/RequestGate.h"
 #include "gateway/Trace.h"
 #include "platform/EventLoop.h"
-#include "transports/ClientConnections.h"
 #include "transports/Deliveries.h"
 #include "transports/RequestProcessing.h"
+#include "transports/SocketService.h"
 #include "transports/SocketSlots.h"
 #include "transports/TransportSettings.h"
 #include "util/Text.h"
@@ -24,15 +25,22 @@ namespace ostrel {
 
 class SocketTransport {
  public:
-  /// activeSocket: index of the connection whose request is being answered, 0 for none; the logs
-  /// read it as well.
   SocketTransport(const TransportSettings& settings, Trace& trace, RequestGate& gate,
-                  std::int16_t& activeSocket, RequestProcessing processRequest);
+                  RequestProcessing processRequest, SocketServiceFactory createServer);
+  ~SocketTransport();
+  SocketTransport(const SocketTransport&) = delete;
+  SocketTransport& operator=(const SocketTransport&) = delete;
 
-  /// The server that has been created, and its end: all its connections are forgotten then, and an
-  /// answer that is being sent stops.
-  void Attach(ClientConnections& connections);
-  void Detach();
+  /// Listens on the port of the settings, unless it listens already, and has the ticks switched on.
+  /// False when the port cannot be had. Events may be dispatched before it returns; none of them
+  /// may stop the transport.
+  bool Start();
+  /// Closes the listener and every connection; all of them are forgotten, and a response that is
+  /// being sent stops.
+  void Stop();
+  bool IsRunning() const { return bRunning; }
+  /// Index of the connection whose request is being answered; 0: none.
+  std::int16_t ActiveSocket() const { return iActiveSocket; }
 
   void oSocketServer_SocketOpened(std::int16_t socket);
   void oSocketServer_DataArrival(std::int16_t socket, TextView data);
@@ -46,6 +54,8 @@ class SocketTransport {
 
   /// The shut-down: what arrives from now on is dropped, what waits is not answered any more.
   void TakeNoMore() { bTakeNoMore = true; }
+  /// The shut-down: no new connections; those that are there stay.
+  void StopListening();
   /// For the shut-down to ask until it is false: whether responses are still going out, and one of
   /// the clients has taken something in the last five seconds.
   bool IsDelivering();
@@ -54,6 +64,8 @@ class SocketTransport {
   bool HasRequests() const { return !oSlots.ProcessQueue.IsEmpty(); }
   /// A request is complete and waits to be answered.
   std::function<void()> RequestQueued;
+  /// Switches the timer that calls tmrSocketProcess_Timer.
+  std::function<void(bool on)> SwitchTicks = [](bool) {};
 
   /// Tells the client whose request is in work that QuickBooks is still loading. False when no
   /// socket request is in work.
@@ -70,6 +82,8 @@ class SocketTransport {
  private:
   class InWork;
 
+  bool Listen();
+  void ReleaseServer();
   void Receive(std::int16_t socket, TextView data);
   std::int32_t SlotFor(std::int16_t socket);
   bool MakeRoomFor(std::int16_t socket);
@@ -89,12 +103,15 @@ class SocketTransport {
   const TransportSettings& oSettings;
   Trace& oTrace;
   RequestGate& oGate;
-  std::int16_t& iActiveSocket;
   RequestProcessing ProcessRequest;
 
-  ClientConnections* oConnections = nullptr;
+  SocketServiceFactory CreateServer;
+
+  std::unique_ptr<SocketService> oServer;
   SocketSlots oSlots;
+  bool bRunning = false;
   bool bInWork = false;
+  std::int16_t iActiveSocket = 0;
   std::int16_t iReplyTo = 0;            // the connection being answered; 0 once it has gone
   std::set<std::int16_t> EndedSockets;  // what still arrives from these is dropped
   Deliveries oDeliveries;

@@ -9,6 +9,7 @@
 
 #include "gateway/RequestGate.h"
 #include "tests/fuzz/FuzzTarget.h"
+#include "tests/support/BorrowedSocketService.h"
 #include "tests/unit/doubles/FakeTrace.h"
 #include "transports/SocketTransport.h"
 #include "util/RunTimeError.h"
@@ -41,7 +42,7 @@ struct Request {
   std::size_t lLength;
 };
 
-class Conversation : public ClientConnections {
+class Conversation : public SocketService {
  public:
   explicit Conversation(fuzz::Bytes bytes) : oBytes(bytes) {
     oSettings.lBlockSize = 1 + oBytes.Next() % 16;
@@ -49,7 +50,7 @@ class Conversation : public ClientConnections {
     oTransport.lLongestRequest = kLongest;
     oTransport.lMostWaiting = kMostWaiting;
     oTransport.DoEvents = [this] { Nested(); };
-    oTransport.Attach(*this);
+    oTransport.Start();
   }
 
   void Run() {
@@ -57,6 +58,10 @@ class Conversation : public ClientConnections {
     while (!Expected.empty()) Tick();
   }
 
+  bool ServerStarted() const override { return true; }
+  bool StartServer(std::int32_t) override { return true; }
+  void StopListening() override {}
+  void StopServer() override {}
   void SendData(TextView data, std::int16_t socket) override {
     Err.Clear();
     Connection& connection = At(socket);
@@ -189,7 +194,7 @@ class Conversation : public ClientConnections {
     Expected.pop_front();
     bProcessed = true;
     Require(text == Text(oInWork->lLength, oInWork->cLetter), "a request is what its client sent");
-    Require(iActiveSocket == oInWork->iSocket, "the request in work is the active one");
+    Require(oTransport.ActiveSocket() == oInWork->iSocket, "the request in work is the active one");
     At(oInWork->iSocket).sReceived.clear();
     bSendFailed = false;
     sResponse = Text(3 * oInWork->lLength, oInWork->cLetter);
@@ -229,10 +234,10 @@ class Conversation : public ClientConnections {
   TransportSettings oSettings;
   doubles::FakeTrace oTrace;
   RequestGate oGate;
-  std::int16_t iActiveSocket = 0;
   SocketTransport oTransport{
-      oSettings, oTrace, oGate, iActiveSocket,
-      [this](Text& request, Text& response) { return Process(request, response); }};
+      oSettings, oTrace, oGate,
+      [this](Text& request, Text& response) { return Process(request, response); },
+      BorrowedSocketService::Factory(*this)};
 };
 
 const fuzz::Registered kTarget("socket", [](std::string_view bytes) {

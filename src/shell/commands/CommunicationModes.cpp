@@ -4,13 +4,9 @@
 #include <iterator>
 #include <utility>
 
-#include "platform/FileSystem.h"
-#include "platform/SystemError.h"
 #include "shell/forms/Menus.h"
 #include "util/Flag.h"
-#include "util/RunTimeError.h"
 #include "util/Wire.h"
-#include "util/cFileIO.h"
 
 namespace ostrel {
 namespace {
@@ -38,42 +34,18 @@ void MarkFlavour(platform::MainWindow& window, std::int32_t commType) {
   }
 }
 
-// What two folder names have in common that mean the same folder.
-Text FolderKey(TextView folder) {
-  Text key = ReplaceAll(LowerCase(folder), u"/", u"\\");
-  while (key.ends_with(u'\\')) key.pop_back();
-  return key;
-}
-
-void CreateFolder(const Text& folder) {
-  const int error = cFileIO().ValidateDirectory(folder);
-  if (error == 0) return;
-  throw RunTimeError(
-      ErrorNumber::kPathFileAccess, u"cFileIO.ValidateDirectory",
-      u"Unable to create the folder " + folder + u": " + platform::SystemErrorText(error));
-}
-
 }  // namespace
 
-CommunicationModes::CommunicationModes(AppSettings& settings, RunState& state,
-                                       SettingsFile& settingsFile, platform::MainWindow& window,
-                                       Trace& trace, SocketTransport& socketTransport,
-                                       platform::Timer& socketTimer,
-                                       SocketServiceFactory createServer,
-                                       FolderTransport& folderTransport,
-                                       platform::Timer& processTimer)
+CommunicationModes::CommunicationModes(AppSettings& settings, SettingsFile& settingsFile,
+                                       platform::MainWindow& window, Trace& trace,
+                                       SocketTransport& socketTransport,
+                                       FolderTransport& folderTransport)
     : oSettings(settings),
-      oState(state),
       oSettingsFile(settingsFile),
       oWindow(window),
       oTrace(trace),
       oSocketTransport(socketTransport),
-      tmrSocketProcess(socketTimer),
-      CreateServer(std::move(createServer)),
-      oFolderTransport(folderTransport),
-      tmrProcess(processTimer) {}
-
-CommunicationModes::~CommunicationModes() { ReleaseSocketServer(); }
+      oFolderTransport(folderTransport) {}
 
 void CommunicationModes::ApplyCommunications() {
   bApplyAgain = true;
@@ -102,19 +74,16 @@ void CommunicationModes::mnuCommunicationsSocket_Click() {
 void CommunicationModes::TakeNoMore() {
   oFolderTransport.TakeNoMore();
   oSocketTransport.TakeNoMore();
-  if (oSocketServer != nullptr && !bApplying) oSocketServer->StopListening();
+  if (!bApplying) oSocketTransport.StopListening();
 }
 
 bool CommunicationModes::IsServing() const {
-  return oState.bSocketRunning || oState.bWatchActive || tmrProcess.Enabled();
+  return oSocketTransport.IsRunning() || oFolderTransport.IsSwitchedOn();
 }
 
 void CommunicationModes::StopTransports() {
-  tmrSocketProcess.SetEnabled(false);
-  if (oSocketServer != nullptr) oSocketServer->StopServer();
-  oState.bSocketRunning = false;
-  ReleaseSocketServer();
-  StopFolderWatch();
+  oSocketTransport.Stop();
+  oFolderTransport.Stop();
 }
 
 void CommunicationModes::Apply() {
@@ -153,72 +122,27 @@ void CommunicationModes::ApplySocketServer() {
     StartSocketServer();
     return;
   }
-  if (!oState.bSocketRunning) return;
-  oSocketServer->StopServer();
+  if (!oSocketTransport.IsRunning()) return;
+  oSocketTransport.Stop();
   // Kept: the number does not follow the port.
   oTrace.AddStatus(Text(u"Stop Listenning on Socket ").append(kDefaultPortText));
-  oState.bSocketRunning = false;
-  tmrSocketProcess.SetEnabled(false);
-  ReleaseSocketServer();
 }
 
 void CommunicationModes::StartSocketServer() {
-  if (oSocketServer == nullptr) {
-    oSocketServer = CreateServer();
-    oSocketTransport.Attach(*oSocketServer);
-  }
-  const Text port = ToText(std::int64_t{oSettings.lSocketPort});
-  bool started = oSocketServer->ServerStarted();
-  if (!started) {
-    started = oSocketServer->StartServer(oSettings.lSocketPort);
-    if (started) oTrace.AddStatus(u"Listenning on Socket " + port);
-  }
-  oState.bSocketRunning = started;
-  if (started) {
-    tmrSocketProcess.SetEnabled(true);
-    return;
-  }
-  oWindow.ShowMessage(u"Unable to start the Socket Server on Port " + port);
+  if (oSocketTransport.Start()) return;
+  oWindow.ShowMessage(u"Unable to start the Socket Server on Port " +
+                      ToText(std::int64_t{oSettings.lSocketPort}));
   oSettings.bSocketServer = false;
 }
 
-void CommunicationModes::ReleaseSocketServer() {
-  oSocketTransport.Detach();
-  oSocketServer.reset();
-}
-
 void CommunicationModes::ApplyFolderWatch() {
-  if (!oSettings.bFolderWatch) {
-    const bool wasRunning = oState.bFolderRunning;
-    StopFolderWatch();
-    if (wasRunning) {
-      oTrace.AddStatus(u"Stop Watching Folder: " + oFolderTransport.ProcessList.Folder());
-    }
-  } else if (oState.bWatchActive) {
-    oState.bFolderRunning = true;
-  } else {
-    StartFolderWatch();
+  const bool wasRunning = oFolderTransport.IsRunning();
+  if (oSettings.bFolderWatch) {
+    if (!wasRunning && !oFolderTransport.Start()) RefuseFolder();
+    return;
   }
-}
-
-void CommunicationModes::StartFolderWatch() {
-  if (FolderKey(oSettings.sProcessPath) == FolderKey(oSettings.sResponsePath)) {
-    return RefuseFolder();
-  }
-  CreateFolder(oSettings.sProcessPath);
-  CreateFolder(oSettings.sResponsePath);
-  if (platform::IsSameFolder(oSettings.sProcessPath, oSettings.sResponsePath)) {
-    return RefuseFolder();
-  }
-  oFolderTransport.ProcessList.SetFolder(oSettings.sProcessPath, Text(kRequestPattern));
-  oFolderTransport.TakeAgain();
-  tmrProcess.SetEnabled(true);
-}
-
-void CommunicationModes::StopFolderWatch() {
-  tmrProcess.SetEnabled(false);
-  oState.bWatchActive = oState.bFolderRunning = false;
   oFolderTransport.Stop();
+  if (wasRunning) oTrace.AddStatus(u"Stop Watching Folder: " + oFolderTransport.Folder());
 }
 
 void CommunicationModes::RefuseFolder() {

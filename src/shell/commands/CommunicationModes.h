@@ -3,27 +3,21 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 #include "gateway/Trace.h"
-#include "platform/EventLoop.h"
 #include "platform/MainWindow.h"
 #include "shell/settings/AppSettings.h"
-#include "shell/settings/RunState.h"
 #include "shell/settings/SettingsFile.h"
 #include "transports/FolderTransport.h"
-#include "transports/SocketService.h"
 #include "transports/SocketTransport.h"
 
 namespace ostrel {
 
 class CommunicationModes {
  public:
-  CommunicationModes(AppSettings& settings, RunState& state, SettingsFile& settingsFile,
+  CommunicationModes(AppSettings& settings, SettingsFile& settingsFile,
                      platform::MainWindow& window, Trace& trace, SocketTransport& socketTransport,
-                     platform::Timer& tmrSocketProcess, SocketServiceFactory createServer,
-                     FolderTransport& folderTransport, platform::Timer& tmrProcess);
-  ~CommunicationModes();
+                     FolderTransport& folderTransport);
   CommunicationModes(const CommunicationModes&) = delete;
   CommunicationModes& operator=(const CommunicationModes&) = delete;
 
@@ -52,25 +46,17 @@ class CommunicationModes {
   void LogTransports();
   void ApplySocketServer();
   void StartSocketServer();
-  void ReleaseSocketServer();
   void ApplyFolderWatch();
-  void StartFolderWatch();
-  void StopFolderWatch();
   void RefuseFolder();  // one for requests and responses
   void MarkTransports();
   void WriteFlavour();
 
   AppSettings& oSettings;
-  RunState& oState;
   SettingsFile& oSettingsFile;
   platform::MainWindow& oWindow;
   Trace& oTrace;
   SocketTransport& oSocketTransport;
-  platform::Timer& tmrSocketProcess;
-  SocketServiceFactory CreateServer;
-  std::unique_ptr<SocketService> oSocketServer;
   FolderTransport& oFolderTransport;
-  platform::Timer& tmrProcess;
   bool bApplying = false;
   bool bApplyAgain = false;
 };

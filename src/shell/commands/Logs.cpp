@@ -22,15 +22,14 @@ std::array<Text, 4> Circumstances(const AppSettings& settings) {
 
 }  // namespace
 
-Logs::Logs(AppSettings& settings, const RunState& state, platform::MainWindow& window,
-           const platform::Clock& clock)
-    : oSettings(settings), oState(state), oWindow(window), oClock(clock), lstStatus(window) {}
+Logs::Logs(AppSettings& settings, platform::MainWindow& window, const platform::Clock& clock)
+    : oSettings(settings), oWindow(window), oClock(clock), lstStatus(window) {}
 
 void Logs::AddStatus(TextView text) {
   lstStatus.Add(text);
   if (!bCommLog) return;
-  Text line = oState.iActiveSocket < 1 ? Text(u"Watch Folder")
-                                       : u"Socket " + ToText(std::int64_t{oState.iActiveSocket});
+  const std::int64_t socket = ActiveSocket();
+  Text line = socket < 1 ? Text(u"Watch Folder") : u"Socket " + ToText(socket);
   WriteCommLog(line.append(u"\tQBXML Status: ").append(text));
 }
 

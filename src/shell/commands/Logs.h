@@ -3,13 +3,15 @@
 // time.
 #pragma once
 
+#include <cstdint>
+#include <functional>
+
 #include "gateway/HistoryFiles.h"
 #include "gateway/Trace.h"
 #include "platform/Clock.h"
 #include "platform/MainWindow.h"
 #include "shell/forms/StatusList.h"
 #include "shell/settings/AppSettings.h"
-#include "shell/settings/RunState.h"
 #include "util/Text.h"
 #include "util/cFileIO.h"
 
@@ -17,8 +19,7 @@ namespace ostrel {
 
 class Logs : public Trace {
  public:
-  Logs(AppSettings& settings, const RunState& state, platform::MainWindow& window,
-       const platform::Clock& clock);
+  Logs(AppSettings& settings, platform::MainWindow& window, const platform::Clock& clock);
 
   void AddStatus(TextView text) override;
   bool CommLogEnabled() const override { return bCommLog; }
@@ -28,6 +29,9 @@ class Logs : public Trace {
   Text HistoryHeader() const override;
   void WriteHistoryFile(TextView text) override;
   void WriteStatusFile(TextView text) override;
+
+  /// Index of the connection whose request is in work; below 1: none, or a request file.
+  std::function<std::int16_t()> ActiveSocket = [] { return std::int16_t{0}; };
 
   /// The menu item "Log Communication"; the switch is off at every start.
   void mnuToolsCommLog_Click();
@@ -40,7 +44,6 @@ class Logs : public Trace {
   Text Now() const;
 
   AppSettings& oSettings;
-  const RunState& oState;
   platform::MainWindow& oWindow;
   const platform::Clock& oClock;
   StatusList lstStatus;

@@ -35,6 +35,8 @@ class CommunicationModesTest : public testing::Test {
     Settings.lBlockSize = 10000;
     Settings.sProcessPath = Folder.Path(u"process");
     Settings.sResponsePath = Folder.Path(u"response");
+    Transport.SwitchTicks = [this](bool on) { tmrSocketProcess.SetEnabled(on); };
+    Watch.SwitchTicks = [this](bool on) { tmrProcess.SetEnabled(on); };
     Folder.Write(u"osl.ini", "[Communication]\r\nType=0\r\nFolder=0\r\nSocket=0\r\n");
   }
 
@@ -55,16 +57,13 @@ class CommunicationModesTest : public testing::Test {
   doubles::FakeTrace Trace;
   doubles::FakeNetwork Network;
   AppSettings Settings;
-  RunState State;
   RequestGate Gate;
   SettingsFile File{Settings, Window, Trace, Folder.Path(), [] {}};
-  SocketTransport Transport{Settings, Trace, Gate, State.iActiveSocket,
-                            [](Text&, Text&) { return 0.0F; }};
-  FolderTransport Watch{Settings,
-                        State,
-                        Trace,
-                        Gate,
-                        [](Text&, Text&) { return 0.0F; },
+  SocketTransport Transport{Settings, Trace, Gate, [](Text&, Text&) { return 0.0F; },
+                            [this](SocketTransport&, ostrel::Trace&) {
+                              return std::make_unique<doubles::FakeSocketService>(Network);
+                            }};
+  FolderTransport Watch{Settings, Trace, Gate, [](Text&, Text&) { return 0.0F; },
                         [this] {
                           auto notification = std::make_unique<doubles::FakeFolderNotification>();
                           notification->Steps = std::exchange(FolderSteps, {});
@@ -75,16 +74,7 @@ class CommunicationModesTest : public testing::Test {
   std::deque<doubles::FakeFolderNotification::Step> FolderSteps;  // of the next watcher
   platform::Timer tmrSocketProcess{std::chrono::milliseconds(100), [] {}};
   platform::Timer tmrProcess{std::chrono::milliseconds(100), [] {}};
-  CommunicationModes Modes{Settings,
-                           State,
-                           File,
-                           Window,
-                           Trace,
-                           Transport,
-                           tmrSocketProcess,
-                           [this] { return std::make_unique<doubles::FakeSocketService>(Network); },
-                           Watch,
-                           tmrProcess};
+  CommunicationModes Modes{Settings, File, Window, Trace, Transport, Watch};
 };
 
 TEST_F(CommunicationModesTest, RunsNothingWithBothTransportsOff) {
@@ -92,7 +82,7 @@ TEST_F(CommunicationModesTest, RunsNothingWithBothTransportsOff) {
 
   EXPECT_EQ(Network.iServersCreated, 0);
   EXPECT_THAT(MarkedItems(), IsEmpty());
-  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Transport.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, StartsTheSocketServer) {
@@ -102,7 +92,7 @@ TEST_F(CommunicationModesTest, StartsTheSocketServer) {
 
   EXPECT_THAT(Network.PortsAsked, ElementsAre(5000));
   EXPECT_THAT(Trace.Status, ElementsAre(u"Listenning on Socket 5000"));
-  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_TRUE(Transport.IsRunning());
   EXPECT_TRUE(tmrSocketProcess.Enabled());
   EXPECT_THAT(MarkedItems(), ElementsAre(mnuCommunicationsSocket));
 }
@@ -131,7 +121,7 @@ TEST_F(CommunicationModesTest, StopsTheSocketServerUnderAFixedNumber) {
   EXPECT_THAT(Trace.Status, ElementsAre(u"Stop Listenning on Socket 4999"));
   EXPECT_EQ(Network.iStops, 1);
   EXPECT_EQ(Network.iServersAlive, 0);
-  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Transport.IsRunning());
   EXPECT_FALSE(tmrSocketProcess.Enabled());
 }
 
@@ -145,7 +135,7 @@ TEST_F(CommunicationModesTest, CreatesTheServerAnewWhenSocketIsToggledOffAndOn) 
 
   EXPECT_EQ(alive, 0);
   EXPECT_EQ(Network.iServersCreated, 2);
-  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_TRUE(Transport.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, TakesNoMoreAndLeavesTheConnectionsOpen) {
@@ -198,7 +188,7 @@ TEST_F(CommunicationModesTest, TellsThatThePortCannotBeHad) {
 
   EXPECT_THAT(Window.Messages, ElementsAre(u"Unable to start the Socket Server on Port 5000"));
   EXPECT_FALSE(Settings.bSocketServer);
-  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Transport.IsRunning());
   EXPECT_THAT(MarkedItems(), ElementsAre(mnuCommunicationsFolder));
   EXPECT_THAT(Trace.Status, IsEmpty());
 }
@@ -211,7 +201,7 @@ TEST_F(CommunicationModesTest, TriesThePortAgainOnTheNextToggle) {
   Network.bPortTaken = false;
   Modes.mnuCommunicationsSocket_Click();
 
-  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_TRUE(Transport.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, ClearsTheFlavourMarkWhenItsOnlyTransportCannotStart) {
@@ -276,7 +266,7 @@ TEST_F(CommunicationModesTest, LeavesFlagsAndMarksAloneForAnUnknownFlavour) {
   Modes.ApplyCommunications();
 
   EXPECT_THAT(Window.Checked, IsEmpty());
-  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_TRUE(Transport.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, ResetsTheFlavourWithATransportToggle) {
@@ -323,7 +313,7 @@ TEST_F(CommunicationModesTest, AppliesAToggleThatComesWhileItStartsTheServerAfte
 
   EXPECT_TRUE(aliveDuringStart);
   EXPECT_EQ(Network.iServersAlive, 0);
-  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Transport.IsRunning());
   EXPECT_FALSE(Modes.IsApplying());
 }
 
@@ -335,7 +325,7 @@ TEST_F(CommunicationModesTest, PreparesTheFolderWatch) {
   EXPECT_TRUE(Folder.Has(u"process") && Folder.Has(u"response"));
   EXPECT_EQ(Watch.ProcessList.Folder(), Settings.sProcessPath);
   EXPECT_TRUE(tmrProcess.Enabled());
-  EXPECT_FALSE(State.bFolderRunning || State.bWatchActive);
+  EXPECT_FALSE(Watch.IsRunning());
   EXPECT_THAT(MarkedItems(), ElementsAre(mnuCommunicationsFolder));
 }
 
@@ -354,12 +344,11 @@ TEST_F(CommunicationModesTest, LeavesARunningFolderWatchAlone) {
   Modes.ApplyCommunications();
   tmrProcess.SetEnabled(false);
   Watch.tmrProcess_Timer();
-  State.bFolderRunning = false;
   Settings.sProcessPath = Folder.Path(u"other");
 
   Modes.ApplyCommunications();
 
-  EXPECT_TRUE(State.bFolderRunning);
+  EXPECT_TRUE(Watch.IsRunning());
   EXPECT_FALSE(tmrProcess.Enabled());
   EXPECT_FALSE(Folder.Has(u"other"));
 }
@@ -373,7 +362,7 @@ TEST_F(CommunicationModesTest, StopsTheFolderWatch) {
   Modes.mnuCommunicationsFolder_Click();
 
   EXPECT_EQ(Trace.Status.back(), u"Stop Watching Folder: " + Folder.Path(u"process"));
-  EXPECT_FALSE(State.bFolderRunning || State.bWatchActive);
+  EXPECT_FALSE(Watch.IsRunning());
   EXPECT_THAT(MarkedItems(), IsEmpty());
 }
 
@@ -402,7 +391,7 @@ TEST_F(CommunicationModesTest, StartsTheFolderWatchAnewFromInsideIt) {
 
   EXPECT_TRUE(ended);
   EXPECT_TRUE(tmrProcess.Enabled());
-  EXPECT_FALSE(State.bWatchActive);
+  EXPECT_FALSE(Watch.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, WatchesTheFolderAlthoughThePortIsTaken) {
@@ -412,7 +401,7 @@ TEST_F(CommunicationModesTest, WatchesTheFolderAlthoughThePortIsTaken) {
   Modes.ApplyCommunications();
 
   EXPECT_TRUE(tmrProcess.Enabled());
-  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Transport.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, ChangesFromSocketToFolderWithTheFlavour) {
@@ -421,7 +410,7 @@ TEST_F(CommunicationModesTest, ChangesFromSocketToFolderWithTheFlavour) {
   Modes.ChooseFlavour(4);
 
   EXPECT_TRUE(tmrProcess.Enabled());
-  EXPECT_FALSE(State.bSocketRunning);
+  EXPECT_FALSE(Transport.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, ChangesFromFolderToSocketWithTheFlavour) {
@@ -431,8 +420,8 @@ TEST_F(CommunicationModesTest, ChangesFromFolderToSocketWithTheFlavour) {
   Modes.ChooseFlavour(3);
 
   EXPECT_TRUE(Trace.HasStatus(u"Stop Watching Folder: " + Settings.sProcessPath));
-  EXPECT_TRUE(State.bSocketRunning);
-  EXPECT_FALSE(State.bFolderRunning);
+  EXPECT_TRUE(Transport.IsRunning());
+  EXPECT_FALSE(Watch.IsRunning());
 }
 
 TEST_F(CommunicationModesTest, RefusesTheProcessFolderUnderAnotherName) {
@@ -461,7 +450,7 @@ TEST_F(CommunicationModesTest, RaisesWhenAFolderCannotBeCreated) {
     EXPECT_TRUE(
         error.Description.starts_with(u"Unable to create the folder " + Settings.sProcessPath));
   }
-  EXPECT_TRUE(State.bSocketRunning);
+  EXPECT_TRUE(Transport.IsRunning());
   EXPECT_FALSE(tmrProcess.Enabled());
   EXPECT_FALSE(Modes.IsApplying());
 }
@@ -491,7 +480,7 @@ TEST_F(CommunicationModesTest, StopsTheTransportsAtTheShutDownWithoutAWord) {
   EXPECT_EQ(Network.iServersAlive, 0);
   EXPECT_FALSE(tmrSocketProcess.Enabled());
   EXPECT_FALSE(tmrProcess.Enabled());
-  EXPECT_FALSE(State.bWatchActive);
+  EXPECT_FALSE(Watch.IsRunning());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "../doubles/FakeSockets.h"
 #include "../doubles/FakeTrace.h"
+#include "tests/support/BorrowedSocketService.h"
 #include "transports/GatewaySocketServer.h"
 
 namespace ostrel {
@@ -17,7 +18,9 @@ class GatewaySocketServerTest : public testing::Test {
   GatewaySocketServerTest() {
     Settings.lBlockSize = kDefaultBlockSize;
     Transport.DoEvents = [] {};
-    Transport.Attach(Server);
+    Settings.lSocketPort = 4999;
+    Transport.Start();
+    Trace.Status.clear();
   }
 
   // A client's connection; the first has index 1.
@@ -31,14 +34,14 @@ class GatewaySocketServerTest : public testing::Test {
   doubles::FakeTrace Trace;
   TransportSettings Settings;
   RequestGate Gate;
-  std::int16_t iActiveSocket = 0;
   std::vector<Text> Requests;
-  SocketTransport Transport{Settings, Trace, Gate, iActiveSocket,
+  SocketTransport Transport{Settings, Trace, Gate,
                             [this](Text& request, Text& response) {
                               Requests.push_back(request);
                               response = u"ok";
                               return 0.0F;
-                            }};
+                            },
+                            BorrowedSocketService::Factory(Server)};
   GatewaySocketServer Server{Transport, Trace, Support};
 };
 

@@ -49,8 +49,7 @@ class LogsTest : public testing::Test {
   doubles::FakeClock Clock;
   doubles::FakeWindow Window;
   AppSettings Settings;
-  RunState State;
-  Logs Log{Settings, State, Window, Clock};
+  Logs Log{Settings, Window, Clock};
 };
 
 TEST_F(LogsTest, StartsWithTheCommLogOff) {
@@ -97,7 +96,7 @@ TEST_F(LogsTest, LeavesNoClosingLineInTheCommLog) {
 TEST_F(LogsTest, CopiesAStatusLineForTheSocketBeingServed) {
   TurnCommLogOn();
 
-  State.iActiveSocket = 3;
+  Log.ActiveSocket = [] { return std::int16_t{3}; };
   Log.AddStatus(u"Processing Request");
 
   EXPECT_EQ(CommLog(), kTime + "\tSocket 3\tQBXML Status: Processing Request\r\n");
@@ -107,7 +106,7 @@ TEST_F(LogsTest, CopiesAStatusLineForTheSocketBeingServed) {
 TEST_F(LogsTest, CopiesAStatusLineForTheWatchedFolderOtherwise) {
   TurnCommLogOn();
 
-  State.iActiveSocket = 0;
+  Log.ActiveSocket = [] { return std::int16_t{0}; };
   Log.AddStatus(u"Processing Request");
 
   EXPECT_EQ(CommLog(), kTime + "\tWatch Folder\tQBXML Status: Processing Request\r\n");

@@ -106,7 +106,6 @@ class FolderTransportTest : public testing::Test {
 
   ScratchFolder Folder;
   TransportSettings Settings;
-  WatchState State;
   doubles::FakeTrace Trace;
   RequestGate Gate;
   std::deque<FakeFolderNotification::Step> Steps;  // of the next watcher
@@ -121,10 +120,7 @@ class FolderTransportTest : public testing::Test {
   int iEventRounds = 0;
 
   FolderTransport Transport{
-      Settings,
-      State,
-      Trace,
-      Gate,
+      Settings, Trace, Gate,
       [this](Text& request, Text& response) { return Process(request, response); },
       [this] { return CreateWatcher(); }};
 };
@@ -759,7 +755,7 @@ TEST_F(FolderTransportTest, AnswersRequestsWhoseNamesDifferInCaseEachUnderItsOwn
     response = u"<" + request.substr(0, request.size() - 2) + u"/>";
     return result;
   };
-  FolderTransport transport(Settings, State, Trace, Gate, process, nullptr);
+  FolderTransport transport(Settings, Trace, Gate, process, nullptr);
   transport.ProcessList.SetFolder(Settings.sProcessPath, u"*.osl");
 
   transport.ScanProcessFolder(Settings.sProcessPath);
@@ -771,7 +767,7 @@ TEST_F(FolderTransportTest, AnswersRequestsWhoseNamesDifferInCaseEachUnderItsOwn
 
 TEST_F(FolderTransportTest, LeavesAnAnswerWithoutAPlaceBehindAtTheEnd) {
   auto transport = std::make_unique<FolderTransport>(
-      Settings, State, Trace, Gate, [](Text&, Text&) { return 1.0F; }, nullptr);
+      Settings, Trace, Gate, [](Text&, Text&) { return 1.0F; }, nullptr);
   transport->ProcessList.SetFolder(Settings.sProcessPath, u"*.osl");
   Ask(u"a.osl");
   transport->DeleteRequest = [this](RequestFile& file) {
@@ -807,7 +803,7 @@ TEST_F(FolderTransportTest, AnswersAllThatWaitsBeforeItWatches) {
   EXPECT_EQ(answers, 9u);
   EXPECT_THAT(Requests, SizeIs(9));
   EXPECT_THAT(Trace.Status, ElementsAre(u"Watching Folder: " + Settings.sProcessPath));
-  EXPECT_TRUE(State.bWatchActive && State.bFolderRunning);
+  EXPECT_TRUE(Transport.IsRunning());
 }
 
 TEST_F(FolderTransportTest, ScansAnEmptyFolderOnceAtTheStart) {
@@ -875,7 +871,7 @@ TEST_F(FolderTransportTest, WatchesAnewAfterAStop) {
 TEST_F(FolderTransportTest, KeepsTheWatcherWhileItsWaitIsOnTheStack) {
   std::weak_ptr<clsWatchFolder> watcher;
   auto transport = FolderTransport(
-      Settings, State, Trace, Gate, [](Text&, Text&) { return 0.0F; },
+      Settings, Trace, Gate, [](Text&, Text&) { return 0.0F; },
       [&] {
         auto created = CreateWatcher();
         watcher = created;

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "../doubles/FakeTrace.h"
+#include "tests/support/BorrowedSocketService.h"
 #include "tests/support/TextBudgetLimit.h"
 #include "transports/SocketTransport.h"
 #include "util/RunTimeError.h"
@@ -25,13 +26,17 @@ using Texts = std::vector<Text>;
 
 MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
 
-class FakeConnections : public ClientConnections {
+class FakeConnections : public SocketService {
  public:
   struct Sent {
     std::int16_t iSocket;
     Text sData;
   };
 
+  bool ServerStarted() const override { return true; }
+  bool StartServer(std::int32_t) override { return true; }
+  void StopListening() override {}
+  void StopServer() override {}
   void SendData(TextView data, std::int16_t socket) override {
     Err.Clear();
     if (iSendsBeforeFailure-- == 0) {
@@ -83,7 +88,7 @@ class SocketTransportTest : public testing::Test {
       if (BetweenBlocks) BetweenBlocks();
     };
     Transport.Now = [this] { return tNow; };
-    Transport.Attach(Connections);
+    Transport.Start();
   }
 
   void Arrive(std::int16_t socket, TextView data) {
@@ -118,7 +123,6 @@ class SocketTransportTest : public testing::Test {
   ForgetfulTrace Trace;
   RequestGate Gate;
   FakeConnections Connections;
-  std::int16_t iActiveSocket = 0;
   Texts Requests;
   Text sResponse = u"ok";
   float fResult = 0;
@@ -126,8 +130,9 @@ class SocketTransportTest : public testing::Test {
   std::function<void()> DuringRequest;
   std::function<void()> BetweenBlocks;
   SocketTransport Transport{
-      Settings, Trace, Gate, iActiveSocket,
-      [this](Text& request, Text& response) { return Process(request, response); }};
+      Settings, Trace, Gate,
+      [this](Text& request, Text& response) { return Process(request, response); },
+      BorrowedSocketService::Factory(Connections)};
 };
 
 TEST_F(SocketTransportTest, PutsTheReadsOfOneRequestTogetherInOrder) {
@@ -305,12 +310,12 @@ TEST_F(SocketTransportTest, LetsEventsRunAfterEachBlock) {
 
 TEST_F(SocketTransportTest, NamesTheActiveSocketWhileItsRequestIsInWork) {
   std::vector<std::int16_t> active;
-  DuringRequest = BetweenBlocks = [&] { active.push_back(iActiveSocket); };
+  DuringRequest = BetweenBlocks = [&] { active.push_back(Transport.ActiveSocket()); };
   Arrive(7, u"\x1F");
   Tick();
 
   EXPECT_THAT(active, ElementsAre(7, 7));
-  EXPECT_EQ(iActiveSocket, 0);
+  EXPECT_EQ(Transport.ActiveSocket(), 0);
 }
 
 TEST_F(SocketTransportTest, StartsNoSecondRequestWhileOneIsInWork) {
@@ -413,7 +418,7 @@ TEST_F(SocketTransportTest, SendsNothingOfAnAnswerToTheNextConnectionOfTheSameIn
 TEST_F(SocketTransportTest, StopsTheAnswerWhenTheServerGoesAway) {
   Settings.lBlockSize = 1;
   AnswerWith(u"abc");
-  BetweenBlocks = [&] { Transport.Detach(); };
+  BetweenBlocks = [&] { Transport.Stop(); };
   Arrive(1, u"\x1F");
   Tick();
 
@@ -424,8 +429,8 @@ TEST_F(SocketTransportTest, ForgetsTheRequestsOfAServerThatHasGone) {
   Arrive(1, u"waits\x1F");
   Arrive(2, u"half");
 
-  Transport.Detach();
-  Transport.Attach(Connections);
+  Transport.Stop();
+  Transport.Start();
   Arrive(2, u"whole\x1F");
   Tick();
   Tick();
@@ -541,7 +546,7 @@ TEST_F(SocketTransportTest, ClearsTheActiveSocketAtAnyError) {
   std::int16_t active = -1;
   BetweenBlocks = [&] {
     Transport.oSocketServer_Error(2, 10053, u"");
-    active = iActiveSocket;
+    active = Transport.ActiveSocket();
   };
   Arrive(1, u"\x1F");
   Tick();
@@ -632,7 +637,7 @@ TEST_F(SocketTransportTest, EndsAConnectionForWhoseAnswerThereIsNoMemory) {
 
   EXPECT_THAT(Connections.Closed, ElementsAre(1));
   EXPECT_THAT(Trace.Status, ElementsAre(u"Socket 1 ended: no memory for its request"));
-  EXPECT_EQ(iActiveSocket, 0);
+  EXPECT_EQ(Transport.ActiveSocket(), 0);
   EXPECT_FALSE(Gate.IsBusy());
 }
 
@@ -817,8 +822,8 @@ TEST_F(SocketTransportTest, TakesNoMoreAtItsEnd) {
   Tick();
   EXPECT_THAT(Requests, IsEmpty());
 
-  Transport.Detach();
-  Transport.Attach(Connections);
+  Transport.Stop();
+  Transport.Start();
   Arrive(2, u"anew\x1F");
   Tick();
 
@@ -852,7 +857,7 @@ TEST_F(SocketTransportTest, IsDeliveringForFiveSecondsWithoutProgress) {
 TEST_F(SocketTransportTest, DeliversNothingWithoutAServer) {
   LeaveUntaken(1);
 
-  Transport.Detach();
+  Transport.Stop();
 
   EXPECT_FALSE(Transport.IsDelivering());
 }
