@@ -18,6 +18,18 @@ namespace {
 
 using std::chrono::milliseconds;
 
+// The intervals of the timers.
+constexpr milliseconds kNextRequest(100);     // for a request that nobody announces
+constexpr milliseconds kBeginOfWatch(100);    // until the folder watch begins
+constexpr milliseconds kLook(2000);           // between two looks at the process folder
+constexpr milliseconds kIdleCheck(1000);      // whether an idle session is to be closed
+constexpr milliseconds kLoadingNotice(5000);  // until a client is told that QuickBooks is loading
+constexpr milliseconds kDeliveryCheck(20);    // whether the responses have gone out
+constexpr milliseconds kFromTheLoop(1);       // as soon as the handlers on the stack have returned
+
+// The events' turn between two looks whether the settings' editor has ended.
+constexpr milliseconds kEventsForTheEditor(100);
+
 // Of the five seconds that the system gives, for the request in work and slow clients; the rest is
 // for QuickBooks' end.
 constexpr milliseconds kPatienceAtTheEnd(2000);
@@ -29,42 +41,32 @@ constexpr MenuItem kDebugTools[] = {mnuToolsCommLog, mnuToolsSettings, mnuToolsS
 struct frmMain::MenuCommand {
   MenuItem iItem;
   TextView sName;
-  void (*Run)(frmMain& form);
+  void (frmMain::*Click)();
   bool bHoldsUp = false;  // uses the session, or asks the user: refused while a request is in work
 };
 
 const frmMain::MenuCommand frmMain::kMenuCommands[] = {
-    {mnuFile, u"mnuFile", [](frmMain& form) { form.mnuFile_Click(); }},
-    {mnuFileTest, u"mnuFileTest", [](frmMain& form) { form.oConnectionTest.mnuFileTest_Click(); },
+    {mnuFile, u"mnuFile", &frmMain::mnuFile_Click},
+    {mnuFileTest, u"mnuFileTest", &frmMain::mnuFileTest_Click, true},
+    {mnuFileCloseConnection, u"mnuFileCloseConnection", &frmMain::mnuFileCloseConnection_Click,
      true},
-    {mnuFileCloseConnection, u"mnuFileCloseConnection",
-     [](frmMain& form) { form.mnuFileCloseConnection_Click(); }, true},
-    {mnuFileHide, u"mnuFileHide", [](frmMain& form) { form.mnuFileHide_Click(); }},
-    {mnuFileExit, u"mnuFileExit", [](frmMain& form) { form.mnuFileExit_Click(); }},
-    {mnuToolsSettings, u"mnuToolsSettings",
-     [](frmMain& form) { form.oSettingsEditor.mnuToolsSettings_Click(); }, true},
-    {mnuToolsQBFile, u"mnuToolsQBFile",
-     [](frmMain& form) { form.oCompanyFile.mnuToolsQBFile_Click(); }, true},
-    {mnuToolsStartQB, u"mnuToolsStartQB",
-     [](frmMain& form) { form.oCompanyFile.mnuToolsStartQB_Click(); }},
-    {mnuToolsHist, u"mnuToolsHist", [](frmMain& form) { form.oSettingsFile.mnuToolsHist_Click(); }},
-    {mnuToolsCommLog, u"mnuToolsCommLog",
-     [](frmMain& form) { form.oLogs.mnuToolsCommLog_Click(); }},
-    {mnuToolsTest, u"mnuToolsTest", [](frmMain& form) { form.oTestRequest.mnuToolsTest_Click(); },
-     true},
-    {mnuCommunicationsFolder, u"mnuCommunicationsFolder",
-     [](frmMain& form) { form.oCommunications.mnuCommunicationsFolder_Click(); }},
-    {mnuCommunicationsSocket, u"mnuCommunicationsSocket",
-     [](frmMain& form) { form.oCommunications.mnuCommunicationsSocket_Click(); }},
+    {mnuFileHide, u"mnuFileHide", &frmMain::mnuFileHide_Click},
+    {mnuFileExit, u"mnuFileExit", &frmMain::mnuFileExit_Click},
+    {mnuToolsSettings, u"mnuToolsSettings", &frmMain::mnuToolsSettings_Click, true},
+    {mnuToolsQBFile, u"mnuToolsQBFile", &frmMain::mnuToolsQBFile_Click, true},
+    {mnuToolsStartQB, u"mnuToolsStartQB", &frmMain::mnuToolsStartQB_Click},
+    {mnuToolsHist, u"mnuToolsHist", &frmMain::mnuToolsHist_Click},
+    {mnuToolsCommLog, u"mnuToolsCommLog", &frmMain::mnuToolsCommLog_Click},
+    {mnuToolsTest, u"mnuToolsTest", &frmMain::mnuToolsTest_Click, true},
+    {mnuCommunicationsFolder, u"mnuCommunicationsFolder", &frmMain::mnuCommunicationsFolder_Click},
+    {mnuCommunicationsSocket, u"mnuCommunicationsSocket", &frmMain::mnuCommunicationsSocket_Click},
     {mnuCommunicationsD3Linux, u"mnuCommunicationsD3Linux",
-     [](frmMain& form) { form.oCommunications.ChooseFlavour(1); }},
-    {mnuCommunicationsD3NT, u"mnuCommunicationsD3NT",
-     [](frmMain& form) { form.oCommunications.ChooseFlavour(2); }},
+     &frmMain::mnuCommunicationsD3Linux_Click},
+    {mnuCommunicationsD3NT, u"mnuCommunicationsD3NT", &frmMain::mnuCommunicationsD3NT_Click},
     {mnuCommunicationsUniverse, u"mnuCommunicationsUniverse",
-     [](frmMain& form) { form.oCommunications.ChooseFlavour(3); }},
-    {mnuCommunicationsOI, u"mnuCommunicationsOI",
-     [](frmMain& form) { form.oCommunications.ChooseFlavour(4); }},
-    {mnuHelpAbout, u"mnuHelpAbout", [](frmMain& form) { form.oAbout.Show(); }},
+     &frmMain::mnuCommunicationsUniverse_Click},
+    {mnuCommunicationsOI, u"mnuCommunicationsOI", &frmMain::mnuCommunicationsOI_Click},
+    {mnuHelpAbout, u"mnuHelpAbout", &frmMain::mnuHelpAbout_Click},
 };
 
 frmMain::frmMain(Surroundings surroundings)
@@ -95,22 +97,22 @@ frmMain::frmMain(Surroundings surroundings)
       oFolderTransport(oSettings, oLogs, oGate,
                        std::bind_front(&RequestHandler::ProcessRequest, &oRequestHandler),
                        [this] { return CreateWatcher(); }),
-      tmrSocketProcess(milliseconds(100), [this] { tmrSocketProcess_Timer(); }),
-      tmrProcess(milliseconds(100), [this] { tmrProcess_Timer(); }),
-      tmrLook(milliseconds(2000), [this] { tmrLook_Timer(); }),
-      tmrClose(milliseconds(1000), [this] { tmrClose_Timer(); }),
-      tmrLoadingFlag(milliseconds(5000), [this] { tmrLoadingFlag_Timer(); }),
-      tmrDelivery(milliseconds(20),
+      tmrSocketProcess(kNextRequest, [this] { tmrSocketProcess_Timer(); }),
+      tmrProcess(kBeginOfWatch, [this] { tmrProcess_Timer(); }),
+      tmrLook(kLook, [this] { tmrLook_Timer(); }),
+      tmrClose(kIdleCheck, [this] { tmrClose_Timer(); }),
+      tmrLoadingFlag(kLoadingNotice, [this] { tmrLoadingFlag_Timer(); }),
+      tmrDelivery(kDeliveryCheck,
                   [this] {
                     tmrDelivery.SetEnabled(false);
                     Unload();
                   }),
-      tmrUnload(milliseconds(1),
+      tmrUnload(kFromTheLoop,
                 [this] {
                   tmrUnload.SetEnabled(false);
                   Unload();
                 }),
-      tmrReload(milliseconds(1), [this] { tmrReload_Timer(); }),
+      tmrReload(kFromTheLoop, [this] { tmrReload_Timer(); }),
       tmrGiveUp(kPatienceAtTheEnd, [this] { tmrGiveUp_Timer(); }),
       oCommunications(oSettings, oSettingsFile, oSurroundings.window, oLogs, oSocketTransport,
                       oFolderTransport) {
@@ -120,14 +122,15 @@ frmMain::frmMain(Surroundings surroundings)
   oQBXML.Loaded = [this] { oQBXML_Loaded(); };
   oSocketTransport.SwitchTicks = [this](bool on) { tmrSocketProcess.SetEnabled(on); };
   oFolderTransport.SwitchTicks = [this](bool on) { tmrProcess.SetEnabled(on); };
-  oSocketTransport.RequestQueued = [this] { AnswerSoon(); };
+  oSocketTransport.RequestQueued = [this] { ProcessSoon(); };
   oGate.Freed = [this] {
     CarryOutUnload();
     CarryOutReload();
-    AnswerSoon();
+    ProcessSoon();
   };
-  oSysTray.Open = [this] { OpenWindow(); };
-  oSysTray.Close = [this] { MenuClick(mnuFileExit); };
+  oSysTray.MenuClick = [this](TextView key) { oSysTray_MenuClick(key); };
+  oSysTray.SysTrayDoubleClick = [this](std::int16_t) { oSysTray_SysTrayDoubleClick(); };
+  oSysTray.SysTrayMouseDown = [this](std::int16_t button) { oSysTray_SysTrayMouseDown(button); };
 }
 
 void frmMain::Load() {
@@ -194,7 +197,7 @@ void frmMain::MenuClick(platform::MenuId item) {
 
 void frmMain::RunCommand(const MenuCommand& command) {
   if (!command.bHoldsUp) {
-    command.Run(*this);
+    (this->*command.Click)();
     return;
   }
   bool& running = bRunning.at(command.iItem);
@@ -204,7 +207,7 @@ void frmMain::RunCommand(const MenuCommand& command) {
     return;
   }
   const Flag flag(running);
-  command.Run(*this);
+  (this->*command.Click)();
 }
 
 void frmMain::Resize() {
@@ -220,7 +223,7 @@ void frmMain::Resize() {
 
 bool frmMain::Restore() {
   if (bUnloadWanted) return false;
-  Guarded(oLogs, u"Restore", [this] { OpenWindow(); });
+  Guarded(oLogs, u"Restore", [this] { RestoreWindow(); });
   return true;
 }
 
@@ -250,7 +253,7 @@ void frmMain::tmrSocketProcess_Timer() {
 
 // The timer's interval is for what nobody announces: a request that waits, and nothing in work, is
 // answered at the next chance. Each tick still answers one, and other events come in between.
-void frmMain::AnswerSoon() {
+void frmMain::ProcessSoon() {
   if (oSocketTransport.HasRequests() && !oGate.IsBusy()) tmrSocketProcess.TickSoon();
 }
 
@@ -298,13 +301,42 @@ void frmMain::tmrGiveUp_Timer() {
 
 std::shared_ptr<clsWatchFolder> frmMain::CreateWatcher() {
   auto watcher = std::make_shared<clsWatchFolder>(oSurroundings.createFolderNotification());
-  watcher->FolderChanged = [this](TextView folder) {
-    Guarded(oLogs, u"oWatchFolder_FolderChanged",
-            [&] { oFolderTransport.ScanProcessFolder(folder); });
-  };
+  watcher->FolderChanged = [this](TextView folder) { oWatchFolder_FolderChanged(folder); };
   watcher->ShowMessage = [this](TextView text) { oSurroundings.window.ShowMessage(text); };
   return watcher;
 }
+
+void frmMain::oWatchFolder_FolderChanged(TextView folder) {
+  Guarded(oLogs, u"oWatchFolder_FolderChanged",
+          [&] { oFolderTransport.ScanProcessFolder(folder); });
+}
+
+void frmMain::oSysTray_SysTrayDoubleClick() { RestoreWindow(); }
+
+void frmMain::oSysTray_SysTrayMouseDown(std::int16_t button) {
+  if (button == frmSysTray::kRightButton) oSysTray.ShowMenu();
+}
+
+void frmMain::oSysTray_MenuClick(TextView key) {
+  if (key == TrayMenu::kOpen) RestoreWindow();
+  if (key == TrayMenu::kClose) MenuClick(mnuFileExit);
+}
+
+// Each menu item has its handler here; the work is done by the part that owns the command.
+void frmMain::mnuFileTest_Click() { oConnectionTest.mnuFileTest_Click(); }
+void frmMain::mnuToolsSettings_Click() { oSettingsEditor.mnuToolsSettings_Click(); }
+void frmMain::mnuToolsQBFile_Click() { oCompanyFile.mnuToolsQBFile_Click(); }
+void frmMain::mnuToolsStartQB_Click() { oCompanyFile.mnuToolsStartQB_Click(); }
+void frmMain::mnuToolsHist_Click() { oSettingsFile.mnuToolsHist_Click(); }
+void frmMain::mnuToolsCommLog_Click() { oLogs.mnuToolsCommLog_Click(); }
+void frmMain::mnuToolsTest_Click() { oTestRequest.mnuToolsTest_Click(); }
+void frmMain::mnuCommunicationsFolder_Click() { oCommunications.mnuCommunicationsFolder_Click(); }
+void frmMain::mnuCommunicationsSocket_Click() { oCommunications.mnuCommunicationsSocket_Click(); }
+void frmMain::mnuCommunicationsD3Linux_Click() { oCommunications.ChooseFlavour(1); }
+void frmMain::mnuCommunicationsD3NT_Click() { oCommunications.ChooseFlavour(2); }
+void frmMain::mnuCommunicationsUniverse_Click() { oCommunications.ChooseFlavour(3); }
+void frmMain::mnuCommunicationsOI_Click() { oCommunications.ChooseFlavour(4); }
+void frmMain::mnuHelpAbout_Click() { oAbout.Show(); }
 
 void frmMain::mnuFile_Click() {
   oSurroundings.window.SetMenuEnabled(mnuFileCloseConnection, oQBXML.IsConnected());
@@ -339,14 +371,14 @@ void frmMain::GiveUpWaiting() {
   Unload();
 }
 
-void frmMain::OpenWindow() {
+void frmMain::RestoreWindow() {
   oSurroundings.frame.SetState(platform::WindowState::kNormal);
   oSurroundings.frame.Show();
   oSurroundings.frame.BringToFront();
 }
 
 bool frmMain::LetEventsRun() const {
-  platform::DoEventsFor(milliseconds(100));
+  platform::DoEventsFor(kEventsForTheEditor);
   return !bUnloaded;
 }
 

@@ -126,12 +126,33 @@ class frmMain {
   void CarryOutReload();
   std::shared_ptr<clsWatchFolder> CreateWatcher();
 
+  void oWatchFolder_FolderChanged(TextView folder);
+  void oSysTray_SysTrayDoubleClick();
+  void oSysTray_SysTrayMouseDown(std::int16_t button);
+  void oSysTray_MenuClick(TextView key);
+
   void mnuFile_Click();
+  void mnuFileTest_Click();
   void mnuFileCloseConnection_Click();
   void mnuFileHide_Click();
   void mnuFileExit_Click();
-  void OpenWindow();
-  void AnswerSoon();
+  void mnuToolsSettings_Click();
+  void mnuToolsQBFile_Click();
+  void mnuToolsStartQB_Click();
+  void mnuToolsHist_Click();
+  void mnuToolsCommLog_Click();
+  void mnuToolsTest_Click();
+  void mnuCommunicationsFolder_Click();
+  void mnuCommunicationsSocket_Click();
+  void mnuCommunicationsD3Linux_Click();
+  void mnuCommunicationsD3NT_Click();
+  void mnuCommunicationsUniverse_Click();
+  void mnuCommunicationsOI_Click();
+  void mnuHelpAbout_Click();
+
+  // The only place where the window comes back, whoever asks for it.
+  void RestoreWindow();
+  void ProcessSoon();
   bool LetEventsRun() const;
 
   void oQBXML_UpdateStatus(TextView text);

@@ -14,15 +14,22 @@ constexpr int kCouldNotStart = 1;
 
 enum class Start { kFirst, kActivated, kNotFound };
 
-// Another instance that is about to end, or that has only begun, holds the lock and shows no
-// window.
-Start TryToStart(const Program& program, std::unique_ptr<platform::InstanceLock>& lock) {
+// The first instance holds the lock for as long as it runs.
+bool IsFirstInstance(const Program& program, std::unique_ptr<platform::InstanceLock>& lock) {
+  lock = program.acquireInstanceLock(kInstanceMutex);
+  return lock != nullptr;
+}
+
+bool ActivatePreviousInstance(const Program& program) { return program.activatePreviousInstance(); }
+
+// An instance that is about to end, or that has only begun, holds the lock and shows no window: it
+// is looked for until the program's patience has gone.
+Start FindPreviousInstance(const Program& program, std::unique_ptr<platform::InstanceLock>& lock) {
   using Steady = std::chrono::steady_clock;
   constexpr std::chrono::milliseconds kPause(50);
   for (const auto until = Steady::now() + program.patience;;) {
-    lock = program.acquireInstanceLock(kInstanceMutex);
-    if (lock != nullptr) return Start::kFirst;
-    if (program.activatePreviousInstance()) return Start::kActivated;
+    if (IsFirstInstance(program, lock)) return Start::kFirst;
+    if (ActivatePreviousInstance(program)) return Start::kActivated;
     if (Steady::now() >= until) return Start::kNotFound;
     std::this_thread::sleep_for(kPause);
   }
@@ -32,7 +39,7 @@ Start TryToStart(const Program& program, std::unique_ptr<platform::InstanceLock>
 
 int Main(Program program) {
   std::unique_ptr<platform::InstanceLock> instance;
-  const Start start = TryToStart(program, instance);
+  const Start start = FindPreviousInstance(program, instance);
   if (start == Start::kActivated) return 0;
   if (start == Start::kNotFound) {
     program.surroundings.window.ShowMessage(

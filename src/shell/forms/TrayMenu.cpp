@@ -24,21 +24,23 @@ void TrayMenu::Remove() {
 
 void TrayMenu::Create() {
   oSysTray.emplace(CreateIcon(), oTrace);
-  oSysTray->AddMenuItem(u"&Open", u"open", true, true);
+  oSysTray->AddMenuItem(u"&Open", kOpen, true, true);
   oSysTray->AddMenuItem(u"-", u"", false, true);
-  oSysTray->AddMenuItem(u"&Close", u"close", false, true);
+  oSysTray->AddMenuItem(u"&Close", kClose, false, true);
   oSysTray->ToolTip(kProgramTitle);
-  oSysTray->MenuClick = [this](int, TextView key) { oSysTray_MenuClick(key); };
-  oSysTray->SysTrayDoubleClick = [this](std::int16_t) { oSysTray_MenuClick(u"open"); };
+  oSysTray->MenuClick = [this](int, TextView key) {
+    if (!bRemoved && MenuClick) MenuClick(key);
+  };
+  oSysTray->SysTrayDoubleClick = [this](std::int16_t button) {
+    if (!bRemoved && SysTrayDoubleClick) SysTrayDoubleClick(button);
+  };
   oSysTray->SysTrayMouseDown = [this](std::int16_t button) {
-    if (button == frmSysTray::kRightButton) oSysTray->ShowMenu();
+    if (!bRemoved && SysTrayMouseDown) SysTrayMouseDown(button);
   };
 }
 
-void TrayMenu::oSysTray_MenuClick(TextView key) {
-  if (bRemoved) return;
-  if (key == u"open") Open();
-  if (key == u"close") Close();
+void TrayMenu::ShowMenu() {
+  if (oSysTray && !bRemoved) oSysTray->ShowMenu();
 }
 
 }  // namespace ostrel

@@ -1,6 +1,8 @@
-// The gateway's icon in the notification area: its tip, its menu, and what they mean.
+// The gateway's icon in the notification area, with its tip and its menu. The main form decides
+// what happens when they are used.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,14 +26,19 @@ class TrayMenu {
   /// Takes it away, for good: an open menu does nothing any more.
   void Remove();
 
-  /// "Open" was chosen, or the icon double-clicked.
-  std::function<void()> Open;
-  /// "Close" was chosen.
-  std::function<void()> Close;
+  /// Pops the menu up; nothing once the icon has been taken away.
+  void ShowMenu();
+
+  /// The keys of the menu's items.
+  static constexpr TextView kOpen = u"open", kClose = u"close";
+
+  /// The events of the icon, until it has been taken away (frmSysTray).
+  std::function<void(TextView key)> MenuClick;
+  std::function<void(std::int16_t button)> SysTrayDoubleClick;
+  std::function<void(std::int16_t button)> SysTrayMouseDown;
 
  private:
   void Create();
-  void oSysTray_MenuClick(TextView key);
 
   NotifyIconFactory CreateIcon;
   Trace& oTrace;

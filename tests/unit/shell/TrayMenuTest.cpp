@@ -15,8 +15,13 @@ using testing::SizeIs;
 class TrayMenuTest : public testing::Test {
  protected:
   TrayMenuTest() {
-    Menu.Open = [this] { Chosen.emplace_back(u"open"); };
-    Menu.Close = [this] { Chosen.emplace_back(u"close"); };
+    Menu.MenuClick = [this](TextView key) {
+      if (!key.empty()) Chosen.emplace_back(key);
+    };
+    Menu.SysTrayDoubleClick = [this](std::int16_t) { Chosen.emplace_back(u"open"); };
+    Menu.SysTrayMouseDown = [this](std::int16_t button) {
+      if (button == frmSysTray::kRightButton) Menu.ShowMenu();
+    };
   }
 
   doubles::FakeTrace Trace;
