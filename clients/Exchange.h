@@ -1,4 +1,4 @@
-// One request to the gateway and its answer, whichever way it goes.
+// One request to the gateway and its response, whichever way it goes.
 #pragma once
 
 #include <functional>
@@ -10,27 +10,27 @@
 
 namespace ostrel {
 
-struct Answer {
-  std::optional<int> errorNumber;  // set when the gateway answered with an error
+struct Response {
+  std::optional<int> errorNumber;  // set when the gateway responded with an error
   std::string body;                // in the code page, line breaks as they came
 };
 
-enum class ExchangeResult { kAnswered, kNotReached, kTimeout };
+enum class ExchangeResult { kResponded, kNotReached, kTimeout };
 
 class Exchange {
  public:
   virtual ~Exchange() = default;
 
-  /// Called for each answer and notice as it was received, byte for byte.
+  /// Called for each response and notice as it was received, byte for byte.
   std::function<void(std::string_view bytes)> Received;
   /// Called when the gateway says that QuickBooks is loading.
   std::function<void()> StillLoading;
 
-  /// Sends these bytes and waits for the answer, dispatching events meanwhile. To be called once.
+  /// Sends these bytes and waits for the response, dispatching events meanwhile. To be called once.
   virtual ExchangeResult Run(std::string_view request) = 0;
 
-  /// What the answer was (kAnswered) or why there is none, in words.
-  Answer answer;
+  /// What the response was (kResponded) or why there is none, in words.
+  Response response;
   Text reason;
 };
 

@@ -32,7 +32,7 @@ Text UniqueRequestName() {
   return name.append(kRequestExtension);
 }
 
-Answer AnswerInFile(std::string_view bytes) {
+Response ResponseInFile(std::string_view bytes) {
   if (!bytes.starts_with(ToUtf8(kErrorFilePrefix))) return {std::nullopt, std::string(bytes)};
   int number = 0;
   std::from_chars(bytes.data() + kErrorFilePrefix.size(), bytes.data() + bytes.size(), number);
@@ -46,13 +46,13 @@ FolderExchange::FolderExchange(TextView processFolder, TextView responseFolder, 
       sResponseFolder(responseFolder),
       sRequestPath(PathIn(processFolder, name)),
       sDraftPath(sRequestPath + u".tmp"),
-      sAnswerPath(PathIn(responseFolder, name)),
-      sTakenPath(sAnswerPath + u".taken"),
+      sResponsePath(PathIn(responseFolder, name)),
+      sTakenPath(sResponsePath + u".taken"),
       oTimeout(timeout),
       oNotification(platform::MakeFolderNotification()) {}
 
 ExchangeResult FolderExchange::Run(std::string_view request) {
-  return HandOver(request) ? AwaitAnswer() : ExchangeResult::kNotReached;
+  return HandOver(request) ? AwaitResponse() : ExchangeResult::kNotReached;
 }
 
 bool FolderExchange::HandOver(std::string_view request) {
@@ -61,10 +61,10 @@ bool FolderExchange::HandOver(std::string_view request) {
     reason = u"there is no folder " + folder;
     return false;
   }
-  const int stale = platform::EraseFile(sAnswerPath);
+  const int stale = platform::EraseFile(sResponsePath);
   if (stale != 0 && stale != platform::kFileNotFound) {
     reason =
-        u"cannot remove the old answer " + sAnswerPath + u": " + platform::SystemErrorText(stale);
+        u"cannot remove the old answer " + sResponsePath + u": " + platform::SystemErrorText(stale);
     return false;
   }
   oNotification->Open(sResponseFolder);  // without it, looking now and then has to do
@@ -83,32 +83,32 @@ int FolderExchange::PutInProcessFolder(std::string_view request) {
   return error;
 }
 
-ExchangeResult FolderExchange::AwaitAnswer() {
+ExchangeResult FolderExchange::AwaitResponse() {
   const auto end = steady_clock::now() + oTimeout;
-  while (!TakeAnswer()) {
+  while (!TakeResponse()) {
     const auto left = std::chrono::ceil<milliseconds>(end - steady_clock::now());
     if (left <= milliseconds::zero()) return GiveUp();
     WaitForChange(std::min(left, kLookAgain));
   }
-  return ExchangeResult::kAnswered;
+  return ExchangeResult::kResponded;
 }
 
-// A notice may be replaced by the answer at any moment: what is read and erased is first given
+// A notice may be replaced by the response at any moment: what is read and erased is first given
 // another name.
-bool FolderExchange::TakeAnswer() {
+bool FolderExchange::TakeResponse() {
   if (!bTaken) {
-    iAnswerError = platform::RenamePath(sAnswerPath, sTakenPath);
-    bTaken = iAnswerError == 0;
+    iResponseError = platform::RenamePath(sResponsePath, sTakenPath);
+    bTaken = iResponseError == 0;
   }
   if (!bTaken) return false;
-  const auto bytes = ReadFileBytes(sTakenPath, iAnswerError);
+  const auto bytes = ReadFileBytes(sTakenPath, iResponseError);
   if (!bytes) return false;
   if (Received) Received(*bytes);
   platform::EraseFile(sTakenPath);
   bTaken = false;
 
-  answer = AnswerInFile(*bytes);
-  if (answer.errorNumber != ErrorNumber::kStillLoading) return true;
+  response = ResponseInFile(*bytes);
+  if (response.errorNumber != ErrorNumber::kStillLoading) return true;
   if (StillLoading) StillLoading();
   return false;
 }
@@ -122,15 +122,15 @@ void FolderExchange::WaitForChange(milliseconds time) {
 
 ExchangeResult FolderExchange::GiveUp() {
   reason = u"there was no answer in time";
-  if (iAnswerError != platform::kFileNotFound) {
-    reason += u"; " + (bTaken ? sTakenPath : sAnswerPath) + u" cannot be read: " +
-              platform::SystemErrorText(iAnswerError);
+  if (iResponseError != platform::kFileNotFound) {
+    reason += u"; " + (bTaken ? sTakenPath : sResponsePath) + u" cannot be read: " +
+              platform::SystemErrorText(iResponseError);
   }
   const int error = platform::EraseFile(sRequestPath);
   if (error == 0) {
     reason += u"; the gateway has not taken the request, which was taken back";
   } else if (error == platform::kFileNotFound) {
-    reason += u"; the gateway has taken the request, and its answer will be " + sAnswerPath;
+    reason += u"; the gateway has taken the request, and its answer will be " + sResponsePath;
   } else {
     reason += u"; the request " + sRequestPath + u" could not be taken back: " +
               platform::SystemErrorText(error);

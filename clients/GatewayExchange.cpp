@@ -20,7 +20,7 @@ std::optional<int> ErrorNumber(std::string_view header) {
 }
 
 // frame: without the end-of-data mark.
-Answer AnswerInFrame(std::string_view frame) {
+Response ResponseInFrame(std::string_view frame) {
   const std::size_t mark = std::min(frame.find(kAttributeMarkByte), frame.size());
   const std::string_view body = frame.substr(std::min(mark + 1, frame.size()));
   return {ErrorNumber(frame.substr(0, mark)), std::string(body)};
@@ -75,12 +75,12 @@ void GatewayExchange::OnDataArrival() {
 void GatewayExchange::OnFrame(std::string_view received) {
   if (Received) Received(received);
   received.remove_suffix(1);
-  answer = AnswerInFrame(received);
-  if (answer.errorNumber == ErrorNumber::kStillLoading) {
+  response = ResponseInFrame(received);
+  if (response.errorNumber == ErrorNumber::kStillLoading) {
     if (StillLoading) StillLoading();
     return;
   }
-  End(ExchangeResult::kAnswered, {});
+  End(ExchangeResult::kResponded, {});
 }
 
 void GatewayExchange::End(ExchangeResult result, Text why) {

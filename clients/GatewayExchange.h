@@ -1,4 +1,4 @@
-// One request to the gateway and its answer, over one connection.
+// One request to the gateway and its response, over one connection.
 #pragma once
 
 #include <chrono>

@@ -17,7 +17,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(TextView reason) : std::runtime_error(ToUtf8(reason)) {}
 };
 
-/// The gateway's folders for requests and for answers.
+/// The gateway's folders for requests and for responses.
 struct ExchangeFolders {
   Text process, response;
 };

@@ -1,5 +1,5 @@
 // ostrel-send: the tool with which a user tries the gateway from the database's host. It sends one
-// request as a database would and prints the answer.
+// request as a database would and prints the response.
 #include <exception>
 #include <new>
 
@@ -16,7 +16,13 @@
 namespace ostrel {
 namespace {
 
-enum ExitCode { kAnswer = 0, kErrorAnswer = 1, kNotReached = 2, kNoAnswerInTime = 3, kUsage = 64 };
+enum ExitCode {
+  kResponse = 0,
+  kErrorResponse = 1,
+  kNotReached = 2,
+  kNoResponseInTime = 3,
+  kUsage = 64
+};
 
 constexpr std::string_view kAttributeMarkAsBytes(&kAttributeMarkByte, 1);
 
@@ -106,14 +112,14 @@ Text Printable(std::string_view body) {
   return text;
 }
 
-ExitCode TellAnswer(const Answer& answer, bool raw) {
-  if (answer.errorNumber) {
-    Tell(u"the gateway answered with error " + ToText(std::int64_t{*answer.errorNumber}));
-    if (!raw) platform::WriteStandardError(Printable(answer.body));
-    return kErrorAnswer;
+ExitCode TellResponse(const Response& response, bool raw) {
+  if (response.errorNumber) {
+    Tell(u"the gateway answered with error " + ToText(std::int64_t{*response.errorNumber}));
+    if (!raw) platform::WriteStandardError(Printable(response.body));
+    return kErrorResponse;
   }
-  if (!raw) platform::WriteStandardOutput(Printable(answer.body));
-  return kAnswer;
+  if (!raw) platform::WriteStandardOutput(Printable(response.body));
+  return kResponse;
 }
 
 ExitCode RunExchange(const SendOptions& options, TextView peer, Exchange& exchange,
@@ -123,9 +129,9 @@ ExitCode RunExchange(const SendOptions& options, TextView peer, Exchange& exchan
   };
   if (options.raw) exchange.Received = platform::WriteStandardOutputBytes;
   const ExchangeResult result = exchange.Run(request);
-  if (result == ExchangeResult::kAnswered) return TellAnswer(exchange.answer, options.raw);
+  if (result == ExchangeResult::kResponded) return TellResponse(exchange.response, options.raw);
   Tell(Text(peer) + u": " + exchange.reason);
-  return result == ExchangeResult::kTimeout ? kNoAnswerInTime : kNotReached;
+  return result == ExchangeResult::kTimeout ? kNoResponseInTime : kNotReached;
 }
 
 ExitCode SendOverTcp(const SendOptions& options) {
@@ -147,7 +153,7 @@ int Run(const std::vector<Text>& arguments) {
   const SendOptions options = ParseSendOptions(arguments);
   if (options.help) {
     platform::WriteStandardOutput(kSendUsage);
-    return kAnswer;
+    return kResponse;
   }
   return options.folders ? SendThroughFolders(options) : SendOverTcp(options);
 }

@@ -39,7 +39,7 @@ class RequestGate {
 
   bool IsBusy() const { return bBusy; }
 
-  /// Raised each time a pass has been given back. What it raises is dropped: passes are given back
+  /// Called each time a pass has been given back. What it raises is dropped: passes are given back
   /// while an exception travels as well.
   std::function<void()> Freed;
 

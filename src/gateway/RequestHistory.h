@@ -1,6 +1,6 @@
 // The history file of one request, put together while the request is processed. Without bHistory at
-// the start of the request it does nothing. Never raises: a request is answered without its history
-// when there is no memory for it.
+// the start of the request it does nothing. Never raises: a request is carried out without its
+// history when there is no memory for it.
 #pragma once
 
 #include "gateway/GatewaySettings.h"

@@ -25,7 +25,7 @@ FileMode ModeFor(std::int16_t fileMode) {
 }
 
 template <typename Event, typename... Arguments>
-void Raise(const Event& event, const Arguments&... arguments) {
+void Notify(const Event& event, const Arguments&... arguments) {
   if (!event) return;
   try {
     event(arguments...);
@@ -103,10 +103,10 @@ std::int32_t qbxml::BeginSession(TextView companyFile, std::int16_t fileMode,
                                  std::int32_t& errorNumber) {
   errorNumber = 0;
   TellStatus(u"Loading Company file");
-  Raise(Loading);
+  Notify(Loading);
   errorNumber = Keep(Call(
       [&](auto& processor) { sTicket = processor.BeginSession(companyFile, ModeFor(fileMode)); }));
-  Raise(Loaded);
+  Notify(Loaded);
   if (errorNumber != 0) return errorNumber;
   TellStatus(u"Session begun with " + CompanyFileName());
   bSessionBegun = bProcessorCreated;  // reading the name may have found QuickBooks gone
@@ -230,6 +230,6 @@ void qbxml::ClearLastError() {
   lLastError = 0;
 }
 
-void qbxml::TellStatus(TextView text) const { Raise(UpdateStatus, text); }
+void qbxml::TellStatus(TextView text) const { Notify(UpdateStatus, text); }
 
 }  // namespace ostrel

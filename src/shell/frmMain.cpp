@@ -252,7 +252,7 @@ void frmMain::tmrSocketProcess_Timer() {
 }
 
 // The timer's interval is for what nobody announces: a request that waits, and nothing in work, is
-// answered at the next chance. Each tick still answers one, and other events come in between.
+// carried out at the next chance. Each tick still takes one, and other events come in between.
 void frmMain::ProcessSoon() {
   if (oSocketTransport.HasRequests() && !oGate.IsBusy()) tmrSocketProcess.TickSoon();
 }
@@ -356,7 +356,7 @@ void frmMain::mnuFileHide_Click() {
 }
 
 // The first waits for a request in work and for responses that are being sent. The second gives
-// them up: QuickBooks may never answer, a client may be slow.
+// them up: QuickBooks may never return, a client may be slow.
 void frmMain::mnuFileExit_Click() {
   if (bUnloadWanted) return GiveUpWaiting();
   Unload();

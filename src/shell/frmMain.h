@@ -1,4 +1,4 @@
-// The main form: owns the parts of the program, wires their events, and answers menus and timers.
+// The main form: owns the parts of the program, wires their events, and handles menus and timers.
 // What it shows, it shows through platform::MainWindow; what it decides, one of its parts decides.
 #pragma once
 
@@ -83,7 +83,7 @@ class frmMain {
   bool IsServing() const { return !bUnloadWanted && oCommunications.IsServing(); }
 
   /// The state of the transports: whether each runs, and the index of the connection whose request
-  /// is being answered (0: none). The folder is watched as soon as its watcher has been set up.
+  /// is in work (0: none). The folder is watched as soon as its watcher has been set up.
   bool bSocketRunning() const { return oSocketTransport.IsRunning(); }
   bool bFolderRunning() const { return oFolderTransport.IsRunning(); }
   bool bWatchActive() const { return oFolderTransport.IsRunning(); }

@@ -28,7 +28,7 @@
 namespace ostrel {
 
 struct SocketEvents {
-  /// The peer has closed; not raised for a close that this side began.
+  /// The peer has closed; not told of a close that this side began.
   std::function<void()> OnClose;
   std::function<void()> OnConnect;
   /// requestID goes to Accept of a fresh socket before the handler returns; else it is closed.

@@ -31,7 +31,7 @@ bool CSocketListen::StartListen(std::int32_t Port, Text& LocalIP) {
     Listen(Port, LocalIP);
     AwaitListening();
   } catch (const std::exception&) {  // kept: told by StartFailed alone, the cause is not passed on
-    RaiseStartFailed();
+    NotifyStartFailed();
   }
   return bListenning;
 }
@@ -51,7 +51,7 @@ void CSocketListen::AwaitListening() {
     platform::DoEvents();
     const bool failed = oListen->State() == SocketState::kError;
     if (failed || oListen->State() == SocketState::kClosed) {  // by one of the events
-      return RaiseStartFailed();
+      return NotifyStartFailed();
     }
   }
   sState = u"Listenning";
@@ -61,7 +61,7 @@ void CSocketListen::AwaitListening() {
   }
 }
 
-void CSocketListen::RaiseStartFailed() {
+void CSocketListen::NotifyStartFailed() {
   if (const auto handler = Events.StartFailed) {
     handler();
   }

@@ -58,7 +58,7 @@ class CSocketListen : public std::enable_shared_from_this<CSocketListen> {
 
   void Listen(std::int32_t Port, Text& LocalIP);
   void AwaitListening();
-  void RaiseStartFailed();
+  void NotifyStartFailed();
 
   MSocketSupport& oSupport;
   std::shared_ptr<CSocket> oListen;

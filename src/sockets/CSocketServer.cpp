@@ -23,7 +23,7 @@ const CSocketListen& Existing(const std::shared_ptr<CSocketListen>& listener, Te
 
 /// What a socket or a handler raises is left in Err.
 template <typename Operation>
-void Guarded(const Operation& operation) noexcept {
+void LeaveInErr(const Operation& operation) noexcept {
   try {
     operation();
   } catch (...) {
@@ -73,7 +73,7 @@ void CSocketServer::ReleaseListener() {
 bool CSocketServer::StartServer(std::int32_t Port, Text& LocalIP) {
   Err.Clear();
   bool started = false;
-  Guarded([&] { started = Start(Port, LocalIP); });
+  LeaveInErr([&] { started = Start(Port, LocalIP); });
   return started;
 }
 
@@ -85,7 +85,7 @@ bool CSocketServer::Start(std::int32_t Port, Text& LocalIP) {
     Subscribe();
   }
   const auto listener = oListen;
-  Guarded([&] { listener->StopListen(); });  // kept: ServerStopped comes with every start
+  LeaveInErr([&] { listener->StopListen(); });  // kept: ServerStopped comes with every start
   if (life.expired() || listener != oListen) {
     return false;
   }
@@ -107,14 +107,14 @@ bool CSocketServer::StopServer() {
   CloseEverySocket();
   sState = u"Closed";
   bServerStarted = false;
-  Guarded([this] { oListen_ServerListening(false); });  // kept: a second time for one stop
+  LeaveInErr([this] { oListen_ServerListening(false); });  // kept: a second time for one stop
   return false;
 }
 
 void CSocketServer::StopListening() {
   Err.Clear();
   if (const auto listener = oListen) {
-    Guarded([&] { listener->StopListen(); });
+    LeaveInErr([&] { listener->StopListen(); });
   }
 }
 
@@ -151,7 +151,7 @@ void CSocketServer::SendData(const SocketValue& vData, std::int32_t lIndex) {
 
 void CSocketServer::SendTo(const std::shared_ptr<CSocket>& socket, const SocketValue& vData) {
   if (socket) {
-    Guarded([&] { socket->SendData(vData); });
+    LeaveInErr([&] { socket->SendData(vData); });
   }
 }
 
@@ -168,7 +168,7 @@ void CSocketServer::CloseSocket(std::int16_t Index) {
   Err.Clear();
   if (const auto socket = SocketAt(Index)) {
     SearchFrom(Index);
-    Guarded([&] { socket->CloseSocket(); });
+    LeaveInErr([&] { socket->CloseSocket(); });
   }
 }
 
@@ -177,11 +177,11 @@ void CSocketServer::CloseAllSockets() {
   CloseEverySocket();
 }
 
-/// No event is raised here: the array stays as it is until its end.
+/// No event is told here: the array stays as it is until its end.
 void CSocketServer::CloseEverySocket() {
   for (auto& slot : oConnections) {
     if (const auto socket = std::exchange(slot, nullptr)) {
-      Guarded([&] { socket->CloseSocket(); });
+      LeaveInErr([&] { socket->CloseSocket(); });
       socket->SetCallback(0, nullptr);
     }
   }
@@ -192,14 +192,14 @@ void CSocketServer::CloseEverySocket() {
 Text CSocketServer::GetRemoteHost(std::int16_t Index) const {
   const auto socket = SocketAt(Index);
   Text host;
-  Guarded([&] { host = socket ? socket->RemoteHost() : Text(); });
+  LeaveInErr([&] { host = socket ? socket->RemoteHost() : Text(); });
   return host;
 }
 
 Text CSocketServer::GetRemoteIP(std::int16_t Index) const {
   const auto socket = SocketAt(Index);
   Text address;
-  Guarded([&] { address = socket ? socket->RemoteHostIP() : Text(); });
+  LeaveInErr([&] { address = socket ? socket->RemoteHostIP() : Text(); });
   return address;
 }
 
@@ -270,7 +270,7 @@ void CSocketServer::oListen_Error(std::uint16_t Number, Text& Description, std::
                                   TextView Source) {
   const std::weak_ptr<void> life = oLife;
   Err.Clear();
-  Guarded([&] {
+  LeaveInErr([&] {
     if (const auto handler = Events.Error) {
       handler(0, Number, Description, Scode, Source);
     }

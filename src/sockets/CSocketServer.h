@@ -2,7 +2,7 @@
 // named by its index, from 1; index 0 is the listener itself. A slot keeps its closed socket, and
 // so the peer's address, until a new connection takes it over.
 //
-// Events are raised from inside the event loop's dispatch. A handler may call every member,
+// Events are told from inside the event loop's dispatch. A handler may call every member,
 // StopServer included, and may destroy the server.
 #pragma once
 
@@ -36,12 +36,12 @@ struct SocketServerEvents {
   std::function<void(std::int16_t SckIndex, std::int32_t LocalPort, TextView RemoteIP,
                      TextView RemoteHost)>
       SocketOpened;
-  /// Closed by the peer; never raised for a connection that this side closed.
+  /// Closed by the peer; never told of a connection that this side closed.
   std::function<void(std::int16_t SckIndex, std::int32_t LocalPort, TextView RemoteIP,
                      TextView RemoteHost)>
       SocketClosed;
   std::function<void()> ServerStarted;
-  /// Raised by each StartServer first, and twice by each StopServer.
+  /// Told by each StartServer first, and twice by each StopServer.
   std::function<void()> ServerStopped;
   std::function<void()> StartFailed;
 };
@@ -135,7 +135,7 @@ class CSocketServer final : private ISocketServer {
   std::size_t lSearchFrom = 1;                         // no slot below this index is free
   Text sState;
   bool bServerStarted = false;
-  /// Handlers may destroy the server: who raises an event and goes on looks whether this expired.
+  /// Handlers may destroy the server: who tells an event and goes on looks whether this expired.
   std::shared_ptr<void> oLife = std::make_shared<char>();
 };
 

@@ -76,7 +76,7 @@ void FolderTransport::tmrProcess_Timer() {
   if (watcher == oWatchFolder && !bTakeNoMore) watcher->WatchFolder(folder);
 }
 
-// The deletions of these scans raise no event: nothing watches yet.
+// The deletions of these scans cause no event: nothing watches yet.
 void FolderTransport::ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder) {
   std::size_t before = 0;
   do {

@@ -50,10 +50,10 @@ class FolderTransport {
   /// For the start of the program, and part of the start of the watch: every request that was taken
   /// before the gateway was killed gets a response.
   void SettleLeftovers() { oResponses.SettleLeftovers(); }
-  /// Answers what waits in the process folder, then watches it until Stop. Blocks as
+  /// Takes the request files that wait in the process folder, then watches it until Stop. Blocks as
   /// clsWatchFolder does.
   void tmrProcess_Timer();
-  /// Answers the request files of one listing, events dispatched between them; ends early while
+  /// Takes the request files of one listing, events dispatched between them; ends early while
   /// another request is in work. Does nothing while a scan is on the stack.
   void ScanProcessFolder(TextView folder);
   /// For every two seconds while the folder is watched, or is to be: takes what no notification
@@ -74,7 +74,7 @@ class FolderTransport {
   ResponseWriter WriteResponse = [](TextView response, WholeFile& file) {
     return WriteResponseFile(response, file);
   };
-  /// Characters; a longer request is deleted and answered by an error.
+  /// Characters; a longer request is deleted and its response is an error.
   std::size_t lLongestRequest = kLongestRequest;
 
  private:

@@ -41,7 +41,7 @@ class ResponseFolder {
   void WriteNotice(TextView name, float errorNumber, TextView message);
 
   /// Gives what a gateway left that was killed its end: a finished response is put in its place, a
-  /// request that was in work is answered by an error, and what was reserved for one that is still
+  /// request that was in work gets an error, and what was reserved for one that is still
   /// there goes. What a running gateway has in work stays.
   void SettleLeftovers();
 

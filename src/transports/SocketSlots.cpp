@@ -65,13 +65,13 @@ void SocketSlots::Grow() {
   for (std::int32_t slot = size - kGrowth; slot <= size; ++slot) FreeSlots.Add(slot);
 }
 
-bool SocketSlots::FreeAnswered() {
+bool SocketSlots::FreeServed() {
   bool any = false;
-  for (Connection& connection : oConnections) any = FreeAnsweredOf(connection) || any;
+  for (Connection& connection : oConnections) any = FreeServedOf(connection) || any;
   return any;
 }
 
-bool SocketSlots::FreeAnsweredOf(Connection& connection) {
+bool SocketSlots::FreeServedOf(Connection& connection) {
   const std::int32_t before = QueuedSockets.Count();
   std::int32_t waiting = 0;
   for (std::int32_t slot = connection.lFirstQueued; slot != 0;) {

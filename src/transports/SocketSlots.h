@@ -42,9 +42,9 @@ class SocketSlots {
   /// Makes ten more slots (eleven at first). Each later growth puts the previous highest number
   /// into FreeSlots once more (kept: required); StartReceiving passes over a number in use.
   void Grow();
-  /// Frees the slots of answered requests whose connections are still open. False when there are
+  /// Frees the slots of served requests whose connections are still open. False when there are
   /// none.
-  bool FreeAnswered();
+  bool FreeServed();
 
   Slot& At(std::int32_t slot) { return SocketStorage[static_cast<std::size_t>(slot) - 1]; }
   /// The connection's incomplete request is complete: it goes to the end of ProcessQueue.
@@ -70,7 +70,7 @@ class SocketSlots {
   std::int16_t iStorageSize = 0;    // highest slot number made so far
   LinkedList FreeSlots;             // slot numbers not in use
   LinkedList ReceivingSockets;      // socket index -> slot of the incomplete request
-  LinkedList QueuedSockets;         // socket index -> slot of a complete request, answered or not
+  LinkedList QueuedSockets;         // socket index -> slot of a complete request, served or not
   LinkedList ProcessQueue;          // slot numbers of complete requests, oldest first
 
  private:
@@ -84,7 +84,7 @@ class SocketSlots {
   Connection& ConnectionOf(std::int16_t socket);
   std::int32_t FirstFreeSlot();
   void FreeSlot(std::int32_t slot);
-  bool FreeAnsweredOf(Connection& connection);
+  bool FreeServedOf(Connection& connection);
   bool FreeQueued(std::int16_t socket);
   void FreeReceiving(std::int16_t socket);
 

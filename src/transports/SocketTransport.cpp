@@ -40,7 +40,7 @@ Text SocketName(std::int16_t socket) { return u"Socket " + ToText(std::int64_t{s
 
 }  // namespace
 
-// Names the connection being answered for as long as it is.
+// Names the connection of the request in work while that is carried out.
 class SocketTransport::InWork {
  public:
   InWork(SocketTransport& transport, std::int16_t socket) : oTransport(transport) {
@@ -111,7 +111,7 @@ void SocketTransport::ForgetAll() {
 }
 
 void SocketTransport::oSocketServer_SocketOpened(std::int16_t socket) {
-  // The server reuses an index it has closed itself, which raised no event.
+  // The server reuses an index it has closed itself, which told no event.
   StopReplyTo(socket);
   EndedSockets.erase(socket);
   oDeliveries.Forget(socket);
@@ -162,7 +162,7 @@ std::int32_t SocketTransport::SlotFor(std::int16_t socket) {
     if (oSlots.CanGrow()) {
       Log(socket, u"Resize socket Storage Array: ", ToText(std::int64_t{oSlots.SizeAfterGrowth()}));
       oSlots.Grow();
-    } else if (!oSlots.FreeAnswered() && !MakeRoomFor(socket)) {
+    } else if (!oSlots.FreeServed() && !MakeRoomFor(socket)) {
       return 0;
     }
   }
@@ -204,7 +204,7 @@ void SocketTransport::tmrSocketProcess_Timer() {
   auto request = oSlots.TakeOldest();
   const InWork inWork(*this, request->iSocket);
   try {
-    Answer(request->sRequest);
+    Respond(request->sRequest);
   } catch (const std::bad_alloc&) {
     EndReply(kNoMemory);
   } catch (const std::length_error&) {
@@ -217,7 +217,7 @@ void SocketTransport::tmrSocketProcess_Timer() {
 }
 
 // The request's text goes before the response is sent, and its share of the budget with it.
-void SocketTransport::Answer(RequestText& request) {
+void SocketTransport::Respond(RequestText& request) {
   HeldResponse response;
   {
     Text text = request.Take();

@@ -1,7 +1,8 @@
 // Requests over TCP: puts the pieces of each client's request together until the end-of-data mark,
-// queues complete requests, and answers one a timer tick on the connection it came from. A request
-// that cannot be kept or answered for want of memory ends its own connection only; so do too many
-// requests at once, and a response that the client does not take.
+// queues complete requests, and carries one out a timer tick; the response goes out on the
+// connection of its request. A request for which, or for whose response, there is no memory ends
+// its own connection only; so do too many requests at once, and a response that the client does not
+// take.
 #pragma once
 
 #include <chrono>
@@ -39,7 +40,7 @@ class SocketTransport {
   /// being sent stops.
   void Stop();
   bool IsRunning() const { return bRunning; }
-  /// Index of the connection whose request is being answered; 0: none.
+  /// Index of the connection whose request is in work; 0: none.
   std::int16_t ActiveSocket() const { return iActiveSocket; }
 
   void oSocketServer_SocketOpened(std::int16_t socket);
@@ -48,11 +49,11 @@ class SocketTransport {
   void oSocketServer_Error(std::int16_t socket, std::uint16_t number, TextView description);
   void oSocketServer_SocketClosed(std::int16_t socket);
 
-  /// Answers the oldest complete request; does nothing while another is in work. Also lets go of
-  /// clients that have taken nothing of their responses for five minutes.
+  /// Carries out the oldest complete request; does nothing while another is in work. Also lets go
+  /// of clients that have taken nothing of their responses for five minutes.
   void tmrSocketProcess_Timer();
 
-  /// The shut-down: what arrives from now on is dropped, what waits is not answered any more.
+  /// The shut-down: what arrives from now on is dropped, what waits is not carried out any more.
   void TakeNoMore() { bTakeNoMore = true; }
   /// The shut-down: no new connections; those that are there stay.
   void StopListening();
@@ -60,9 +61,9 @@ class SocketTransport {
   /// the clients has taken something in the last five seconds.
   bool IsDelivering();
 
-  /// Whether complete requests wait to be answered.
+  /// Whether complete requests wait.
   bool HasRequests() const { return !oSlots.ProcessQueue.IsEmpty(); }
-  /// A request is complete and waits to be answered.
+  /// A request is complete and waits.
   std::function<void()> RequestQueued;
   /// Switches the timer that calls tmrSocketProcess_Timer.
   std::function<void(bool on)> SwitchTicks = [](bool) {};
@@ -87,7 +88,7 @@ class SocketTransport {
   void Receive(std::int16_t socket, TextView data);
   std::int32_t SlotFor(std::int16_t socket);
   bool MakeRoomFor(std::int16_t socket);
-  void Answer(RequestText& request);
+  void Respond(RequestText& request);
   void SendFailure(HeldResponse& response);
   void SendResponse(HeldResponse& response);
   bool SendBlocks(HeldResponse& response);
@@ -112,7 +113,7 @@ class SocketTransport {
   bool bRunning = false;
   bool bInWork = false;
   std::int16_t iActiveSocket = 0;
-  std::int16_t iReplyTo = 0;            // the connection being answered; 0 once it has gone
+  std::int16_t iReplyTo = 0;            // the connection of the request in work; 0 once it has gone
   std::set<std::int16_t> EndedSockets;  // what still arrives from these is dropped
   Deliveries oDeliveries;
   Deliveries::Time tNextLook;

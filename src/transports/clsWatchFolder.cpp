@@ -83,7 +83,7 @@ bool clsWatchFolder::Begin(const Text& folder) {
   return false;
 }
 
-/// Armed again before the event is raised: what changes meanwhile is told by the next wait.
+/// Armed again before the event is told: what changes meanwhile is told by the next wait.
 void clsWatchFolder::Run(const Text& folder, const std::function<void()>& changed) {
   bool armed = true;
   while (armed ? WaitForChange() : WaitForReturn(folder)) {

@@ -22,10 +22,10 @@ class clsWatchFolder {
   clsWatchFolder(const clsWatchFolder&) = delete;
   clsWatchFolder& operator=(const clsWatchFolder&) = delete;
 
-  /// Raises FileChanged each time the file's modification time has become later than the last seen:
+  /// Calls FileChanged each time the file's modification time has become later than the last seen:
   /// at first the one that it has now, none when it is missing.
   void WatchFile(TextView folder, TextView fileName);
-  /// Raises FolderChanged each time the folder has changed. A second watch of the object while one
+  /// Calls FolderChanged each time the folder has changed. A second watch of the object while one
   /// is on the stack does nothing.
   void WatchFolder(TextView path);
   /// Dispatches the events that wait before the folder is let go. May be called from inside an

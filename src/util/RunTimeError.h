@@ -1,5 +1,6 @@
-// A run-time error as the program's classes raise it, and the pending error that a guarded
-// operation leaves behind instead of raising. Their numbers are in util/Wire.h.
+// A run-time error as the program's classes raise it, and the pending error that an
+// operation of the socket library leaves behind instead of raising. Their numbers are in
+// util/Wire.h.
 #pragma once
 
 #include <exception>
@@ -26,7 +27,7 @@ class RunTimeError : public std::exception {
 /// both with the given source. Raises std::bad_alloc without memory for the texts.
 RunTimeError AsRunTimeError(const std::exception_ptr& exception, TextView source);
 
-/// The pending error of the socket library: one record for the process. A guarded operation clears
+/// The pending error of the socket library: one record for the process. Such an operation clears
 /// it when it starts and records in it what it did not raise. Number 0: no error is pending.
 struct PendingError {
   int Number = 0;

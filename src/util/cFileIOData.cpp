@@ -23,7 +23,7 @@ constexpr TextView kHexDigits = u"0123456789ABCDEF";
 
 // Too long a text is an error of the operation like any other.
 template <typename Operation>
-int Guarded(Operation operation) {
+int ErrorOf(Operation operation) {
   try {
     return operation();
   } catch (const std::bad_alloc&) {
@@ -114,7 +114,7 @@ void cFileIO::ReadData(Text& input, std::int64_t offset, std::int64_t bytesToRea
   const bool hexadecimal = Contains(UpperCase(option), u"X");
   Text text;
   const int error =
-      Guarded([&] { return ReadText(text, PositionFor(offset), bytesToRead, hexadecimal); });
+      ErrorOf([&] { return ReadText(text, PositionFor(offset), bytesToRead, hexadecimal); });
   if (error == 0) {
     input = std::move(text);
   } else {
@@ -162,7 +162,7 @@ Text cFileIO::ReadAllData() {
 void cFileIO::InputLine(Text& input) {
   ClearError();
   Text line;
-  const int error = Guarded([&] { return ReadLine(line); });
+  const int error = ErrorOf([&] { return ReadLine(line); });
   if (error == 0) {
     input = std::move(line);
   } else {
@@ -191,7 +191,7 @@ int cFileIO::ReadLine(Text& line) {
 
 void cFileIO::WriteData(Text& output, std::int64_t offset, TextView option) {
   ClearError();
-  const int error = Guarded([&] {
+  const int error = ErrorOf([&] {
     if (Contains(option, u"A")) output = ReplaceAll(output, kAttributeMarkText, kCrLf);
     return Write(output, PositionFor(offset), Contains(option, u"X"));
   });
@@ -201,7 +201,7 @@ void cFileIO::WriteData(Text& output, std::int64_t offset, TextView option) {
 void cFileIO::PrintLine(TextView output) {
   ClearError();
   const int error =
-      Guarded([&] { return Write(Text(output).append(kCrLf), PositionFor(-1), false); });
+      ErrorOf([&] { return Write(Text(output).append(kCrLf), PositionFor(-1), false); });
   if (error != 0) KeepError(u"modMain.PrintLine", {}, error);
 }
 

@@ -88,9 +88,9 @@ void ConnectionTest::mnuFileTest_Click() {
 
 bool ConnectionTest::CompanyFileSettled() {
   if (!oSettings.sQBFileName.empty()) return true;
-  const auto answer = oDialogs.AskYesNoCancel(u"Do you want to set a Default Quickbooks Database?");
-  if (answer == platform::Answer::kYes) oCompanyFile.mnuToolsQBFile_Click();
-  return answer != platform::Answer::kCancel;
+  const auto choice = oDialogs.AskYesNoCancel(u"Do you want to set a Default Quickbooks Database?");
+  if (choice == platform::Answer::kYes) oCompanyFile.mnuToolsQBFile_Click();
+  return choice != platform::Answer::kCancel;
 }
 
 bool ConnectionTest::OpenSession(Text& failure) {

@@ -20,17 +20,17 @@ void TestRequest::mnuToolsTest_Click() {
   if (!request || request->empty()) return;
   auto pass = EnterOrTell(oGate, oTrace);
   if (!pass) return;
-  const Text answer = Answer(std::move(*request));
+  const Text response = Respond(std::move(*request));
   pass.reset();
   oReport.Caption(u"Test Request");
-  oReport.txtError(answer);
+  oReport.txtError(response);
   oReport.Show();
 }
 
-Text TestRequest::Answer(Text request) {
+Text TestRequest::Respond(Text request) {
   Text response;
   const float number = oHandler.ProcessRequest(request, response);
-  // A refused request has no answer; a client would see the number.
+  // A refused request has no response; a client would see the number.
   if (response.empty() && number > 0) {
     response = oSession.ErrorDescription(static_cast<std::int32_t>(number));
   }

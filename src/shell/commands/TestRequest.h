@@ -1,4 +1,4 @@
-// A request by hand: what is typed in is answered as a database's request would be.
+// A request by hand: the text that is typed in is carried out as a database's request would be.
 #pragma once
 
 #include "gateway/RequestGate.h"
@@ -19,7 +19,7 @@ class TestRequest {
   void mnuToolsTest_Click();
 
  private:
-  Text Answer(Text request);
+  Text Respond(Text request);
 
   RequestGate& oGate;
   RequestHandler& oHandler;

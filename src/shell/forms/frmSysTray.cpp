@@ -17,7 +17,7 @@ constexpr std::uint32_t kWholeRecord =
     NotifyIconRecord::kMessage | NotifyIconRecord::kIcon | NotifyIconRecord::kTip;
 
 template <typename Event, typename... Arguments>
-void Raise(const Event& event, const Arguments&... arguments) {
+void Notify(const Event& event, const Arguments&... arguments) {
   if (event) event(arguments...);
 }
 
@@ -28,14 +28,14 @@ struct frmSysTray::Notification {
   void (*Act)(frmSysTray& tray);
 };
 
-// Kept: the left button's "down" comes when it is released, and its press raises nothing.
+// Kept: the left button's "down" comes when it is released, and its press tells nothing.
 const frmSysTray::Notification frmSysTray::kNotifications[] = {
-    {512, [](frmSysTray& tray) { Raise(tray.SysTrayMouseMove); }},
-    {514, [](frmSysTray& tray) { Raise(tray.SysTrayMouseDown, kLeftButton); }},
-    {515, [](frmSysTray& tray) { Raise(tray.SysTrayDoubleClick, kLeftButton); }},
+    {512, [](frmSysTray& tray) { Notify(tray.SysTrayMouseMove); }},
+    {514, [](frmSysTray& tray) { Notify(tray.SysTrayMouseDown, kLeftButton); }},
+    {515, [](frmSysTray& tray) { Notify(tray.SysTrayDoubleClick, kLeftButton); }},
     {516, [](frmSysTray& tray) { tray.RightButtonDown(); }},
-    {517, [](frmSysTray& tray) { Raise(tray.SysTrayMouseUp, kRightButton); }},
-    {518, [](frmSysTray& tray) { Raise(tray.SysTrayDoubleClick, kRightButton); }},
+    {517, [](frmSysTray& tray) { Notify(tray.SysTrayMouseUp, kRightButton); }},
+    {518, [](frmSysTray& tray) { Notify(tray.SysTrayDoubleClick, kRightButton); }},
 };
 
 frmSysTray::frmSysTray(std::unique_ptr<NotifyIcon> icon, Trace& trace)
@@ -97,7 +97,7 @@ void frmSysTray::ShowMenu() {
     chosen = oIcon->PopUpMenu(items, iDefaultMenuIndex);
   }
   if (chosen < 0 || chosen >= static_cast<int>(shown.size())) return;
-  Raise(MenuClick, chosen, TextView(shown[static_cast<std::size_t>(chosen)].sKey));
+  Notify(MenuClick, chosen, TextView(shown[static_cast<std::size_t>(chosen)].sKey));
 }
 
 void frmSysTray::ShowIcon() {
@@ -121,7 +121,7 @@ void frmSysTray::RightButtonDown() {
   if (ShowMenuOnRightClick) {
     ShowMenu();
   } else {
-    Raise(SysTrayMouseDown, kRightButton);
+    Notify(SysTrayMouseDown, kRightButton);
   }
 }
 

@@ -5,7 +5,7 @@
 namespace ostrel {
 namespace {
 
-void PrintUnanswered(TextView question) {
+void PrintQuestion(TextView question) {
   platform::WriteStandardError(ConsoleLine(Text(question) + u" (nobody can answer)"));
 }
 
@@ -44,17 +44,17 @@ class NoIcon : public platform::NotifyIcon {
 }  // namespace
 
 platform::Answer ConsoleDialogs::AskYesNoCancel(TextView question) {
-  PrintUnanswered(question);
+  PrintQuestion(question);
   return platform::Answer::kCancel;
 }
 
 std::optional<Text> ConsoleDialogs::AskText(TextView prompt, TextView) {
-  PrintUnanswered(prompt);
+  PrintQuestion(prompt);
   return std::nullopt;
 }
 
 std::optional<Text> ConsoleDialogs::AskForFile(const platform::FileQuestion& question) {
-  PrintUnanswered(question.sFilter);
+  PrintQuestion(question.sFilter);
   return std::nullopt;
 }
 

@@ -1,4 +1,4 @@
-// What the main form runs in when the program has no window: nobody is there to answer, forms are
+// The surroundings of the main form in a program without a window: nobody operates it, forms are
 // printed on standard error, and there is neither an icon nor another program to start.
 #pragma once
 
@@ -25,7 +25,7 @@ class ConsoleFrame : public platform::WindowFrame {
   platform::IconHandle Icon() const override { return 0; }
 };
 
-/// Every question is printed and answered with Cancel.
+/// Every question is printed and taken as cancelled.
 class ConsoleDialogs : public platform::Dialogs {
  public:
   platform::Answer AskYesNoCancel(TextView question) override;

@@ -17,7 +17,7 @@ constexpr std::chrono::milliseconds kAtOnce(0);  // one look, no waiting
 
 class FolderExchangeTest : public testing::Test {
  protected:
-  void Answer(std::string_view bytes) { oResponse.Write(u"a.osl", bytes); }
+  void Response(std::string_view bytes) { oResponse.Write(u"a.osl", bytes); }
 
   ScratchFolder oProcess, oResponse;
   FolderExchange oExchange{oProcess.Path(), oResponse.Path(), u"a.osl", kAtOnce};
@@ -30,16 +30,16 @@ TEST_F(FolderExchangeTest, TheRequestLiesInTheProcessFolderAndNothingElse) {
   EXPECT_EQ(oProcess.EntryCount(), 1u);
 }
 
-TEST_F(FolderExchangeTest, AnAnswerOfAnEarlierRequestIsRemoved) {
-  Answer("<old>");
+TEST_F(FolderExchangeTest, AResponseOfAnEarlierRequestIsRemoved) {
+  Response("<old>");
 
   ASSERT_TRUE(oExchange.HandOver("CLOSEQB:\r\n"));
 
   EXPECT_EQ(oResponse.EntryCount(), 0u);
-  EXPECT_EQ(oExchange.AwaitAnswer(), ExchangeResult::kTimeout);
+  EXPECT_EQ(oExchange.AwaitResponse(), ExchangeResult::kTimeout);
 }
 
-TEST_F(FolderExchangeTest, WhatCannotBeRemovedInTheAnswersPlaceIsTold) {
+TEST_F(FolderExchangeTest, WhatCannotBeRemovedInTheResponsesPlaceIsTold) {
   oResponse.MakeFolder(u"a.osl");
 
   EXPECT_FALSE(oExchange.HandOver("CLOSEQB:\r\n"));
@@ -60,30 +60,30 @@ TEST_F(FolderExchangeTest, AMissingFolderIsNamed) {
   EXPECT_EQ(oProcess.EntryCount(), 0u);
 }
 
-TEST_F(FolderExchangeTest, TheAnswersFileIsGoneOnceItIsRead) {
+TEST_F(FolderExchangeTest, TheResponsesFileIsGoneOnceItIsRead) {
   ASSERT_TRUE(oExchange.HandOver("CLOSEQB:\r\n"));
-  Answer("<QBXML>\r\n");
+  Response("<QBXML>\r\n");
 
-  EXPECT_EQ(oExchange.AwaitAnswer(), ExchangeResult::kAnswered);
+  EXPECT_EQ(oExchange.AwaitResponse(), ExchangeResult::kResponded);
 
-  EXPECT_EQ(oExchange.answer.body, "<QBXML>\r\n");
-  EXPECT_FALSE(oExchange.answer.errorNumber);
+  EXPECT_EQ(oExchange.response.body, "<QBXML>\r\n");
+  EXPECT_FALSE(oExchange.response.errorNumber);
   EXPECT_EQ(oResponse.EntryCount(), 0u);
 }
 
-TEST_F(FolderExchangeTest, AnAnswerThatReplacesTheLoadingNoticeWhileItIsReadIsNotLost) {
+TEST_F(FolderExchangeTest, AResponseThatReplacesTheLoadingNoticeWhileItIsReadIsNotLost) {
   FolderExchange exchange(oProcess.Path(), oResponse.Path(), u"a.osl", std::chrono::seconds(5));
   std::vector<std::string> received;
   exchange.Received = [&](std::string_view bytes) {
     received.emplace_back(bytes);
-    if (received.size() == 1) Answer("<QBXML>\r\n");
+    if (received.size() == 1) Response("<QBXML>\r\n");
   };
   int notices = 0;
   exchange.StillLoading = [&] { ++notices; };
   ASSERT_TRUE(exchange.HandOver("CLOSEQB:\r\n"));
-  Answer("ERROR 99\r\nLoading Quickbooks\r\n");
+  Response("ERROR 99\r\nLoading Quickbooks\r\n");
 
-  EXPECT_EQ(exchange.AwaitAnswer(), ExchangeResult::kAnswered);
+  EXPECT_EQ(exchange.AwaitResponse(), ExchangeResult::kResponded);
 
   EXPECT_THAT(received, ElementsAre("ERROR 99\r\nLoading Quickbooks\r\n", "<QBXML>\r\n"));
   EXPECT_EQ(notices, 1);
@@ -93,7 +93,7 @@ TEST_F(FolderExchangeTest, AnAnswerThatReplacesTheLoadingNoticeWhileItIsReadIsNo
 TEST_F(FolderExchangeTest, ARequestThatNobodyTookIsTakenBack) {
   ASSERT_TRUE(oExchange.HandOver("CLOSEQB:\r\n"));
 
-  EXPECT_EQ(oExchange.AwaitAnswer(), ExchangeResult::kTimeout);
+  EXPECT_EQ(oExchange.AwaitResponse(), ExchangeResult::kTimeout);
 
   EXPECT_EQ(oProcess.EntryCount(), 0u);
   EXPECT_THAT(ToUtf8(oExchange.reason), testing::HasSubstr("taken back"));
@@ -103,27 +103,27 @@ TEST_F(FolderExchangeTest, ARequestThatTheGatewayTookIsToldApart) {
   ASSERT_TRUE(oExchange.HandOver("CLOSEQB:\r\n"));
   ASSERT_EQ(platform::EraseFile(oProcess.Path(u"a.osl")), 0);
 
-  EXPECT_EQ(oExchange.AwaitAnswer(), ExchangeResult::kTimeout);
+  EXPECT_EQ(oExchange.AwaitResponse(), ExchangeResult::kTimeout);
 
   EXPECT_THAT(ToUtf8(oExchange.reason), testing::HasSubstr("the gateway has taken the request"));
 }
 
-TEST(AnswerInFile, AnErrorHasItsNumberInTheFirstLine) {
-  const Answer answer = AnswerInFile("ERROR 1024\r\nReason: no\r\nLine: 1\r\n");
+TEST(ResponseInFile, AnErrorHasItsNumberInTheFirstLine) {
+  const Response response = ResponseInFile("ERROR 1024\r\nReason: no\r\nLine: 1\r\n");
 
-  EXPECT_EQ(answer.errorNumber, 1024);
-  EXPECT_EQ(answer.body, "Reason: no\r\nLine: 1\r\n");
+  EXPECT_EQ(response.errorNumber, 1024);
+  EXPECT_EQ(response.body, "Reason: no\r\nLine: 1\r\n");
 }
 
-TEST(AnswerInFile, AnErrorMayHaveNoText) {
-  EXPECT_EQ(AnswerInFile("ERROR 1024\r\n").body, "");
-  EXPECT_EQ(AnswerInFile("ERROR 1024").body, "");
+TEST(ResponseInFile, AnErrorMayHaveNoText) {
+  EXPECT_EQ(ResponseInFile("ERROR 1024\r\n").body, "");
+  EXPECT_EQ(ResponseInFile("ERROR 1024").body, "");
 }
 
-TEST(AnswerInFile, EverythingElseIsTheResponse) {
-  EXPECT_FALSE(AnswerInFile("").errorNumber);
-  EXPECT_EQ(AnswerInFile("<ERROR 1>\r\n").body, "<ERROR 1>\r\n");
-  EXPECT_FALSE(AnswerInFile("<ERROR 1>\r\n").errorNumber);
+TEST(ResponseInFile, EverythingElseIsTheResponse) {
+  EXPECT_FALSE(ResponseInFile("").errorNumber);
+  EXPECT_EQ(ResponseInFile("<ERROR 1>\r\n").body, "<ERROR 1>\r\n");
+  EXPECT_FALSE(ResponseInFile("<ERROR 1>\r\n").errorNumber);
 }
 
 TEST(UniqueRequestName, IsARequestFilesNameAndAnotherEachTime) {

@@ -1,4 +1,4 @@
-// QuickBooks as a test sees it: what was called, what it answers, and what fails. It outlives the
+// QuickBooks as a test sees it: what was called, what it responds, and what fails. It outlives the
 // request processor objects that the program creates and drops.
 #pragma once
 
@@ -22,8 +22,8 @@ struct FakeQuickBooks {
   /// Runs inside every operation, with its name, as an event that comes while QuickBooks is slow.
   std::function<void(TextView)> DuringCall;
 
-  /// Answers a request; without it, the answer is sResponse.
-  std::function<Text(TextView)> Answer;
+  /// Responds to a request; without it, the response is sResponse.
+  std::function<Text(TextView)> Respond;
   Text sResponse = u"<QBXML></QBXML>";
   Text sTicket = u"ticket";
   Text sCompanyFile;  // BeginSession with a name sets it
@@ -71,7 +71,7 @@ class FakeRequestProcessor : public RequestProcessor {
 
   Text ProcessRequest(TextView ticket, TextView request) override {
     Note(u"ProcessRequest", Text(ticket) + u", " + Text(request));
-    return oQuickBooks.Answer ? oQuickBooks.Answer(request) : oQuickBooks.sResponse;
+    return oQuickBooks.Respond ? oQuickBooks.Respond(request) : oQuickBooks.sResponse;
   }
 
   Text GetCurrentCompanyFileName(TextView ticket) override {

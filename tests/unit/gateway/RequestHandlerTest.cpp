@@ -34,7 +34,7 @@ class RequestHandlerTest : public ::testing::Test {
   RequestHandlerTest() {
     settings.sQBFileName = u"C:\\a.qbw";
     settings.iDisconnectTimeout = 300;
-    quickBooks.Answer = [this](TextView request) {
+    quickBooks.Respond = [this](TextView request) {
       received.emplace_back(request);
       return ostrel::Contains(request, u"HostQueryRq") ? Text(kHostReply) : quickBooks.sResponse;
     };
@@ -275,7 +275,7 @@ TEST_F(RequestHandlerTest, KeepsTheSessionForTheSameCompanyFile) {
   EXPECT_TRUE(session.IsConnected());
 }
 
-TEST_F(RequestHandlerTest, AnswersWhatQuickBooksItIs) {
+TEST_F(RequestHandlerTest, TellsWhatQuickBooksItIs) {
   EXPECT_EQ(Process(u"QUICKBOOKSINFO"), 0);
 
   EXPECT_EQ(response,
@@ -298,7 +298,7 @@ TEST_F(RequestHandlerTest, NamesTheFileThatIsOpenInQuickBooks) {
 
 TEST_F(RequestHandlerTest, AddsTheProductToEveryProductName) {
   BeOpen();
-  quickBooks.Answer = [](TextView) { return u"<ProductName>a<ProductName>b"; };
+  quickBooks.Respond = [](TextView) { return u"<ProductName>a<ProductName>b"; };
   const Text product =
       u"<QBFileName>C:\\a.qbw</QBFileName><OstrelServer><ProductCode>1</ProductCode>"
       u"<ProductYear>2008</ProductYear></OstrelServer><ProductName>";
@@ -337,7 +337,7 @@ TEST_F(RequestHandlerTest, ClosesTheSession) {
   EXPECT_EQ(idleClose.dCloseAt, clock.SteadyNow());
 }
 
-TEST_F(RequestHandlerTest, AnswersACloseWhenNothingIsOpen) {
+TEST_F(RequestHandlerTest, ServesACloseWhenNothingIsOpen) {
   EXPECT_EQ(Process(u"CLOSEQB:"), 0);
 
   EXPECT_TRUE(ostrel::Contains(response, u"<CloseQBRet>OK</CloseQBRet>"));
@@ -531,9 +531,9 @@ TEST_F(RequestHandlerTest, SaysInTheStatusThatTheHostQueryFailed) {
   EXPECT_FALSE(session.IsConnected());
 }
 
-TEST_F(RequestHandlerTest, AnswersWithANumberWhenMemoryIsShort) {
+TEST_F(RequestHandlerTest, RespondsWithANumberWhenMemoryIsShort) {
   BeOpen();
-  quickBooks.Answer = [](TextView) -> Text { throw std::bad_alloc(); };
+  quickBooks.Respond = [](TextView) -> Text { throw std::bad_alloc(); };
 
   EXPECT_EQ(Process(u"<a/>"), 7);
 }

@@ -337,11 +337,11 @@ TEST_F(qbxmlTest, ReducesNumbersOfOthersAsItsOwn) {
 TEST_F(qbxmlTest, ReportsWhateverElseIsRaised) {
   BeOpen();
 
-  quickBooks.Answer = [](TextView) -> Text { throw std::bad_alloc(); };
+  quickBooks.Respond = [](TextView) -> Text { throw std::bad_alloc(); };
   EXPECT_EQ(session->ProcessRequest(u"<a/>", response), 7);
   EXPECT_EQ(session->sLastError, u"Out of memory (ProcessRequest:7)");
 
-  quickBooks.Answer = [](TextView) -> Text { throw std::runtime_error("x"); };
+  quickBooks.Respond = [](TextView) -> Text { throw std::runtime_error("x"); };
   EXPECT_EQ(session->ProcessRequest(u"<a/>", response), 51);
   EXPECT_EQ(session->sLastError, u"Internal error (ProcessRequest:51)");
 }

@@ -22,7 +22,7 @@ TEST_F(TestRequestTest, OffersTheQuestionForTheProduct) {
   EXPECT_THAT(Dialogs.TextsOffered, ElementsAre(u"QUICKBOOKSINFO"));
 }
 
-TEST_F(TestRequestTest, ShowsTheAnswer) {
+TEST_F(TestRequestTest, ShowsTheResponse) {
   Dialogs.TextAnswer = u"<?xml version=\"1.0\"?><QBXML/>";
   QuickBooks.sResponse = u"<QBXML>\nanswer</QBXML>";
 
@@ -41,10 +41,10 @@ TEST_F(TestRequestTest, TakesTheGatewaysCommands) {
   EXPECT_TRUE(ostrel::Contains(Forms.Only().sText, u"<QBFileName>C:\\a.qbw</QBFileName>"));
 }
 
-TEST_F(TestRequestTest, TellsWhyThereIsNoAnswer) {
+TEST_F(TestRequestTest, TellsWhyThereIsNoResponse) {
   Dialogs.TextAnswer = u"<QBXML/>";
   Settings.bValidateXML = false;
-  QuickBooks.Answer = [](TextView request) -> Text {
+  QuickBooks.Respond = [](TextView request) -> Text {
     if (ostrel::Contains(request, u"HostQueryRq")) return u"<ProductName>Pro</ProductName>";
     throw RequestProcessorError(static_cast<std::int32_t>(0x80040400), u"no");
   };

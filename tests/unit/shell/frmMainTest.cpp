@@ -38,7 +38,7 @@ class frmMainTest : public FormTest {
   void AskInFile(TextView name) const {
     Folder.Write(Text(u"process/").append(name), "<?xml version=\"1.0\"?><QBXML/>\r\n");
   }
-  std::string FileAnswer(TextView name) const {
+  std::string FileResponse(TextView name) const {
     return Folder.Read(Text(u"response/").append(name));
   }
 };
@@ -108,7 +108,7 @@ TEST_F(frmMainTest, StaysLoadedWhenASettingIsNoNumber) {
   EXPECT_EQ(Network.iServersCreated, 0);
 }
 
-TEST_F(frmMainTest, AnswersARequest) {
+TEST_F(frmMainTest, ServesARequest) {
   Load();
   QuickBooks.sResponse = u"<QBXML>answer</QBXML>";
 
@@ -117,7 +117,7 @@ TEST_F(frmMainTest, AnswersARequest) {
   EXPECT_EQ(Network.SentTo(1), u"23\u00FE<QBXML>answer</QBXML>\x1F");
 }
 
-TEST_F(frmMainTest, AnswersARequestWithoutWaitingForTheTimer) {
+TEST_F(frmMainTest, ServesARequestWithoutWaitingForTheTimer) {
   Load();
   QuickBooks.sResponse = u"<QBXML/>";
 
@@ -127,7 +127,7 @@ TEST_F(frmMainTest, AnswersARequestWithoutWaitingForTheTimer) {
   EXPECT_EQ(Network.SentTo(1), u"10\u00FE<QBXML/>\x1F");
 }
 
-TEST_F(frmMainTest, AnswersTheNextRequestWhenAResponseHasGoneOut) {
+TEST_F(frmMainTest, ServesTheNextRequestWhenAResponseHasGoneOut) {
   Load();
   QuickBooks.sResponse = u"<QBXML/>";
 
@@ -141,7 +141,7 @@ TEST_F(frmMainTest, AnswersTheNextRequestWhenAResponseHasGoneOut) {
   EXPECT_EQ(Network.SentTo(3), u"10\u00FE<QBXML/>\x1F");
 }
 
-TEST_F(frmMainTest, AnswersWhatArrivedWhileAMenuCommandHadTheSession) {
+TEST_F(frmMainTest, ServesWhatArrivedWhileAMenuCommandHadTheSession) {
   Load();
   Ask();
   QuickBooks.DuringCall = [this, done = false](TextView operation) mutable {
@@ -315,11 +315,11 @@ TEST_F(frmMainTest, PutsAnExitOffUntilTheRequestInWorkHasEnded) {
 
   Ask();
   const int unloadsInTheTick = iUnloads;
-  const Text answer = Network.SentTo(1);
+  const Text response = Network.SentTo(1);
   LetTheLoopRun();
 
   EXPECT_EQ(unloadsInTheTick, 0);
-  EXPECT_TRUE(answer.ends_with(u"\x1F"));
+  EXPECT_TRUE(response.ends_with(u"\x1F"));
   EXPECT_EQ(iUnloads, 1);
 }
 
@@ -457,7 +457,7 @@ TEST_F(frmMainTest, SwitchesTransportsFromTheMenu) {
   EXPECT_EQ(Network.iServersCreated, 2);
 }
 
-TEST_F(frmMainTest, StopsAnAnswerWhenItsTransportIsSwitchedOff) {
+TEST_F(frmMainTest, StopsAResponseWhenItsTransportIsSwitchedOff) {
   Load();
   During([this] { Form->MenuClick(mnuCommunicationsSocket); });
 
@@ -468,13 +468,13 @@ TEST_F(frmMainTest, StopsAnAnswerWhenItsTransportIsSwitchedOff) {
   EXPECT_TRUE(HasStatus(u"Stop Listenning on Socket 4999"));
 }
 
-TEST_F(frmMainTest, AnswersRequestFiles) {
+TEST_F(frmMainTest, ServesRequestFiles) {
   LoadWithFolder();
   AskInFile(u"a.osl");
 
   Form->tmrProcess_Timer();
 
-  EXPECT_EQ(FileAnswer(u"a.osl"), "<QBXML></QBXML>\r\n");
+  EXPECT_EQ(FileResponse(u"a.osl"), "<QBXML></QBXML>\r\n");
   EXPECT_TRUE(HasStatus(u"Watching Folder: " + ProcessFolder()));
   EXPECT_THAT(QuickBooks.Calls, Contains(BeginsWith(u"ProcessRequest(ticket, ")));
 }
@@ -526,13 +526,13 @@ TEST_F(frmMainTest, GivesTheLoadingNoticeToTheNextRequestFile) {
   QuickBooks.DuringCall = [&](TextView operation) {
     if (operation != u"BeginSession") return;
     Form->tmrLoadingFlag_Timer();
-    notice = FileAnswer(u"b.osl");
+    notice = FileResponse(u"b.osl");
   };
 
   Form->tmrProcess_Timer();
 
   EXPECT_EQ(notice, "ERROR 99\r\nLoading Quickbooks\r\n");
-  EXPECT_EQ(FileAnswer(u"b.osl"), "<QBXML></QBXML>\r\n");
+  EXPECT_EQ(FileResponse(u"b.osl"), "<QBXML></QBXML>\r\n");
 }
 
 TEST_F(frmMainTest, GivesTheLoadingNoticeToTheSocketFirst) {
@@ -602,16 +602,16 @@ TEST_F(frmMainTest, LooksAtAFolderThatIsSwitchedOnWhileADialogIsOpen) {
   Form->MenuClick(mnuCommunicationsFolder);
   Form->MenuClick(mnuCommunicationsFolder);
   AskInFile(u"a.osl");
-  bool answered = false;
+  bool served = false;
   platform::Timer tmrDialog(std::chrono::milliseconds(1), [&] {
     Form->tmrProcess_Timer();  // nested: the watch cannot begin
     Form->tmrLook_Timer();
-    answered = Folder.Has(u"response/a.osl");
+    served = Folder.Has(u"response/a.osl");
   });
   platform::Timer tmrMenu(std::chrono::milliseconds(1), [&] {
     tmrMenu.SetEnabled(false);
     tmrDialog.SetEnabled(true);
-    for (int i = 0; i < 1000 && !answered; ++i) {
+    for (int i = 0; i < 1000 && !served; ++i) {
       platform::DoEventsFor(std::chrono::milliseconds(1));
     }
     tmrDialog.SetEnabled(false);
@@ -621,7 +621,7 @@ TEST_F(frmMainTest, LooksAtAFolderThatIsSwitchedOnWhileADialogIsOpen) {
 
   platform::RunEventLoop();
 
-  EXPECT_TRUE(answered);
+  EXPECT_TRUE(served);
   EXPECT_FALSE(HasStatus(u"Watching Folder: " + ProcessFolder()));
 }
 
@@ -649,7 +649,7 @@ TEST_F(frmMainTest, EndsFromInsideTheWatch) {
   EXPECT_TRUE(ended);
 }
 
-TEST_F(frmMainTest, AnswersTheFolderRequestInWorkBeforeItEnds) {
+TEST_F(frmMainTest, ServesTheFolderRequestInWorkBeforeItEnds) {
   LoadWithFolder();
   for (const TextView name : {u"a.osl", u"b.osl", u"c.osl"}) AskInFile(name);
   During([this] { Form->MenuClick(mnuFileExit); });
@@ -685,7 +685,7 @@ TEST_F(frmMainTest, WatchesOnAfterAScanForWhichThereIsNoMemory) {
   Form->tmrProcess_Timer();
 
   EXPECT_TRUE(watched);
-  EXPECT_THAT(FileAnswer(u"a.osl"), BeginsWith("ERROR "));
+  EXPECT_THAT(FileResponse(u"a.osl"), BeginsWith("ERROR "));
 }
 
 TEST_F(frmMainTest, IgnoresAMenuItemItDoesNotKnow) {

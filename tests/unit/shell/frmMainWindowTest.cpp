@@ -270,10 +270,10 @@ TEST_F(frmMainWindowTest, GivesTheRequestUpWithTheSecondExit) {
   });
 
   Ask();
-  const Text answer = Network.SentTo(1);
+  const Text response = Network.SentTo(1);
   LetTheLoopRun();
 
-  EXPECT_TRUE(answer.starts_with(u"ERROR: ")) << ToUtf8(answer);
+  EXPECT_TRUE(response.starts_with(u"ERROR: ")) << ToUtf8(response);
   EXPECT_EQ(iUnloads, 1);
 }
 
@@ -421,7 +421,7 @@ TEST_F(frmMainWindowTest, RefusesWhatWouldHoldARequestUp) {
   EXPECT_THAT(Processes.Programs, IsEmpty());
 }
 
-TEST_F(frmMainWindowTest, AnswersRequestsWhileAQuestionIsOpen) {
+TEST_F(frmMainWindowTest, ServesRequestsWhileAQuestionIsOpen) {
   Load();
   Dialogs.DuringQuestion = [this] { Ask(); };
 

@@ -60,10 +60,10 @@ class FolderTransportTest : public testing::Test {
   void AskMany(int count) const {
     for (int i = 10; i < 10 + count; ++i) Ask(ToText(std::int64_t{i}) + u".osl");
   }
-  std::string Answer(TextView name) const { return Folder.Read(Text(u"r/").append(name)); }
-  bool IsAnswered(TextView name) const { return Folder.Has(Text(u"r/").append(name)); }
+  std::string Response(TextView name) const { return Folder.Read(Text(u"r/").append(name)); }
+  bool HasResponse(TextView name) const { return Folder.Has(Text(u"r/").append(name)); }
   std::size_t Waiting() const { return EntriesIn(u"p"); }
-  std::size_t Answers() const { return EntriesIn(u"r"); }
+  std::size_t Responses() const { return EntriesIn(u"r"); }
   std::size_t EntriesIn(TextView name) const {
     const std::filesystem::directory_iterator entries(std::filesystem::path(Folder.Path()) / name);
     return static_cast<std::size_t>(std::distance(entries, {}));
@@ -125,15 +125,15 @@ class FolderTransportTest : public testing::Test {
       [this] { return CreateWatcher(); }};
 };
 
-TEST_F(FolderTransportTest, AnswersARequestUnderItsName) {
+TEST_F(FolderTransportTest, ServesARequestUnderItsName) {
   Ask(u"One.osl", "<Q/>\r\n");
 
   Scan();
 
   EXPECT_THAT(Requests, ElementsAre(u"<Q/>\r\n"));
-  EXPECT_EQ(Answer(u"One.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Response(u"One.osl"), "<A></A>\r\n");
   EXPECT_EQ(Waiting(), 0u);
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Responses(), 1u);
 }
 
 TEST_F(FolderTransportTest, TracesEachStep) {
@@ -154,7 +154,7 @@ TEST_F(FolderTransportTest, TracesAnEmptyFolderAndWritesNothing) {
 
   EXPECT_THAT(Trace.CommLog, ElementsAre(u"Folder Watched\tChanged " + Settings.sProcessPath,
                                          u"Folder Watched\tNo *.osl files found"));
-  EXPECT_EQ(Answers(), 0u);
+  EXPECT_EQ(Responses(), 0u);
 }
 
 TEST_F(FolderTransportTest, HandsOnLinesThatAllEndInCrLf) {
@@ -182,7 +182,7 @@ TEST_F(FolderTransportTest, TakesAnEmptyFileForOneEmptyLine) {
   Scan();
 
   EXPECT_THAT(Requests, ElementsAre(u"\r\n"));
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
 // The file is read in pieces of 64 KB.
@@ -205,14 +205,14 @@ TEST_F(FolderTransportTest, ReadsTheCodePageAndUtf16) {
   EXPECT_THAT(Requests, ElementsAre(u"\u00E4\u00FE\r\n", u"\u00E4\u4E0A\r\n"));
 }
 
-TEST_F(FolderTransportTest, AnswersAFailureWithCodeAndText) {
+TEST_F(FolderTransportTest, RespondsToAFailureWithCodeAndText) {
   fResult = 1024;
   sResponse = u"as <QuickBooks> says";
   Ask(u"a.osl");
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "ERROR 1024\r\nas <QuickBooks> says\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "ERROR 1024\r\nas <QuickBooks> says\r\n");
 }
 
 TEST_F(FolderTransportTest, WritesTheCodeInItsShortestForm) {
@@ -221,7 +221,7 @@ TEST_F(FolderTransportTest, WritesTheCodeInItsShortestForm) {
 
   Scan();
 
-  EXPECT_THAT(Answer(u"a.osl"), BeginsWith("ERROR 0.5\r\n"));
+  EXPECT_THAT(Response(u"a.osl"), BeginsWith("ERROR 0.5\r\n"));
 }
 
 TEST_F(FolderTransportTest, TakesAResultBelowZeroForSuccess) {
@@ -230,7 +230,7 @@ TEST_F(FolderTransportTest, TakesAResultBelowZeroForSuccess) {
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "<A></A>\r\n");
 }
 
 TEST_F(FolderTransportTest, ReplacesTheResponseOfAnEarlierRequest) {
@@ -240,8 +240,8 @@ TEST_F(FolderTransportTest, ReplacesTheResponseOfAnEarlierRequest) {
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "<A></A>\r\n");
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Response(u"a.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Responses(), 1u);
 }
 
 TEST_F(FolderTransportTest, TakesOnlyFilesOfThePattern) {
@@ -253,7 +253,7 @@ TEST_F(FolderTransportTest, TakesOnlyFilesOfThePattern) {
   Scan();
 
   EXPECT_THAT(Requests, SizeIs(1));
-  EXPECT_TRUE(IsAnswered(u"B.OSL"));
+  EXPECT_TRUE(HasResponse(u"B.OSL"));
   EXPECT_EQ(Waiting(), 3u);
 }
 
@@ -267,15 +267,15 @@ TEST_F(FolderTransportTest, DeletesTheRequestBeforeItIsProcessed) {
   EXPECT_EQ(waiting, 0u);
 }
 
-TEST_F(FolderTransportTest, ShowsNoAnswerBeforeItIsWhole) {
+TEST_F(FolderTransportTest, ShowsNoResponseBeforeItIsWhole) {
   bool seen = true;
-  DuringRequest = [&] { seen = IsAnswered(u"a.osl"); };
+  DuringRequest = [&] { seen = HasResponse(u"a.osl"); };
   Ask(u"a.osl");
 
   Scan();
 
   EXPECT_FALSE(seen);
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
 // Kept: count and index of the first listing stay while the list shrinks.
@@ -283,14 +283,14 @@ TEST_F(FolderTransportTest, LeavesEveryOtherFileToTheNextScan) {
   AskMany(5);
 
   Scan();
-  const bool every = IsAnswered(u"10.osl") && IsAnswered(u"12.osl") && IsAnswered(u"14.osl");
-  const std::size_t first = Answers();
+  const bool every = HasResponse(u"10.osl") && HasResponse(u"12.osl") && HasResponse(u"14.osl");
+  const std::size_t first = Responses();
   Scan();
   Scan();
 
   EXPECT_TRUE(every);
   EXPECT_EQ(first, 3u);
-  EXPECT_EQ(Answers(), 5u);
+  EXPECT_EQ(Responses(), 5u);
   EXPECT_THAT(Requests, SizeIs(5));
 }
 
@@ -350,7 +350,7 @@ TEST_F(FolderTransportTest, TakesNothingWhileAnotherRequestIsInWork) {
   Scan();
 
   EXPECT_EQ(Waiting(), 1u);
-  EXPECT_EQ(Answers(), 0u);
+  EXPECT_EQ(Responses(), 0u);
 }
 
 TEST_F(FolderTransportTest, EndsTheScanWhenAnotherRequestComesBetween) {
@@ -396,7 +396,7 @@ TEST_F(FolderTransportTest, SaysNothingOfAWriterThatEndsBeforeTheNextLook) {
          Changed()});
 
   EXPECT_THAT(Trace.Status, ElementsAre(u"Watching Folder: " + Settings.sProcessPath));
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
 TEST_F(FolderTransportTest, LeavesALockedFileAndTellsOfItOnce) {
@@ -414,7 +414,7 @@ TEST_F(FolderTransportTest, LeavesALockedFileAndTellsOfItOnce) {
                               platform::SystemErrorText(platform::kSharingViolation)));
   EXPECT_THAT(Requests, IsEmpty());
   EXPECT_EQ(Waiting(), 1u);
-  EXPECT_EQ(Answers(), 0u);
+  EXPECT_EQ(Responses(), 0u);
 }
 
 TEST_F(FolderTransportTest, TakesALockedFileAtTheLookAfterItsRelease) {
@@ -426,7 +426,7 @@ TEST_F(FolderTransportTest, TakesALockedFileAtTheLookAfterItsRelease) {
     Transport.LookAgain();
   })});
 
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
   EXPECT_THAT(Trace.CommLog,
               ElementsAre(u"Folder Watched\tRead " + Settings.sProcessPath + u"\\a.osl",
                           u"Folder Watched\tWrite " + Settings.sResponsePath + u"\\a.osl"));
@@ -466,7 +466,7 @@ TEST_F(FolderTransportTest, TakesTheOthersBesideALockedFile) {
 
   Scan();
 
-  EXPECT_TRUE(IsAnswered(u"b.osl"));
+  EXPECT_TRUE(HasResponse(u"b.osl"));
   EXPECT_EQ(Waiting(), 1u);
 }
 
@@ -480,7 +480,7 @@ TEST_F(FolderTransportTest, DoesNotProcessWhatItCannotDelete) {
   EXPECT_THAT(Requests, IsEmpty());
   EXPECT_THAT(Trace.Status, ElementsAre(u"Request file a.osl waits: it cannot be deleted: " +
                                         platform::SystemErrorText(platform::kAccessDenied)));
-  EXPECT_EQ(Answers(), 0u);
+  EXPECT_EQ(Responses(), 0u);
 }
 
 TEST_F(FolderTransportTest, DoesNotProcessWhatWasTakenBack) {
@@ -501,7 +501,7 @@ TEST_F(FolderTransportTest, LeavesARequestWhoseResponseHasNoPlace) {
 
   EXPECT_THAT(Requests, IsEmpty());
   EXPECT_EQ(Waiting(), 1u);
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Responses(), 1u);
   EXPECT_THAT(Trace.Status,
               ElementsAre(u"Request file a.osl waits: its response cannot be written: " +
                           platform::SystemErrorText(platform::kFileExists)));
@@ -520,7 +520,7 @@ TEST_F(FolderTransportTest, LeavesRequestsWhileResponsesCannotBeWritten) {
   EXPECT_EQ(waiting, 1u);
   EXPECT_THAT(Trace.Status,
               ElementsAre(BeginsWith(u"Request file a.osl waits: its response cannot be written")));
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
 TEST_F(FolderTransportTest, CreatesTheResponseFolderAgain) {
@@ -544,7 +544,7 @@ TEST_F(FolderTransportTest, DoesNotFollowALinkInTheProcessFolderAndTellsOfItOnce
   Scan();
 
   EXPECT_THAT(Requests, IsEmpty());
-  EXPECT_EQ(Answers(), 0u);
+  EXPECT_EQ(Responses(), 0u);
   EXPECT_THAT(Trace.Status, ElementsAre(u"Request file a.osl waits: it cannot be read: " +
                                         platform::SystemErrorText(platform::kStoppedOnLink)));
 }
@@ -579,31 +579,31 @@ TEST_F(FolderTransportTest, TellsOnceOfANameThatNoPathCanHold) {
                           u"is a \"\\\" in it"));
 }
 
-TEST_F(FolderTransportTest, AnswersTheLongestNames) {
+TEST_F(FolderTransportTest, ServesTheLongestNames) {
   for (const std::size_t length : {250u, 251u, 255u}) {
     const Text name = Text(length - 4, u'n') + u".osl";
     Ask(name);
     bool isReserved = false;
-    DuringRequest = [&] { isReserved = Answers() == 1 && !IsAnswered(name); };
+    DuringRequest = [&] { isReserved = Responses() == 1 && !HasResponse(name); };
 
     Scan();
 
     EXPECT_TRUE(isReserved);
-    EXPECT_EQ(Answer(name), "<A></A>\r\n");
+    EXPECT_EQ(Response(name), "<A></A>\r\n");
     Remove(u"r/" + name);
   }
 }
 
 // What goes wrong once the request has been deleted.
 
-TEST_F(FolderTransportTest, AnswersATooLongRequestWithAnError) {
+TEST_F(FolderTransportTest, RespondsToATooLongRequestWithAnError) {
   Transport.lLongestRequest = 10;
   Ask(u"a.osl", "123456789\r\n");
 
   Scan();
 
   EXPECT_THAT(Requests, IsEmpty());
-  EXPECT_EQ(Answer(u"a.osl"), "ERROR 14\r\nThe request is too long\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "ERROR 14\r\nThe request is too long\r\n");
   EXPECT_EQ(Waiting(), 0u);
 }
 
@@ -620,13 +620,13 @@ TEST_F(FolderTransportTest, TakesTheLongestRequest) {
   EXPECT_THAT(Requests, ElementsAre(u"12345678\r\n"));
 }
 
-TEST_F(FolderTransportTest, AnswersWithAnErrorWhenThereIsNoMemory) {
+TEST_F(FolderTransportTest, RespondsWithAnErrorWhenThereIsNoMemory) {
   DuringRequest = [] { throw std::bad_alloc(); };
   Ask(u"a.osl");
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "ERROR 7\r\nOut of memory\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "ERROR 7\r\nOut of memory\r\n");
 }
 
 TEST_F(FolderTransportTest, MakesAResponseThatWouldPassTheMemoryForAllAnError) {
@@ -636,17 +636,17 @@ TEST_F(FolderTransportTest, MakesAResponseThatWouldPassTheMemoryForAllAnError) {
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "ERROR 7\r\nOut of memory: the response is too long\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "ERROR 7\r\nOut of memory: the response is too long\r\n");
   EXPECT_EQ(ProcessTextBudget().Held(), 0u);
 }
 
-TEST_F(FolderTransportTest, AnswersARequestThatWouldPassTheMemoryForAllWithAnError) {
+TEST_F(FolderTransportTest, RespondsToARequestThatWouldPassTheMemoryForAllWithAnError) {
   Ask(u"a.osl", std::string(5'000, 'x'));
   const TextBudgetLimit limit(8'000);
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "ERROR 7\r\nOut of memory: the request could not be read\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "ERROR 7\r\nOut of memory: the request could not be read\r\n");
   EXPECT_TRUE(Requests.empty());
 }
 
@@ -661,16 +661,16 @@ TEST_F(FolderTransportTest, HoldsARequestWhileItIsInWork) {
   EXPECT_EQ(ProcessTextBudget().Held(), 0u);
 }
 
-TEST_F(FolderTransportTest, AnswersWithAnErrorWhateverIsRaised) {
+TEST_F(FolderTransportTest, RespondsWithAnErrorWhateverIsRaised) {
   DuringRequest = [] { throw std::runtime_error("a defect"); };
   Ask(u"a.osl");
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"), "ERROR 51\r\nInternal error\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "ERROR 51\r\nInternal error\r\n");
 }
 
-TEST_F(FolderTransportTest, AnswersWithAnErrorWhenTheResponseCannotBeWrittenWhole) {
+TEST_F(FolderTransportTest, RespondsWithAnErrorWhenTheResponseCannotBeWrittenWhole) {
   Transport.WriteResponse = [](TextView, WholeFile& file) {
     file.Write(Text(100'000, u'x'));
     return false;
@@ -679,23 +679,23 @@ TEST_F(FolderTransportTest, AnswersWithAnErrorWhenTheResponseCannotBeWrittenWhol
 
   Scan();
 
-  EXPECT_EQ(Answer(u"a.osl"),
+  EXPECT_EQ(Response(u"a.osl"),
             "ERROR 57\r\nThe request was carried out, but its response could not be written: " +
                 ToUtf8(platform::SystemErrorText(platform::kOutOfMemory)) + "\r\n");
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Responses(), 1u);
 }
 
-TEST_F(FolderTransportTest, AnswersEvenWhenTheResponseFolderIsRemovedMeanwhile) {
+TEST_F(FolderTransportTest, RespondsEvenWhenTheResponseFolderIsRemovedMeanwhile) {
   DuringRequest = [this] { Remove(u"r"); };
   Ask(u"a.osl");
 
   Scan();
 
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_TRUE(HasResponse(u"a.osl"));
+  EXPECT_EQ(Responses(), 1u);
 }
 
-TEST_F(FolderTransportTest, KeepsAFinishedAnswerUntilItsPlaceIsFree) {
+TEST_F(FolderTransportTest, KeepsAFinishedResponseUntilItsPlaceIsFree) {
   DuringRequest = [this] { Folder.MakeFolder(u"r/a.osl"); };
   Ask(u"a.osl");
   std::string early;
@@ -707,14 +707,14 @@ TEST_F(FolderTransportTest, KeepsAFinishedAnswerUntilItsPlaceIsFree) {
   })});
 
   EXPECT_EQ(early, "<A></A>\r\n");
-  EXPECT_EQ(Answer(u"a.osl"), "<A></A>\r\n");
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Response(u"a.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Responses(), 1u);
   EXPECT_THAT(Trace.Status,
               ElementsAre(BeginsWith(u"Watching Folder: "),
                           BeginsWith(u"Response file " + Settings.sResponsePath + u"\\a.osl")));
 }
 
-TEST_F(FolderTransportTest, DoesNotWriteOverAnAnswerThatWaitsForItsPlace) {
+TEST_F(FolderTransportTest, DoesNotWriteOverAResponseThatWaitsForItsPlace) {
   DuringRequest = [this] { Folder.MakeFolder(u"r/a.osl"); };
   Ask(u"a.osl");
   Scan();
@@ -742,11 +742,11 @@ TEST_F(FolderTransportTest, GivesNoLoadingNoticeWhereAFinishedResponseWaitsForIt
   })});
 
   EXPECT_THAT(Requests, SizeIs(3));
-  EXPECT_EQ(Answer(u"b.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Response(u"b.osl"), "<A></A>\r\n");
 }
 
 // As two programs write them whose system tells names by their case.
-TEST_F(FolderTransportTest, AnswersRequestsWhoseNamesDifferInCaseEachUnderItsOwn) {
+TEST_F(FolderTransportTest, ServesRequestsWhoseNamesDifferInCaseEachUnderItsOwn) {
   Ask(u"a.osl", "small");
   Ask(u"A.osl", "capital");
   if (Waiting() == 1) return;  // one name on Windows
@@ -761,11 +761,11 @@ TEST_F(FolderTransportTest, AnswersRequestsWhoseNamesDifferInCaseEachUnderItsOwn
   transport.ScanProcessFolder(Settings.sProcessPath);
   transport.ScanProcessFolder(Settings.sProcessPath);
 
-  EXPECT_EQ(Answer(u"a.osl"), "<small/>\r\n");
-  EXPECT_EQ(Answer(u"A.osl"), "<capital/>\r\n");
+  EXPECT_EQ(Response(u"a.osl"), "<small/>\r\n");
+  EXPECT_EQ(Response(u"A.osl"), "<capital/>\r\n");
 }
 
-TEST_F(FolderTransportTest, LeavesAnAnswerWithoutAPlaceBehindAtTheEnd) {
+TEST_F(FolderTransportTest, LeavesAResponseWithoutAPlaceBehindAtTheEnd) {
   auto transport = std::make_unique<FolderTransport>(
       Settings, Trace, Gate, [](Text&, Text&) { return 1.0F; }, nullptr);
   transport->ProcessList.SetFolder(Settings.sProcessPath, u"*.osl");
@@ -790,17 +790,17 @@ TEST_F(FolderTransportTest, SettlesWhatIsLeftOverBeforeItTakesRequests) {
 
   Watch();
 
-  EXPECT_THAT(Answer(u"gone.osl"), BeginsWith("ERROR 58\r\n"));
-  EXPECT_EQ(Answer(u"there.osl"), "<A></A>\r\n");
-  EXPECT_EQ(Answers(), 2u);
+  EXPECT_THAT(Response(u"gone.osl"), BeginsWith("ERROR 58\r\n"));
+  EXPECT_EQ(Response(u"there.osl"), "<A></A>\r\n");
+  EXPECT_EQ(Responses(), 2u);
 }
 
-TEST_F(FolderTransportTest, AnswersAllThatWaitsBeforeItWatches) {
+TEST_F(FolderTransportTest, ServesAllThatWaitsBeforeItWatches) {
   AskMany(9);
-  std::size_t answers = 0;
-  Watch({During([&] { answers = Answers(); })});
+  std::size_t responses = 0;
+  Watch({During([&] { responses = Responses(); })});
 
-  EXPECT_EQ(answers, 9u);
+  EXPECT_EQ(responses, 9u);
   EXPECT_THAT(Requests, SizeIs(9));
   EXPECT_THAT(Trace.Status, ElementsAre(u"Watching Folder: " + Settings.sProcessPath));
   EXPECT_TRUE(Transport.IsRunning());
@@ -815,10 +815,10 @@ TEST_F(FolderTransportTest, ScansAnEmptyFolderOnceAtTheStart) {
 TEST_F(FolderTransportTest, ScansAgainWithEachChange) {
   Watch({During([this] { Ask(u"a.osl"); }), Changed()});
 
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
-TEST_F(FolderTransportTest, AnswersWhatWaitsInAFolderThatCannotBeWatched) {
+TEST_F(FolderTransportTest, ServesWhatWaitsInAFolderThatCannotBeWatched) {
   OpenErrors = {platform::kGeneralFailure};
   AskMany(3);
 
@@ -826,7 +826,7 @@ TEST_F(FolderTransportTest, AnswersWhatWaitsInAFolderThatCannotBeWatched) {
 
   EXPECT_THAT(Messages, ElementsAre(u"Fatal Error: Unable to start watching the folder: " +
                                     Settings.sProcessPath));
-  EXPECT_EQ(Answers(), 3u);
+  EXPECT_EQ(Responses(), 3u);
 }
 
 TEST_F(FolderTransportTest, EndsTheWatchFromInsideAnEvent) {
@@ -844,7 +844,7 @@ TEST_F(FolderTransportTest, EndsTheScanAfterTheFileInWorkWhenItIsStopped) {
   Watch({During([&] { watched = true; })});
 
   EXPECT_THAT(Requests, SizeIs(1));
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Responses(), 1u);
   EXPECT_EQ(Waiting(), 3u);
   EXPECT_FALSE(watched);
 }
@@ -855,7 +855,7 @@ TEST_F(FolderTransportTest, EndsTheScanAfterTheFileInWorkWhenNoMoreIsWanted) {
 
   Watch();
 
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Responses(), 1u);
 }
 
 TEST_F(FolderTransportTest, WatchesAnewAfterAStop) {
@@ -865,7 +865,7 @@ TEST_F(FolderTransportTest, WatchesAnewAfterAStop) {
   Watch();
 
   EXPECT_EQ(iWatchers, 2);
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
 TEST_F(FolderTransportTest, KeepsTheWatcherWhileItsWaitIsOnTheStack) {
@@ -905,7 +905,7 @@ TEST_F(FolderTransportTest, LooksForWhatNoNotificationToldOf) {
     Transport.LookAgain();
   })});
 
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
   EXPECT_THAT(Trace.CommLog, SizeIs(3));
 }
 
@@ -916,7 +916,7 @@ TEST_F(FolderTransportTest, ALookThatFindsSomethingNewIsOneScan) {
     Transport.LookAgain();
   })});
 
-  EXPECT_EQ(Answers(), 2u);
+  EXPECT_EQ(Responses(), 2u);
 }
 
 TEST_F(FolderTransportTest, LeavesNoTraceOfALookThatFindsNothing) {
@@ -938,7 +938,7 @@ TEST_F(FolderTransportTest, DoesNotLookUnlessItWatches) {
   Transport.LookAgain();
 
   EXPECT_EQ(before, 1u);
-  EXPECT_FALSE(IsAnswered(u"b.osl"));
+  EXPECT_FALSE(HasResponse(u"b.osl"));
 }
 
 TEST_F(FolderTransportTest, DoesNotLookWhileARequestIsInWork) {
@@ -967,7 +967,7 @@ TEST_F(FolderTransportTest, TellsOnceThatTheFolderIsGoneAndThatItIsBack) {
 
   EXPECT_THAT(Trace.Status, ElementsAre(u"The process folder is gone: " + Settings.sProcessPath,
                                         u"The process folder is back: " + Settings.sProcessPath));
-  EXPECT_TRUE(IsAnswered(u"a.osl"));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
 }
 
 // The loading notice.
@@ -978,13 +978,13 @@ TEST_F(FolderTransportTest, GivesTheLoadingNoticeToTheNextWaitingRequest) {
   std::string notice;
   DuringRequest = [&] {
     Transport.SendLoadingNotice();
-    notice = Answer(u"11.osl");
+    notice = Response(u"11.osl");
   };
 
   Scan();
 
   EXPECT_EQ(notice, "ERROR 99\r\nLoading Quickbooks\r\n");
-  EXPECT_EQ(Answers(), 2u);  // the notice still, and the response
+  EXPECT_EQ(Responses(), 2u);  // the notice still, and the response
 }
 
 TEST_F(FolderTransportTest, GivesNoLoadingNoticeWhenNobodyElseWaits) {
@@ -993,7 +993,7 @@ TEST_F(FolderTransportTest, GivesNoLoadingNoticeWhenNobodyElseWaits) {
 
   Scan();
 
-  EXPECT_EQ(Answers(), 1u);
+  EXPECT_EQ(Responses(), 1u);
 }
 
 }  // namespace

@@ -83,7 +83,7 @@ TEST_F(ResponseFolderTest, DropsWhatWasReservedForARequestThatIsStillThere) {
 }
 
 // Killed after it had deleted the request.
-TEST_F(ResponseFolderTest, AnswersARequestThatWasInWorkWithAnError) {
+TEST_F(ResponseFolderTest, RespondsToARequestThatWasInWorkWithAnError) {
   Left(u"Order.OSL.part", "    half a response");
   Left(u"Order.OSL", "an older response");
 
@@ -143,7 +143,7 @@ TEST_F(ResponseFolderTest, DropsAHalfNotice) {
 }
 
 // Killed while it wrote that the gateway had ended.
-TEST_F(ResponseFolderTest, AnswersARequestThatWasInWorkWhereItWasAboutToBefore) {
+TEST_F(ResponseFolderTest, RespondsToARequestThatWasInWorkWhereItWasAboutToBefore) {
   Left(u"a.osl.part", "    ");
   Left(u"a.osl.note", "ERROR 5");
 

@@ -15,7 +15,7 @@ std::vector<std::int32_t> Numbers(LinkedList list) {
 
 using Slots = std::vector<std::int32_t>;
 
-// A complete request of the connection, waiting to be answered.
+// A complete request of the connection, waiting to be served.
 std::int32_t QueueRequest(SocketSlots& slots, std::int16_t socket, TextView request = u"request") {
   const std::int32_t slot = slots.StartReceiving(socket);
   slots.At(slot).sRequest.Append(request);
@@ -102,7 +102,7 @@ TEST(SocketSlots, HandsOutTheOldestRequestFirst) {
   EXPECT_FALSE(slots.TakeOldest());
 }
 
-TEST(SocketSlots, MovesTheTextOutButKeepsTheSlotOfARequestBeingAnswered) {
+TEST(SocketSlots, MovesTheTextOutButKeepsTheSlotOfARequestBeingServed) {
   SocketSlots slots = GrownSlots();
   const std::int32_t slot = QueueRequest(slots, 3);
 
@@ -115,14 +115,14 @@ TEST(SocketSlots, MovesTheTextOutButKeepsTheSlotOfARequestBeingAnswered) {
 
 TEST(SocketSlots, FreesEverySlotOfAClosedConnection) {
   SocketSlots slots = GrownSlots();
-  const std::int32_t answered = QueueRequest(slots, 1);
+  const std::int32_t served = QueueRequest(slots, 1);
   slots.TakeOldest();
   const std::int32_t waiting = QueueRequest(slots, 1);
   const std::int32_t incomplete = slots.StartReceiving(1);
 
   slots.ForgetClosed(1);
 
-  for (const std::int32_t slot : {answered, waiting, incomplete}) {
+  for (const std::int32_t slot : {served, waiting, incomplete}) {
     EXPECT_EQ(slots.At(slot).iSocket, 0) << slot;
     EXPECT_EQ(slots.At(slot).sRequest.Length(), 0u) << slot;
   }
@@ -177,30 +177,30 @@ TEST(SocketSlots, FreesAnIncompleteRequestWhenTheConnectionIsForgotten) {
   EXPECT_EQ(slots.FreeSlots.Count(), 11);
 }
 
-TEST(SocketSlots, FreesAnsweredSlotsOfOpenConnectionsOnly) {
+TEST(SocketSlots, FreesServedSlotsOfOpenConnectionsOnly) {
   SocketSlots slots = GrownSlots();
-  const std::int32_t answered = QueueRequest(slots, 1);
+  const std::int32_t served = QueueRequest(slots, 1);
   slots.TakeOldest();
   const std::int32_t waiting = QueueRequest(slots, 1, u"waits");
 
-  EXPECT_TRUE(slots.FreeAnswered());
+  EXPECT_TRUE(slots.FreeServed());
 
-  EXPECT_EQ(slots.At(answered).iSocket, 0);
+  EXPECT_EQ(slots.At(served).iSocket, 0);
   EXPECT_EQ(slots.At(waiting).iSocket, 1);
   EXPECT_EQ(slots.TakeOldest()->sRequest.Take(), u"waits");
 }
 
-TEST(SocketSlots, TellsWhenNothingIsAnswered) {
+TEST(SocketSlots, TellsWhenNothingIsServed) {
   SocketSlots slots = GrownSlots();
   QueueRequest(slots, 1);
 
-  EXPECT_FALSE(slots.FreeAnswered());
+  EXPECT_FALSE(slots.FreeServed());
 }
 
 TEST(SocketSlots, KeepsTheQueuedEntriesOfOthersWhenAConnectionCloses) {
   SocketSlots slots = GrownSlots();
   QueueRequest(slots, 1);
-  const std::int32_t answered = QueueRequest(slots, 2);
+  const std::int32_t served = QueueRequest(slots, 2);
   slots.TakeOldest();
   slots.TakeOldest();
   const std::int32_t waiting = QueueRequest(slots, 2);
@@ -208,7 +208,7 @@ TEST(SocketSlots, KeepsTheQueuedEntriesOfOthersWhenAConnectionCloses) {
   slots.ForgetClosed(1);
 
   EXPECT_EQ(Numbers(slots.QueuedSockets), (Slots{2, 2}));
-  EXPECT_EQ(slots.At(answered).iSocket, 2);
+  EXPECT_EQ(slots.At(served).iSocket, 2);
   EXPECT_EQ(slots.At(waiting).iSocket, 2);
   slots.ForgetClosed(2);
   EXPECT_EQ(slots.FreeSlots.Count(), 11);
@@ -234,11 +234,11 @@ TEST(SocketSlots, CountsTheRequestsThatWait) {
   EXPECT_EQ(slots.Busiest(), 0);
 }
 
-TEST(SocketSlots, FreesWhatIsLeftOfAConnectionAfterItsAnsweredSlots) {
+TEST(SocketSlots, FreesWhatIsLeftOfAConnectionAfterItsServedSlots) {
   SocketSlots slots = GrownSlots();
   for (int i = 0; i < 3; ++i) QueueRequest(slots, 1);
   slots.TakeOldest();
-  slots.FreeAnswered();
+  slots.FreeServed();
   EXPECT_EQ(slots.QueuedSockets.Count(), 2);
 
   slots.ForgetClosed(1);

@@ -95,7 +95,7 @@ class SocketTransportTest : public testing::Test {
     Transport.oSocketServer_DataArrival(socket, data);
   }
   void Tick() { Transport.tmrSocketProcess_Timer(); }
-  void AnswerWith(Text response, float result = 0) {
+  void RespondWith(Text response, float result = 0) {
     sResponse = std::move(response);
     fResult = result;
   }
@@ -188,7 +188,7 @@ TEST_F(SocketTransportTest, WaitsForTheEndMark) {
   EXPECT_THAT(Requests, IsEmpty());
 }
 
-TEST_F(SocketTransportTest, AnswersOneRequestATickInTheOrderOfTheEndMarks) {
+TEST_F(SocketTransportTest, ServesOneRequestATickInTheOrderOfTheEndMarks) {
   Arrive(1, u"begun first");
   Arrive(2, u"ended first\x1F");
   Arrive(1, u"\x1F");
@@ -201,7 +201,7 @@ TEST_F(SocketTransportTest, AnswersOneRequestATickInTheOrderOfTheEndMarks) {
   EXPECT_THAT(Requests, ElementsAre(u"ended first", u"begun first"));
 }
 
-TEST_F(SocketTransportTest, AnswersSeveralRequestsOfOneConnection) {
+TEST_F(SocketTransportTest, ServesSeveralRequestsOfOneConnection) {
   Arrive(1, u"one\x1F");
   Tick();
   Arrive(1, u"two\x1F");
@@ -212,7 +212,7 @@ TEST_F(SocketTransportTest, AnswersSeveralRequestsOfOneConnection) {
 }
 
 TEST_F(SocketTransportTest, SendsHeaderBlocksAndEndMark) {
-  AnswerWith(Text(25000, u'x'));
+  RespondWith(Text(25000, u'x'));
   Arrive(1, u"\x1F");
   Tick();
 
@@ -221,7 +221,7 @@ TEST_F(SocketTransportTest, SendsHeaderBlocksAndEndMark) {
 }
 
 TEST_F(SocketTransportTest, SendsAResponseOfExactlyOneBlockAsOneBlock) {
-  AnswerWith(Text(10000, u'x'));
+  RespondWith(Text(10000, u'x'));
   Arrive(1, u"\x1F");
   Tick();
 
@@ -229,7 +229,7 @@ TEST_F(SocketTransportTest, SendsAResponseOfExactlyOneBlockAsOneBlock) {
 }
 
 TEST_F(SocketTransportTest, SendsAnEmptyResponseAsHeaderAndEndMark) {
-  AnswerWith(u"");
+  RespondWith(u"");
   Arrive(1, u"\x1F");
   Tick();
 
@@ -237,7 +237,7 @@ TEST_F(SocketTransportTest, SendsAnEmptyResponseAsHeaderAndEndMark) {
 }
 
 TEST_F(SocketTransportTest, CountsTheHeaderBeforeLineBreaksAreReplaced) {
-  AnswerWith(u"a\r\nb\r\n");
+  RespondWith(u"a\r\nb\r\n");
   Arrive(1, u"\x1F");
   Tick();
 
@@ -247,7 +247,7 @@ TEST_F(SocketTransportTest, CountsTheHeaderBeforeLineBreaksAreReplaced) {
 TEST_F(SocketTransportTest, SendsALineBreakAcrossTwoBlocksUnchanged) {
   // Kept: line breaks are replaced within a block only.
   Settings.lBlockSize = 4;
-  AnswerWith(u"abc\r\nd\r\n");
+  RespondWith(u"abc\r\nd\r\n");
   Arrive(1, u"\x1F");
   Tick();
 
@@ -257,7 +257,7 @@ TEST_F(SocketTransportTest, SendsALineBreakAcrossTwoBlocksUnchanged) {
 TEST_F(SocketTransportTest, TakesABlockSizeBelowOneForTheUsualOne) {
   for (const std::int32_t size : {0, -1}) {
     Settings.lBlockSize = size;
-    AnswerWith(Text(10001, u'x'));
+    RespondWith(Text(10001, u'x'));
     Arrive(1, u"\x1F");
     Tick();
 
@@ -268,7 +268,7 @@ TEST_F(SocketTransportTest, TakesABlockSizeBelowOneForTheUsualOne) {
 }
 
 TEST_F(SocketTransportTest, LeavesLoneLineCharactersAlone) {
-  AnswerWith(u"a\rb\nc\n\rd");
+  RespondWith(u"a\rb\nc\n\rd");
   Arrive(1, u"\x1F");
   Tick();
 
@@ -276,7 +276,7 @@ TEST_F(SocketTransportTest, LeavesLoneLineCharactersAlone) {
 }
 
 TEST_F(SocketTransportTest, SendsAFailureInOneCall) {
-  AnswerWith(u"sentence", 1024);
+  RespondWith(u"sentence", 1024);
   Arrive(1, u"\x1F");
   Tick();
 
@@ -284,7 +284,7 @@ TEST_F(SocketTransportTest, SendsAFailureInOneCall) {
 }
 
 TEST_F(SocketTransportTest, WritesAFractionalResultInItsShortestForm) {
-  AnswerWith(u"", 0.5F);
+  RespondWith(u"", 0.5F);
   Arrive(1, u"\x1F");
   Tick();
 
@@ -292,7 +292,7 @@ TEST_F(SocketTransportTest, WritesAFractionalResultInItsShortestForm) {
 }
 
 TEST_F(SocketTransportTest, TakesAResultBelowZeroForSuccess) {
-  AnswerWith(u"fine", -1);
+  RespondWith(u"fine", -1);
   Arrive(1, u"\x1F");
   Tick();
 
@@ -301,7 +301,7 @@ TEST_F(SocketTransportTest, TakesAResultBelowZeroForSuccess) {
 
 TEST_F(SocketTransportTest, LetsEventsRunAfterEachBlock) {
   Settings.lBlockSize = 1;
-  AnswerWith(u"abc");
+  RespondWith(u"abc");
   Arrive(1, u"\x1F");
   Tick();
 
@@ -351,9 +351,9 @@ TEST_F(SocketTransportTest, QueuesWhatArrivesBetweenBlocks) {
   EXPECT_THAT(Requests, ElementsAre(u"one", u"meanwhile"));
 }
 
-TEST_F(SocketTransportTest, StopsTheAnswerAtAFailedSend) {
+TEST_F(SocketTransportTest, StopsTheResponseAtAFailedSend) {
   Settings.lBlockSize = 1;
-  AnswerWith(u"abc");
+  RespondWith(u"abc");
   Connections.iSendsBeforeFailure = 2;
   Arrive(1, u"\x1F");
   Tick();
@@ -375,7 +375,7 @@ TEST_F(SocketTransportTest, DoesNotJudgeTheHeadersOwnSend) {
 }
 
 TEST_F(SocketTransportTest, LogsAFailedSendOfAFailure) {
-  AnswerWith(u"sentence", 1024);
+  RespondWith(u"sentence", 1024);
   Connections.iSendsBeforeFailure = 0;
   Arrive(1, u"\x1F");
   Tick();
@@ -384,7 +384,7 @@ TEST_F(SocketTransportTest, LogsAFailedSendOfAFailure) {
   EXPECT_THAT(Trace.CommLog, Not(Contains(BeginsWith(u"Socket 1\tResults: "))));
 }
 
-TEST_F(SocketTransportTest, AnswersTheNextRequestAfterAFailedSend) {
+TEST_F(SocketTransportTest, ServesTheNextRequestAfterAFailedSend) {
   Connections.iSendsBeforeFailure = 1;
   Arrive(1, u"\x1F");
   Arrive(2, u"\x1F");
@@ -394,9 +394,9 @@ TEST_F(SocketTransportTest, AnswersTheNextRequestAfterAFailedSend) {
   EXPECT_THAT(Connections.SentTo(2), ElementsAre(u"4\u00FE", u"ok", u"\x1F"));
 }
 
-TEST_F(SocketTransportTest, StopsTheAnswerWhenTheClientDisconnects) {
+TEST_F(SocketTransportTest, StopsTheResponseWhenTheClientDisconnects) {
   Settings.lBlockSize = 1;
-  AnswerWith(u"abc");
+  RespondWith(u"abc");
   BetweenBlocks = [&] { Transport.oSocketServer_SocketClosed(1); };
   Arrive(1, u"\x1F");
   Tick();
@@ -404,7 +404,7 @@ TEST_F(SocketTransportTest, StopsTheAnswerWhenTheClientDisconnects) {
   EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"5\u00FE", u"a"));
 }
 
-TEST_F(SocketTransportTest, SendsNothingOfAnAnswerToTheNextConnectionOfTheSameIndex) {
+TEST_F(SocketTransportTest, SendsNothingOfAResponseToTheNextConnectionOfTheSameIndex) {
   DuringRequest = [&] {
     Transport.oSocketServer_SocketClosed(1);
     Transport.oSocketServer_SocketOpened(1);
@@ -415,9 +415,9 @@ TEST_F(SocketTransportTest, SendsNothingOfAnAnswerToTheNextConnectionOfTheSameIn
   EXPECT_THAT(Connections.All, IsEmpty());
 }
 
-TEST_F(SocketTransportTest, StopsTheAnswerWhenTheServerGoesAway) {
+TEST_F(SocketTransportTest, StopsTheResponseWhenTheServerGoesAway) {
   Settings.lBlockSize = 1;
-  AnswerWith(u"abc");
+  RespondWith(u"abc");
   BetweenBlocks = [&] { Transport.Stop(); };
   Arrive(1, u"\x1F");
   Tick();
@@ -630,7 +630,7 @@ TEST_F(SocketTransportTest, EndsAConnectionForWhoseRequestThereIsNoMemory) {
   EXPECT_THAT(Requests, ElementsAre(u"another"));
 }
 
-TEST_F(SocketTransportTest, EndsAConnectionForWhoseAnswerThereIsNoMemory) {
+TEST_F(SocketTransportTest, EndsAConnectionForWhoseResponseThereIsNoMemory) {
   DuringRequest = [] { throw std::bad_alloc(); };
   Arrive(1, u"\x1F");
   Tick();
@@ -674,7 +674,7 @@ TEST_F(SocketTransportTest, EndsAConnectionWhoseRequestWouldPassTheMemoryForAll)
 }
 
 TEST_F(SocketTransportTest, MakesAResponseThatWouldPassTheMemoryForAllAnError) {
-  AnswerWith(Text(5'000, u'x'));
+  RespondWith(Text(5'000, u'x'));
   const TextBudgetLimit limit(14'000);
   Arrive(1, u"\x1F");
   Tick();
@@ -687,7 +687,7 @@ TEST_F(SocketTransportTest, MakesAResponseThatWouldPassTheMemoryForAllAnError) {
 
 TEST_F(SocketTransportTest, HoldsAResponseAndWhatOfItIsStillToBeQueued) {
   Settings.lBlockSize = 1'000;
-  AnswerWith(Text(5'000, u'x'));
+  RespondWith(Text(5'000, u'x'));
   std::vector<std::size_t> held;
   BetweenBlocks = [&] { held.push_back(ProcessTextBudget().Held()); };
   Arrive(1, u"\x1F");
@@ -711,7 +711,7 @@ class NoMemoryForASend : public SocketTransportTest, public testing::WithParamIn
 
 TEST_P(NoMemoryForASend, EndsItsConnection) {
   Settings.lBlockSize = 1;
-  AnswerWith(u"abc");
+  RespondWith(u"abc");
   Connections.iSendsBeforeFailure = 2;
   Connections.iSendFailure = GetParam();
   Arrive(1, u"\x1F");
@@ -735,7 +735,7 @@ TEST_F(SocketTransportTest, LeavesALostConnectionToItsClose) {
 
 TEST_F(SocketTransportTest, WalksNoMoreOfAResponseOnceTheClientHasGone) {
   Settings.lBlockSize = 1;
-  AnswerWith(u"abcdef");
+  RespondWith(u"abcdef");
   BetweenBlocks = [&] { Transport.oSocketServer_SocketClosed(1); };
   Arrive(1, u"\x1F");
   Tick();
@@ -895,7 +895,7 @@ TEST_F(SocketTransportTest, LogsThatTheEndMarkIsMissing) {
 
 TEST_F(SocketTransportTest, LogsTheBlocksItHasSent) {
   Settings.lBlockSize = 4;
-  AnswerWith(u"ab\r\ncd");
+  RespondWith(u"ab\r\ncd");
   Arrive(1, u"\x1F");
   Trace.CommLog.clear();
   Tick();
@@ -904,7 +904,7 @@ TEST_F(SocketTransportTest, LogsTheBlocksItHasSent) {
 }
 
 TEST_F(SocketTransportTest, LogsTheFailureItHasSent) {
-  AnswerWith(u"sentence", 1024);
+  RespondWith(u"sentence", 1024);
   Arrive(1, u"\x1F");
   Trace.CommLog.clear();
   Tick();
