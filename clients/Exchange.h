@@ -29,7 +29,7 @@ class Exchange {
   /// Sends these bytes and waits for the response, dispatching events meanwhile. To be called once.
   virtual ExchangeResult Run(std::string_view request) = 0;
 
-  /// What the response was (kResponded) or why there is none, in words.
+  /// The response (kResponded), or the reason why there is none, in words.
   Response response;
   Text reason;
 };

@@ -16,7 +16,7 @@ namespace ostrel {
 /// A name for a request file that no other request has.
 Text UniqueRequestName();
 
-/// What a response file of these bytes says.
+/// The response that a file of these bytes holds.
 Response ResponseInFile(std::string_view bytes);
 
 class FolderExchange : public Exchange {

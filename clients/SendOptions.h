@@ -1,4 +1,4 @@
-// What ostrel-send was asked to do on its command line.
+// The options of ostrel-send, as its command line gives them.
 #pragma once
 
 #include <chrono>

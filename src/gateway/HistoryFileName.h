@@ -1,4 +1,4 @@
-// How history files are named.
+// The names of history files.
 #pragma once
 
 #include <cstdint>

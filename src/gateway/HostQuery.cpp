@@ -48,7 +48,7 @@ std::int16_t YearOf(TextView productName, std::int16_t majorVersion) {
   return 0;
 }
 
-// What stands between the first `tag` and the next "<"; nothing without the tag.
+// The text between the first `tag` and the next "<"; nothing without the tag.
 std::optional<TextView> ValueOf(TextView reply, TextView tag) {
   const std::size_t at = reply.find(tag);
   if (at == TextView::npos) return std::nullopt;

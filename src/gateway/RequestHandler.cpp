@@ -1,3 +1,8 @@
+// One request runs through here from its text to its response text: recognise the command, remove
+// the header line, open the session if none is open, submit, write the history. Failures of
+// QuickBooks come as numbers, since the session never raises; other failures are caught in
+// ProcessRequest, so that a transport always has a response. The request is changed in place,
+// because it may take hundreds of megabytes.
 #include "gateway/RequestHandler.h"
 
 #include <algorithm>

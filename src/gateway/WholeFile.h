@@ -41,7 +41,7 @@ class WholeFile {
   /// Number of the last failure (platform/SystemError.h); 0 when the last operation succeeded.
   int Error() const { return iError; }
 
-  /// What is not put in its place stays for people to find.
+  /// The file stays for people to find although it is not put in its place.
   void Keep() { sWritten.clear(); }
 
  private:

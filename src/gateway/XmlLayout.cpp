@@ -1,3 +1,8 @@
+// The layout walks the text once, part by part, from one "<" to the next, and looks one part ahead:
+// an element whose end tag follows its text stays on one line. A response file is written in pieces
+// of 64 Ki characters, events handled between them. The blanks of indentation are counted, because
+// a text of nested start tags would grow with the square of its length otherwise; when they are
+// used up, the lines go on without any.
 #include "gateway/XmlLayout.h"
 
 #include <algorithm>

@@ -1,3 +1,8 @@
+// Every operation of the request processor passes through one function, Call, which turns what is
+// raised into a reduced number and a text. While an operation waits, events are handled, so that
+// the session may be closed or given up meanwhile: the call holds the processor as well as the
+// session does. A processor whose server has died, or whose call was given up, is forgotten; the
+// next request makes a new one.
 #include "gateway/qbxml.h"
 
 #include <new>

@@ -49,7 +49,7 @@ class qbxml {
   /// True and an empty report for a valid request; else a report of the first fault.
   bool XMLValidate(TextView request, Text& report) const;
 
-  /// What these raise is dropped: a status line must not break a session.
+  /// Exceptions of these are dropped: a status line must not break a session.
   std::function<void(TextView)> UpdateStatus;
   std::function<void()> Loading;  // before a company file is opened
   std::function<void()> Loaded;   // when that has ended, well or not

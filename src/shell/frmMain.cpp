@@ -1,3 +1,13 @@
+// The form owns the parts of the program and decides almost nothing itself: a handler passes an
+// event to the part that it concerns, guarded, so that no exception reaches the event loop.
+//
+// It does decide what happens at the end of the program. An exit is only wished for at first
+// (bUnloadWanted). While a request is in work, a start of the transports is under way, or responses
+// are still going out, it is put off; it is carried out from a timer, when nothing of the form is
+// on the stack. A second exit, or the end of the system, gives these waits up.
+//
+// Commands that use the session are refused while a request has the pass of RequestGate, and none
+// runs twice at a time, since dialogs handle events.
 #include "shell/frmMain.h"
 
 #include <algorithm>

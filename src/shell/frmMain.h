@@ -1,5 +1,5 @@
 // The main form: owns the parts of the program, wires their events, and handles menus and timers.
-// What it shows, it shows through platform::MainWindow; what it decides, one of its parts decides.
+// It shows everything through platform::MainWindow, and leaves decisions to its parts.
 #pragma once
 
 #include <array>
@@ -46,7 +46,7 @@ class frmMain {
   /// The window's mark, by which a second instance finds it.
   static constexpr TextView kWindowMark = u"Ostrel_APPLICATION";
 
-  /// What the form runs in. The references outlive the form.
+  /// The surroundings of the form. The references outlive the form.
   struct Surroundings {
     platform::MainWindow& window;
     platform::WindowFrame& frame;
@@ -89,7 +89,7 @@ class frmMain {
   bool bWatchActive() const { return oFolderTransport.IsRunning(); }
   std::int16_t iActiveSocket() const { return oSocketTransport.ActiveSocket(); }
 
-  /// What the window tells. None of it raises.
+  /// The events of the window. None of the handlers raises.
   void Resize();
   /// Another instance was started in vain. False when this one is about to end: its window is not
   /// shown any more.

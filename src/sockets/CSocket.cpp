@@ -1,3 +1,7 @@
+// A socket is driven from two sides: its owner's calls, and notifications of the system that arrive
+// through the event loop. A handler of an event may close or release the socket, so the state is
+// looked at again after each event. What the network does not take at once stays in the queue until
+// it can be written again.
 #include "sockets/CSocket.h"
 
 #include <algorithm>

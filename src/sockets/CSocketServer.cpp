@@ -1,3 +1,7 @@
+// A closed socket stays in its slot until a new connection takes the index, since the owner may ask
+// for the address of a peer that has gone. Handlers may stop or destroy the server from inside an
+// event; every path that tells an event therefore looks afterwards whether the server, or the
+// listener that told it, is still the same.
 #include "sockets/CSocketServer.h"
 
 #include <algorithm>
@@ -21,7 +25,7 @@ const CSocketListen& Existing(const std::shared_ptr<CSocketListen>& listener, Te
   return *listener;
 }
 
-/// What a socket or a handler raises is left in Err.
+// Leaves in Err what a socket or a handler raises.
 template <typename Operation>
 void LeaveInErr(const Operation& operation) noexcept {
   try {

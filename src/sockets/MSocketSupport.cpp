@@ -1,3 +1,6 @@
+// The registry is the only link between the system's sockets and ours: it maps a handle to its
+// owner, and a look-up of a host's name to the socket that asked. Both entries are removed before
+// the owner goes, so that a notification which comes late finds nobody and is dropped.
 #include "sockets/MSocketSupport.h"
 
 #include <exception>
@@ -81,7 +84,7 @@ void MSocketSupport::Cleanup() {
   }
 }
 
-/// What notifications go through is made on first need.
+// The sink of notifications is made on first need.
 bool MSocketSupport::HaveSink(TextView source) {
   bConnected = bConnected || oNotifications.ConnectSink(*this);
   if (!bConnected) {

@@ -1,5 +1,6 @@
-// What all sockets share: starting the system's socket service, where notifications arrive, the
-// registry that hands each to the socket it is for, and the pending error of what failed here.
+// The common ground of all sockets: starting the system's socket service, where notifications
+// arrive, the registry that hands each to the socket it is for, and the pending error of what
+// failed here.
 #pragma once
 
 #include <cstdint>

@@ -20,7 +20,7 @@ struct DateValue {
   double days = 0;
 };
 
-/// What SendData takes. A Boolean travels as 16 bits, true as -1.
+/// The values that SendData takes. A Boolean travels as 16 bits, true as -1.
 using SocketValue = std::variant<TextView, std::span<const std::uint8_t>, bool, std::uint8_t,
                                  std::int16_t, std::int32_t, float, double, Currency, DateValue>;
 

@@ -1,3 +1,11 @@
+// The way of a request in a file. A scan lists the process folder and serves one file after the
+// other: open it, reserve a response file with room for an error, read the request, delete it,
+// process it, write the response. The order is the guarantee: a request is deleted before it is
+// processed, so that it is never carried out twice, and only after its response has a place, so
+// that it is never lost.
+//
+// A file that cannot be taken yet is refused and stays. The watch tells of new files; the look,
+// every two seconds, finds files of which no notification told and tries the refused ones again.
 #include "transports/FolderTransport.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What a transport hands a request to, and what it gets back.
+// The way from a transport to the request handler, and the response that comes back.
 #pragma once
 
 #include <cstddef>

@@ -77,7 +77,7 @@ bool ResponseFile::TryWriteError(float errorNumber, TextView message) {
 }
 
 int ResponseFile::PutInPlace() {
-  // What has been written may have gone with its folder; what is left of it then is an error.
+  // The folder may have gone, with all that was written: an error is left to write then.
   const int error = TryPutInPlace();
   return IsMissing(error) ? TryPutInPlace() : error;
 }

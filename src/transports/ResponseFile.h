@@ -24,7 +24,7 @@ class ResponseFile {
     Text sFinished;  // beside it, while its place is in use
   };
   explicit ResponseFile(Paths paths);
-  /// What is owed and was not put in its place is tried once more, and else left beside it.
+  /// A response that is owed and not in its place yet is tried once more, and else left beside it.
   ~ResponseFile();
   ResponseFile(const ResponseFile&) = delete;
   ResponseFile& operator=(const ResponseFile&) = delete;

@@ -1,3 +1,8 @@
+// Names beside a place have to be found again after a crash: SettleLeftovers turns each such name
+// back into the name of its request and decides from the ending, and from whether the request file
+// is still there, what the client is owed. A file that a running gateway has open is in work and is
+// left alone. Every step replaces one file by another in one operation, so that a gateway which is
+// killed in the middle finds the same leftovers at its next start.
 #include "transports/ResponseFolder.h"
 
 #include <algorithm>
@@ -14,7 +19,7 @@ namespace {
 constexpr TextView kGatewayEnded =
     u"the gateway ended while this request was in work; it may have been carried out";
 
-// Whoever writes such a file has it open.
+// The gateway that writes such a file has it open.
 bool IsInWork(const Text& path) {
   platform::File file;
   return file.Open(path, platform::FileAccess::kReadWrite, platform::FileCreation::kOpenExisting,
@@ -128,7 +133,7 @@ void ResponseFolder::SettleReserved(const Text& name) {
   AdoptFinished(name, kReserved);
 }
 
-// What was reserved is replaced in one step: killed here, the gateway does it again.
+// The reserved file is replaced in one step: a gateway that is killed here does it again.
 int ResponseFolder::TellClientOfEnd(const Text& name) {
   WholeFile file(PathBeside(name, kReserved), PathBeside(name, kNotice));
   const bool isDone = file.Open() &&

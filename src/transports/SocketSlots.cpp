@@ -1,3 +1,8 @@
+// Each slot knows its entries in the lists, and each connection its first slot, so that nothing
+// here looks for a request in a list. A slot is in exactly one state: free (in FreeSlots),
+// receiving (in ReceivingSockets), or queued (in QueuedSockets, and in ProcessQueue until its
+// request is taken out). The slots of one connection in QueuedSockets form a chain through
+// lNextSlot.
 #include "transports/SocketSlots.h"
 
 #include <algorithm>

@@ -1,3 +1,15 @@
+// The way of a request over TCP. DataArrival appends a piece to the slot of its connection; the
+// piece with the end-of-data mark puts the slot into the queue. A tick of the timer takes the
+// oldest slot, has the request processed and sends the response in blocks.
+//
+// Events are handled between the blocks and while QuickBooks works, so that the client, or the
+// whole server, may be gone when a call returns. Two numbers keep that apart: iActiveSocket is the
+// connection whose request is in work, for the logs; iReplyTo is the connection that the response
+// goes to, and becomes 0 when that has gone, since its index may be given to the next client at
+// once.
+//
+// Everything here is bounded: the length of a request, the requests that wait for one connection,
+// the slots, the bytes of all texts together, and the time in which a client takes nothing.
 #include "transports/SocketTransport.h"
 
 #include <algorithm>
@@ -137,7 +149,7 @@ void SocketTransport::Receive(std::int16_t socket, TextView data) {
 
   const std::size_t mark = data.find(kEndOfDataMark);
   const bool complete = mark != TextView::npos;
-  // What follows the mark in the same piece is dropped (kept: clients depend on it).
+  // Kept: data that follows the mark in the same piece is dropped; clients depend on it.
   if (complete) data = data.substr(0, mark);
   Log(socket, u"Looking for End of data: ",
       ToText(complete ? static_cast<std::int64_t>(mark) + 1 : 0));

@@ -36,7 +36,7 @@ class clsWatchFolder {
   std::function<void()> FileChanged;
   /// A message box of the application.
   std::function<void(TextView text)> ShowMessage;
-  /// What gives other events their turn between rounds; a test may put its own in place.
+  /// Gives other events their turn between rounds; a test may put its own in place.
   std::function<void()> DoEvents = platform::DoEvents;
 
  private:

@@ -1,3 +1,6 @@
+// The nodes live in one array and name each other by index; index 0 is no node. Removed nodes form
+// a chain of their own and are used again before the array grows. A node in that chain has kFree as
+// its previous node: this is how an index that is no longer in use is told.
 #include "util/LinkedList.h"
 
 #include <algorithm>

@@ -38,7 +38,8 @@ struct PendingError {
   void Set(int number, Text source, Text description) {
     *this = {number, std::move(source), std::move(description)};
   }
-  /// What AsRunTimeError makes of it; error 7 without texts when there is no memory for them.
+  /// Sets what AsRunTimeError makes of the exception; error 7 without texts when there is no memory
+  /// for them.
   void SetFrom(const std::exception_ptr& exception, TextView source) noexcept;
 };
 

@@ -96,7 +96,7 @@ class cFileIO {
   void PrintLine(TextView output);
 
   /// Profile operations on the file of FullFileName; they know no cursor and need no open file.
-  /// What the system fails at (a file that is read-only, a full disk) is not reported. Raised as
+  /// Failures of the system (a file that is read-only, a full disk) are not reported. Raised as
   /// RunTimeError with the sources "IniFile::ReadIni" (for both reading operations), "IniFile::
   /// WriteIni", "IniFile::DeleteIni" and "IniFile::DeleteIniAll": 53 when the object names no file,
   /// and in the last three anything else.

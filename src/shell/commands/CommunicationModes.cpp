@@ -1,3 +1,7 @@
+// Applying the modes follows the settings in a fixed order: the flavour decides which transports
+// are wanted, then the socket server is started or stopped, then the folder watch, and at last the
+// menu is marked with what came of it. Starting the server handles events, and one of them may
+// change the settings again: such a call only leaves a note, and the loop runs once more.
 #include "shell/commands/CommunicationModes.h"
 
 #include <algorithm>

@@ -12,7 +12,7 @@
 namespace ostrel {
 namespace {
 
-// What is in force, as the communication log and the history files open with it.
+// The settings in force, with which the communication log and the history files open.
 std::array<Text, 4> Circumstances(const AppSettings& settings) {
   return {u"Version: " + ProgramVersion(),
           u"Communication Type:" + ToText(std::int64_t{settings.lCommType}),

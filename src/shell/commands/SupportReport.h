@@ -1,4 +1,4 @@
-// What people send to the maker's support when something does not work.
+// The report that people send to the maker's support when something does not work.
 #pragma once
 
 #include "gateway/HostQuery.h"

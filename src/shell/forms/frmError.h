@@ -15,7 +15,7 @@ namespace ostrel {
 
 class frmError {
  public:
-  /// What is longer is cut, with a line that says so: a text box cannot take any length.
+  /// A longer text is cut, with a line that says so: a text box cannot take any length.
   static constexpr std::size_t kMostCharacters = std::size_t{4} << 20;
 
   /// supportReport: what stands in front of the text on the clipboard.

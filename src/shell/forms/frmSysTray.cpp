@@ -1,3 +1,7 @@
+// The shell tells of the mouse over the icon by numbers of window messages; a table turns them into
+// events. The shell forgets all icons when it is started again and may refuse one while it is busy,
+// so the icon that is wanted (bShown) and the icon that is there (bAdded) are kept apart, and each
+// start of the shell adds the wanted one.
 #include "shell/forms/frmSysTray.h"
 
 #include <algorithm>

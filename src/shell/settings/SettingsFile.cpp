@@ -1,3 +1,7 @@
+// All settings are one table, in the order in which they are read: section, key, default, and the
+// function that puts the value into the record. One reader walks it. The file belongs to people who
+// edit it by hand, so that a file which cannot be understood, a value that was cut and a number
+// outside its range are told with the key's name.
 #include "shell/settings/SettingsFile.h"
 
 #include <algorithm>

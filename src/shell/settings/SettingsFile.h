@@ -60,8 +60,8 @@ class SettingsFile {
   std::function<void()> Unload;
 };
 
-/// What keeps the text of a settings file from being understood; empty when nothing does, as in an
-/// empty file.
+/// The reason why the text of a settings file cannot be understood; empty when nothing does, as in
+/// an empty file.
 Text FaultOfSettings(TextView text);
 
 }  // namespace ostrel
