@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "platform/FileContents.h"
+#include "platform/Files.h"
 
 namespace ostrel {
 

@@ -12,6 +12,7 @@
 #include "platform/Processes.h"
 #include "platform/TextForm.h"
 #include "platform/WindowFrame.h"
+#include "util/Text.h"
 
 namespace ostrel::platform {
 
@@ -59,5 +60,9 @@ std::unique_ptr<Processes> MakeProcesses();
 /// Asks the marked window of another instance to be seen, in front. False when no window has the
 /// mark or the one that has it is about to end.
 bool ActivateMarkedWindow(TextView mark);
+
+/// The program itself, which defines this: a program that has a window is entered in the system's
+/// own way. commandLine: as it was written, without the program's name. Returns the exit code.
+int RunWindowProgram(TextView commandLine);
 
 }  // namespace ostrel::platform

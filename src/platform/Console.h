@@ -1,6 +1,7 @@
-// Standard input, output and error, and the program's arguments, for programs without a window.
+// Standard input, output and error, the arguments and the signals of programs without a window.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,5 +23,17 @@ void WriteStandardOutput(TextView text);
 void WriteStandardError(TextView text);
 /// Byte for byte.
 void WriteStandardOutputBytes(std::string_view bytes);
+
+/// The ways in which a person or the system tells a program without a window something.
+enum class ConsoleSignal {
+  kExit,  // SIGINT, SIGTERM, and SIGHUP unless it was ignored at the start; Ctrl-C, Ctrl-Break
+  kSystemEnds,  // the console's close, log-off, shut-down: the system ends the program in some
+                // seconds, its exit ends the wait; never raised on POSIX
+  kUser,        // SIGUSR1, whose meaning is the program's own; never raised on Windows
+};
+
+/// The handler runs on the event loop's thread, from the loop. Each signal has one handler; an
+/// empty one restores the system's own behaviour.
+void OnConsoleSignal(ConsoleSignal signal, std::function<void()> handler);
 
 }  // namespace ostrel::platform

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 
 #include "platform/Clock.h"
 #include "util/Text.h"
@@ -63,5 +64,10 @@ class File {
  private:
   std::intptr_t handle = -1;
 };
+
+/// Reads the open file from its beginning to its end: settings, schemas, companies. 0,
+/// kFileTooLarge when it has more than `limit` bytes, or another error number; then `bytes` is
+/// empty.
+int ReadFileContents(File& file, std::int64_t limit, std::string& bytes);
 
 }  // namespace ostrel::platform

@@ -4,7 +4,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
+#include <string_view>
 
 namespace ostrel::platform {
 
@@ -71,5 +74,19 @@ class SocketLayer {
 };
 
 SocketLayer& SystemSockets();
+
+/// The machine's own name and address, and the addresses of other machines by name. Addresses are
+/// IPv4 numbers as in SocketAddress.
+class HostNames {
+ public:
+  virtual ~HostNames() = default;
+  virtual std::string OwnName() = 0;
+  /// An address that other machines can reach where there is one, else 127.0.0.1.
+  virtual std::uint32_t OwnAddress() = 0;
+  /// Waits for the name service, which may take seconds.
+  virtual std::optional<std::uint32_t> AddressOf(std::string_view host) = 0;
+};
+
+HostNames& SystemHostNames();
 
 }  // namespace ostrel::platform

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <utility>
 
 #include "util/Text.h"
@@ -43,5 +44,11 @@ class RequestProcessor {
   /// Harmless otherwise.
   virtual void GiveUp() = 0;
 };
+
+/// Makes the request processor that QuickBooks has installed on this machine. Only on Windows. When
+/// QuickBooks is found gone (IsServerGone) the object has no session any more; OpenConnection,
+/// which needs none, first tries to reach QuickBooks anew. Destroying the object takes 2 seconds at
+/// most, whatever QuickBooks does.
+std::unique_ptr<RequestProcessor> MakeInstalledRequestProcessor();
 
 }  // namespace ostrel

@@ -4,8 +4,8 @@
 
 #include "platform/SystemError.h"
 #include "simulator/company/CompanyReader.h"
-#include "simulator/values/Errors.h"
 #include "simulator/values/LongWork.h"
+#include "simulator/values/Status.h"
 
 namespace ostrel::simulator {
 namespace {

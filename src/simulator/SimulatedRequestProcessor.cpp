@@ -3,8 +3,8 @@
 #include <new>
 
 #include "simulator/messages/QbxmlEngine.h"
-#include "simulator/values/Errors.h"
 #include "simulator/values/LongWork.h"
+#include "simulator/values/Status.h"
 
 namespace ostrel {
 

@@ -10,7 +10,6 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/HostNames.h"
 #include "platform/SocketNotifications.h"
 #include "platform/Sockets.h"
 #include "sockets/SocketOwner.h"

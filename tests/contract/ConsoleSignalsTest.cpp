@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 
-#include "platform/ConsoleSignals.h"
+#include "platform/Console.h"
 #include "platform/EventLoop.h"
 #include "tests/contract/SendConsoleSignal.h"
 

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/FileNames.h"
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "platform/detail/FileNames.h"
 #include "tests/support/ScratchFolder.h"
 
 namespace ostrel::platform {

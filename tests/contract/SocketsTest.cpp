@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "platform/EventLoop.h"
-#include "platform/HostNames.h"
 #include "platform/SocketNotifications.h"
 #include "platform/Sockets.h"
 #include "tests/contract/UnderWine.h"

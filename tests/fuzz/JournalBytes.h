@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/values/Checksum.h"
+#include "simulator/company/Journal.h"
 
 namespace ostrel::fuzz {
 

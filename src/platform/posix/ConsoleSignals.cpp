@@ -1,7 +1,5 @@
 // Signals interrupt anywhere, so all a signal does is put its number into a pipe that the loop
 // watches.
-#include "platform/ConsoleSignals.h"
-
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -12,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/Console.h"
 #include "platform/posix/LoopWatch.h"
 
 namespace ostrel::platform {
@@ -21,7 +20,7 @@ constexpr std::array<std::pair<int, ConsoleSignal>, 4> kSignals{{
     {SIGINT, ConsoleSignal::kExit},
     {SIGTERM, ConsoleSignal::kExit},
     {SIGHUP, ConsoleSignal::kExit},
-    {SIGUSR1, ConsoleSignal::kToggleCommLog},
+    {SIGUSR1, ConsoleSignal::kUser},
 }};
 
 // Started by nohup, or the like.
@@ -57,7 +56,7 @@ class Signals {
   Signals() { writeEnd = oPipe.WriteEnd(); }
   ~Signals() {
     SetHandler(ConsoleSignal::kExit, {});
-    SetHandler(ConsoleSignal::kToggleCommLog, {});
+    SetHandler(ConsoleSignal::kUser, {});
   }
   Signals(const Signals&) = delete;
   Signals& operator=(const Signals&) = delete;

@@ -12,9 +12,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/FileNames.h"
 #include "platform/SystemError.h"
-#include "platform/posix/ErrorNumber.h"
+#include "platform/detail/FileNames.h"
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/Path.h"
 
 namespace ostrel::platform {

@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "platform/SystemError.h"
-#include "platform/posix/ErrorNumber.h"
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/Path.h"
 
 namespace ostrel::platform {

@@ -18,7 +18,7 @@
 #include <utility>
 
 #include "platform/SystemError.h"
-#include "platform/posix/ErrorNumber.h"
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/LoopWatch.h"
 #include "platform/posix/Path.h"
 

@@ -1,5 +1,3 @@
-#include "platform/HostNames.h"
-
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netinet/in.h>
@@ -7,7 +5,8 @@
 
 #include <memory>
 
-#include "platform/posix/HostAddress.h"
+#include "platform/Sockets.h"
+#include "platform/posix/LookUpThread.h"
 
 namespace ostrel::platform {
 namespace {

@@ -1,14 +1,19 @@
 #include "platform/posix/LookUpThread.h"
 
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <system_error>
 #include <thread>
 #include <utility>
 
-#include "platform/posix/HostAddress.h"
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/LoopWatch.h"
 
 namespace ostrel::platform {
@@ -32,6 +37,19 @@ void LookUp(Request& request, LoopMailbox& mailbox) noexcept {
 }
 
 }  // namespace
+
+SocketResult<std::uint32_t> FindHostAddress(const std::string& host) {
+  addrinfo hints{};
+  hints.ai_family = AF_INET;
+  hints.ai_socktype = SOCK_STREAM;
+  addrinfo* first = nullptr;
+  const int result = getaddrinfo(host.c_str(), nullptr, &hints, &first);
+  if (result != 0 || first == nullptr) {
+    return {0, LookUpErrorOf(result == 0 ? EAI_NONAME : result)};
+  }
+  const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> addresses(first, freeaddrinfo);
+  return {ntohl(reinterpret_cast<const sockaddr_in*>(first->ai_addr)->sin_addr.s_addr), 0};
+}
 
 /// Shared with the thread, which may be in the name service when the program ends.
 struct LookUpThread::Shared {

@@ -1,4 +1,4 @@
-// Name look-ups off the loop's thread, one after the other.
+// The addresses of hosts: at once, or off the loop's thread, one after the other.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +9,9 @@
 #include "platform/Sockets.h"
 
 namespace ostrel::platform {
+
+/// Asks the name service for the first IPv4 address of the host. May take seconds; any thread.
+SocketResult<std::uint32_t> FindHostAddress(const std::string& host);
 
 class LookUpThread {
  public:

@@ -17,11 +17,10 @@
 #include <vector>
 
 #include "platform/CodePage.h"
-#include "platform/FileContents.h"
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
-#include "platform/posix/ErrorNumber.h"
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/Path.h"
 
 namespace ostrel::platform {

@@ -12,7 +12,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/FileContents.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "platform/XmlGuard.h"

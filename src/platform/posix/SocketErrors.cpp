@@ -1,9 +1,9 @@
-#include "platform/posix/SocketErrors.h"
-
 #include <netdb.h>
 
 #include <cerrno>
 #include <utility>
+
+#include "platform/posix/ErrorNumbers.h"
 
 namespace ostrel::platform {
 namespace {

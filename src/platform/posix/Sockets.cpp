@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/posix/SocketErrors.h"
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/SocketTable.h"
 
 namespace ostrel::platform {

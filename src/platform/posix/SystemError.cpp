@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include "platform/posix/ErrorNumber.h"
+#include "platform/posix/ErrorNumbers.h"
 
 namespace ostrel::platform {
 namespace {

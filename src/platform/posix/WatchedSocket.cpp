@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-#include "platform/posix/SocketErrors.h"
+#include "platform/posix/ErrorNumbers.h"
 
 namespace ostrel::platform {
 namespace {

@@ -7,7 +7,7 @@
 #include <ratio>
 #include <string>
 
-#include "platform/win32/FileTime.h"
+#include "platform/win32/FileMetadata.h"
 #include "platform/win32/Path.h"
 
 namespace ostrel::platform {

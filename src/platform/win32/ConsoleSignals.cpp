@@ -1,13 +1,12 @@
 // Windows tells a console program of Ctrl-C and the like on a thread of its own; a message to a
 // hidden window brings that to the loop's thread.
-#include "platform/ConsoleSignals.h"
-
 #include <windows.h>
 
 #include <array>
 #include <atomic>
 #include <utility>
 
+#include "platform/Console.h"
 #include "platform/win32/MessageLoop.h"
 
 namespace ostrel::platform {
@@ -74,7 +73,7 @@ LRESULT CALLBACK Signals::OnMessage(HWND window, UINT message, WPARAM wParam, LP
 }  // namespace
 
 void OnConsoleSignal(ConsoleSignal signal, std::function<void()> handler) {
-  if (signal == ConsoleSignal::kToggleCommLog) return;
+  if (signal == ConsoleSignal::kUser) return;
   static Signals signals;
   signals.SetHandler(signal, std::move(handler));
 }

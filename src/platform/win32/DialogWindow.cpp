@@ -4,7 +4,6 @@
 
 #include "platform/win32/Dpi.h"
 #include "platform/win32/MessageLoop.h"
-#include "platform/win32/ProgramIcon.h"
 
 namespace ostrel::platform {
 

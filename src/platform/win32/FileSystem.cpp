@@ -8,11 +8,10 @@
 #include <memory>
 #include <utility>
 
-#include "platform/FileNames.h"
 #include "platform/SystemError.h"
-#include "platform/win32/FileTime.h"
+#include "platform/detail/FileNames.h"
+#include "platform/win32/FileMetadata.h"
 #include "platform/win32/Path.h"
-#include "platform/win32/ReparseTag.h"
 
 namespace ostrel::platform {
 namespace {

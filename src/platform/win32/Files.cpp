@@ -7,9 +7,8 @@
 #include <utility>
 
 #include "platform/SystemError.h"
-#include "platform/win32/FileTime.h"
+#include "platform/win32/FileMetadata.h"
 #include "platform/win32/Path.h"
-#include "platform/win32/ReparseTag.h"
 
 namespace ostrel::platform {
 namespace {

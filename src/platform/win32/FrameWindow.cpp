@@ -2,7 +2,6 @@
 
 #include "platform/win32/Dpi.h"
 #include "platform/win32/Path.h"
-#include "platform/win32/ProgramIcon.h"
 
 namespace ostrel::platform {
 namespace {

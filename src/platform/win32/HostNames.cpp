@@ -1,8 +1,8 @@
-#include "platform/HostNames.h"
-
 #include <winsock2.h>
 
 #include <cstring>
+
+#include "platform/Sockets.h"
 
 namespace ostrel::platform {
 namespace {

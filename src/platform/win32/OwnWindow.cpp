@@ -3,8 +3,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/win32/Dpi.h"
 #include "platform/win32/MessageLoop.h"
-#include "platform/win32/ProgramIcon.h"
 
 namespace ostrel::platform {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <exception>
 
-#include "platform/WindowProgram.h"
+#include "platform/ApplicationWindow.h"
 #include "platform/win32/Path.h"
 
 namespace ostrel::platform {

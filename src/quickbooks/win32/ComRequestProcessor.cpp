@@ -84,4 +84,8 @@ Outcome ComRequestProcessor::Call(const wchar_t* operation, const Arguments&... 
   });
 }
 
+std::unique_ptr<RequestProcessor> MakeInstalledRequestProcessor() {
+  return std::make_unique<ComRequestProcessor>(kRequestProcessorClass, kRequestProcessorInterface);
+}
+
 }  // namespace ostrel

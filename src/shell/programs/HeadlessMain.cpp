@@ -4,7 +4,6 @@
 
 #include "platform/Clock.h"
 #include "platform/Console.h"
-#include "platform/ConsoleSignals.h"
 #include "platform/FileSystem.h"
 #include "shell/forms/Menus.h"
 #include "shell/forms/Version.h"
@@ -45,8 +44,7 @@ void WireSignals(frmMain& form) {
   platform::OnConsoleSignal(ConsoleSignal::kExit, [&form] { form.MenuClick(mnuFileExit); });
   platform::OnConsoleSignal(ConsoleSignal::kSystemEnds,
                             [&form] { form.CloseRequest(CloseReason::kSystemEnds); });
-  platform::OnConsoleSignal(ConsoleSignal::kToggleCommLog,
-                            [&form] { form.MenuClick(mnuToolsCommLog); });
+  platform::OnConsoleSignal(ConsoleSignal::kUser, [&form] { form.MenuClick(mnuToolsCommLog); });
 }
 
 std::unique_ptr<SocketService> CreateSocketServer(SocketTransport& transport, Trace& trace) {

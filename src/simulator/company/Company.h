@@ -2,17 +2,27 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "simulator/company/Change.h"
 #include "simulator/company/ObjectList.h"
 #include "simulator/faults/Behaviour.h"
-#include "simulator/values/Stamp.h"
+#include "simulator/kinds/Kinds.h"
+#include "simulator/values/Dates.h"
 #include "simulator/xml/Element.h"
 
 namespace ostrel::simulator {
+
+/// A change of one object. A message collects a set of these, which are carried out together or not
+/// at all.
+struct Change {
+  const Kind* kind;
+  std::string id;                 // ListID or TxnID
+  std::optional<Element> object;  // complete and in order; nothing: the object is removed
+};
+using Changes = std::vector<Change>;
 
 /// The numbers that are in IDs. None is given out twice, whatever becomes of the object.
 class Numbers {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/SystemError.h"
-#include "simulator/values/Checksum.h"
+#include "simulator/company/Journal.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/company/Change.h"
+#include "simulator/company/Company.h"
 #include "simulator/company/CompanyStorage.h"
 #include "simulator/company/Journal.h"
 

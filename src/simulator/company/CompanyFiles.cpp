@@ -1,7 +1,6 @@
 #include <new>
 #include <utility>
 
-#include "platform/FileContents.h"
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"

@@ -7,7 +7,7 @@
 
 #include "simulator/company/Company.h"
 #include "simulator/company/CompanyFile.h"
-#include "simulator/values/Stamp.h"
+#include "simulator/values/Dates.h"
 
 namespace ostrel::simulator {
 

@@ -5,7 +5,7 @@
 
 #include "simulator/company/Company.h"
 #include "simulator/kinds/Kinds.h"
-#include "simulator/values/Stamp.h"
+#include "simulator/values/Dates.h"
 #include "simulator/xml/Element.h"
 
 namespace ostrel::simulator {

@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/company/Change.h"
 #include "simulator/company/Company.h"
 
 namespace ostrel::simulator {

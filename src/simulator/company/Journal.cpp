@@ -1,9 +1,10 @@
 #include "simulator/company/Journal.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
+#include <cstring>
 
-#include "simulator/values/Checksum.h"
 #include "simulator/xml/XmlReader.h"
 #include "simulator/xml/XmlWriter.h"
 
@@ -18,6 +19,13 @@ constexpr std::size_t kHeadSize =
     kHeadBegin.size() + kSizeDigits + 1 + kChecksumDigits + kHeadEnd.size();
 constexpr std::string_view kDamaged = "is damaged";
 constexpr std::string_view kUnknown = "says what cannot be carried out";
+
+// Each step can be undone, so that two texts which differ in one word never meet again.
+std::uint64_t Mixed(std::uint64_t sum, std::uint64_t word) {
+  constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
+  sum = (sum ^ word) * kOdd;
+  return sum ^ (sum >> 32);
+}
 
 std::string HeadText(std::size_t size, std::uint64_t checksum) {
   char digits[24];
@@ -212,6 +220,24 @@ class JournalReader {
 };
 
 }  // namespace
+
+std::uint64_t Checksum(std::string_view bytes, std::uint64_t before) {
+  std::uint64_t sum = Mixed(before, bytes.size());
+  while (!bytes.empty()) {
+    std::uint64_t word = 0;
+    const std::size_t count = std::min(bytes.size(), sizeof word);
+    std::memcpy(&word, bytes.data(), count);
+    sum = Mixed(sum, word);
+    bytes.remove_prefix(count);
+  }
+  return sum;
+}
+
+std::string ChecksumText(std::uint64_t checksum) {
+  char text[24];
+  std::snprintf(text, sizeof text, "%016llx", static_cast<unsigned long long>(checksum));
+  return text;
+}
 
 FileVersion VersionOf(std::string_view file) {
   return {.bytes = file.size(), .checksum = Checksum(file)};

@@ -26,9 +26,17 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/company/Change.h"
+#include "simulator/company/Company.h"
 
 namespace ostrel::simulator {
+
+/// The checksum tells damaged bytes from whole ones, and one version of a file from another. It is
+/// no secret: anybody can make bytes of any checksum. This one is of bytes that follow others of
+/// the checksum `before`.
+std::uint64_t Checksum(std::string_view bytes, std::uint64_t before = 0);
+
+/// Sixteen digits, "5f3e22a19b0c44d1".
+std::string ChecksumText(std::uint64_t checksum);
 
 /// Tells a company file from all others, however they are named.
 struct FileVersion {

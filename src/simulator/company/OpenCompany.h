@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "quickbooks/RequestProcessor.h"
-#include "simulator/company/Change.h"
 #include "simulator/company/Company.h"
 #include "simulator/company/CompanyFile.h"
 

@@ -5,8 +5,8 @@
 
 #include "simulator/values/Dates.h"
 #include "simulator/values/Decimal.h"
-#include "simulator/values/Errors.h"
 #include "simulator/values/LongWork.h"
+#include "simulator/values/Status.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -6,7 +6,6 @@
 #include "simulator/company/Objects.h"
 #include "simulator/company/Postings.h"
 #include "simulator/company/References.h"
-#include "simulator/messages/Merging.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/values/Decimal.h"
 #include "simulator/values/LongWork.h"

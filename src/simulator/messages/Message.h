@@ -9,7 +9,7 @@
 #include "simulator/kinds/Fields.h"
 #include "simulator/kinds/Kinds.h"
 #include "simulator/messages/Session.h"
-#include "simulator/values/Stamp.h"
+#include "simulator/values/Dates.h"
 #include "simulator/values/Status.h"
 #include "simulator/xml/Element.h"
 

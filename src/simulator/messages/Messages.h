@@ -2,6 +2,7 @@
 // row.
 #pragma once
 
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,7 +37,7 @@ Response AddTransaction(const Call& call);
 Response ModifyTransaction(const Call& call);
 Response DeleteTransaction(const Call& call);
 
-/// The one object of an response, as much of it as IncludeRetElement asks for.
+/// The one object of a response, as much of it as IncludeRetElement asks for.
 std::string OneRet(const Call& call, const Kind& kind, const Element& object);
 /// As in CannotSave: "Customers list, element "Jo"" or "Invoice".
 std::string Described(const Kind& kind, const Element& object);
@@ -44,6 +45,18 @@ std::string Described(const Kind& kind, const Element& object);
 Status CommitFor(const Call& call, const Changes& changes, std::string_view described);
 /// Commits what was added or modified; the response holds the object as it is in the company then.
 Response Saved(const Call& call, const Changes& changes, const Element& object);
+
+/// The object of an AddRq without its empty fields.
+Element Cleaned(const Element& source);
+/// Removes the fields that an AddRq may have and an object does not hold.
+void DropPassing(Element& object, std::span<const Field> fields);
+/// Gives `object` the fields of a ModRq; an empty field removes the object's. Lines, IDs and
+/// EditSequence are left alone.
+void Merge(Element& object, const Element& given);
+/// Finds the object of a ModRq. Returns the response that refuses one whose ID is unknown, or which
+/// has changed since the client read it; that one is returned as it is now.
+std::optional<Response> FindForChange(const Call& call, const Element& given,
+                                      const Element*& object);
 
 /// As in <?qbxml version="..."?>, oldest first.
 std::span<const std::string_view> SupportedVersions();

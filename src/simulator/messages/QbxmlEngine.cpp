@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "simulator/messages/Messages.h"
-#include "simulator/values/Errors.h"
 #include "simulator/values/LongWork.h"
+#include "simulator/values/Status.h"
 #include "simulator/xml/XmlReader.h"
 #include "simulator/xml/XmlWriter.h"
 

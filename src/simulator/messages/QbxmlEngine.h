@@ -1,9 +1,12 @@
-// Processes one qbXML request text on an open company.
+// The qbXML engine: processes one request text on an open company, and describes the requests that
+// it takes as a schema, with which the gateway reports where a request is wrong.
 #pragma once
+
+#include <string>
 
 #include "simulator/company/OpenCompany.h"
 #include "simulator/messages/Session.h"
-#include "simulator/values/Stamp.h"
+#include "simulator/values/Dates.h"
 
 namespace ostrel::simulator {
 
@@ -11,5 +14,11 @@ namespace ostrel::simulator {
 /// whole (malformed, unknown message or element, unknown version); nothing has changed then,
 /// because every message is checked before the first is processed.
 Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now);
+
+/// Returns a schema (XSD) of the requests that ProcessQbxml takes, made from the tables by which it
+/// checks them; samples/qbxmlops30.xsd is this text. Every request that is not refused as malformed
+/// is valid. A schema knows neither versions of qbXML nor the rules of iterators, so a valid
+/// request may be refused for these.
+std::string QbxmlSchema();
 
 }  // namespace ostrel::simulator

@@ -1,5 +1,3 @@
-#include "simulator/messages/QbxmlSchema.h"
-
 #include <algorithm>
 #include <deque>
 #include <initializer_list>
@@ -8,6 +6,7 @@
 #include <utility>
 
 #include "simulator/messages/Messages.h"
+#include "simulator/messages/QbxmlEngine.h"
 #include "simulator/xml/XmlWriter.h"
 
 namespace ostrel::simulator {

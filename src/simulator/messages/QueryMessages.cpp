@@ -7,8 +7,8 @@
 #include "simulator/messages/Filters.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/messages/RetWriter.h"
-#include "simulator/values/Errors.h"
 #include "simulator/values/LongWork.h"
+#include "simulator/values/Status.h"
 
 namespace ostrel::simulator {
 namespace {

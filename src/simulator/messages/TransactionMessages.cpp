@@ -9,7 +9,6 @@
 #include "simulator/company/Postings.h"
 #include "simulator/company/References.h"
 #include "simulator/company/Totals.h"
-#include "simulator/messages/Merging.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/values/LongWork.h"
 #include "simulator/xml/XmlWriter.h"

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "simulator/company/CompanyStorage.h"
-#include "simulator/values/Stamp.h"
+#include "simulator/values/Dates.h"
 
 namespace ostrel::simulator {
 

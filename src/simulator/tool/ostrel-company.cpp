@@ -7,7 +7,7 @@
 #include "platform/Console.h"
 #include "platform/SystemError.h"
 #include "simulator/company/CompanyReader.h"
-#include "simulator/messages/QbxmlSchema.h"
+#include "simulator/messages/QbxmlEngine.h"
 #include "simulator/tool/CompanyCheck.h"
 #include "simulator/tool/CompanyOptions.h"
 #include "simulator/tool/CompanyTables.h"

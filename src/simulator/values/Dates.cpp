@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 
 namespace ostrel::simulator {
 namespace {
@@ -176,6 +177,19 @@ DateRange RangeOf(std::string_view dateMacro, sys_days today) {
   const sys_days last = FirstDay(macro->period, today, macro->distance + 1) - days(1);
   if (!macro->toDate) return {from, last};
   return {from, std::min(last, from + (today - FirstDay(macro->period, today, 0)))};
+}
+
+Stamp MakeStamp(const platform::Clock& clock) {
+  const platform::TimePoint now = clock.Now();
+  const platform::LocalTime local = clock.ToLocalTime(now);
+  const int offset = std::abs(local.offsetMinutes);
+  char text[96];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d%c%02d:%02d", local.year,
+                local.month, local.day, local.hour, local.minute, local.second,
+                local.offsetMinutes < 0 ? '-' : '+', offset / 60, offset % 60);
+  const auto seconds =
+      std::chrono::duration_cast<std::chrono::seconds>(now.time_since_epoch()).count();
+  return {seconds, text};
 }
 
 }  // namespace ostrel::simulator

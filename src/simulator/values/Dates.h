@@ -8,9 +8,19 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/values/Stamp.h"
+#include "platform/Clock.h"
 
 namespace ostrel::simulator {
+
+/// A moment in the two forms in which QuickBooks' objects carry it.
+struct Stamp {
+  std::int64_t seconds;  // since 1970
+  std::string text;      // "2010-01-05T09:03:07-08:00"
+};
+
+Stamp MakeStamp(const platform::Clock& clock);
+
+inline const Stamp kEpoch = {0, "1970-01-01T00:00:00+00:00"};
 
 /// "2010-01-05"; nothing for what is no date.
 std::optional<std::chrono::sys_days> ParseDate(std::string_view text);

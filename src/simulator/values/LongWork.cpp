@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "simulator/values/Errors.h"
+#include "simulator/values/Status.h"
 
 namespace ostrel::simulator {
 namespace {

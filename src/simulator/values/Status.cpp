@@ -141,4 +141,11 @@ Status InvalidIterator(std::string_view id) {
           Sentence({"The iterator ID \"", id, "\" is not valid, or its iterator has ended."})};
 }
 
+void Fail(std::uint32_t hresult) {
+  const auto number = static_cast<std::int32_t>(hresult);
+  throw RequestProcessorError(number, Text(SentenceFor(number)));
+}
+
+void FailAsGivenUp() { throw RequestProcessorError(Raw(Hresult::kGivenUp), Text(kGivenUpText)); }
+
 }  // namespace ostrel::simulator

@@ -1,8 +1,13 @@
-// The outcome of one message, as its response element carries it.
+// The outcome of one message, as its response element carries it; and the errors with which the
+// stand-in refuses a whole operation.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "quickbooks/ErrorNumbers.h"
+#include "quickbooks/RequestProcessor.h"
 
 namespace ostrel::simulator {
 
@@ -39,5 +44,11 @@ Status OutOfDate(std::string_view editSequence);
 Status InvalidValue(std::string_view value, std::string_view field, std::string_view why);
 Status NotProcessed();
 Status InvalidIterator(std::string_view id);
+
+/// Raises RequestProcessorError with the HRESULT and QuickBooks' sentence for it.
+[[noreturn]] void Fail(std::uint32_t hresult);
+[[noreturn]] inline void Fail(Hresult hresult) { Fail(static_cast<std::uint32_t>(hresult)); }
+/// Raises the error of an operation that was given up.
+[[noreturn]] void FailAsGivenUp();
 
 }  // namespace ostrel::simulator

@@ -5,7 +5,7 @@
 
 #include "platform/EventLoop.h"
 #include "platform/win32/AutomationObject.h"
-#include "quickbooks/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/ComRequestProcessor.h"
 #include "simulator/SimulatedRequestProcessor.h"
 #include "simulator/win32/RequestProcessorObject.h"
 #include "simulator/win32/StopWindow.h"

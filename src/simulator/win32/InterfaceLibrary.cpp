@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "quickbooks/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/ComRequestProcessor.h"
 
 // The headers at hand lack these two.
 extern "C" {

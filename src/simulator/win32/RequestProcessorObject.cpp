@@ -7,7 +7,7 @@
 
 #include "platform/EventLoop.h"
 #include "platform/win32/AutomationObject.h"
-#include "quickbooks/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/ComRequestProcessor.h"
 #include "simulator/win32/Operations.h"
 
 namespace ostrel::simulator {

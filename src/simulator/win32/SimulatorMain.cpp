@@ -9,7 +9,7 @@
 #include "platform/SystemError.h"
 #include "platform/win32/AutomationObject.h"
 #include "platform/win32/Path.h"
-#include "quickbooks/win32/RequestProcessorClass.h"
+#include "quickbooks/win32/ComRequestProcessor.h"
 #include "simulator/win32/ComServer.h"
 #include "simulator/win32/InterfaceLibrary.h"
 #include "simulator/win32/Registration.h"

@@ -1,6 +1,6 @@
 #include "simulator/xml/XmlWriter.h"
 
-#include "simulator/values/Errors.h"
+#include "simulator/values/Status.h"
 #include "util/Text.h"
 
 namespace ostrel::simulator {

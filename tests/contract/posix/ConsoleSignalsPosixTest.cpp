@@ -3,7 +3,7 @@
 #include <csignal>
 #include <cstdlib>
 
-#include "platform/ConsoleSignals.h"
+#include "platform/Console.h"
 #include "platform/EventLoop.h"
 
 namespace ostrel::platform {
@@ -43,8 +43,8 @@ TEST(ConsoleSignalsDeathTest, InterruptAndTerminateAreExit) {
 }
 
 TEST(ConsoleSignalsDeathTest, TheFirstUserSignalTogglesTheCommLog) {
-  EXPECT_EXIT(std::_Exit(ExitCodeAfter(SIGUSR1, ConsoleSignal::kToggleCommLog)),
-              testing::ExitedWithCode(7), "");
+  EXPECT_EXIT(std::_Exit(ExitCodeAfter(SIGUSR1, ConsoleSignal::kUser)), testing::ExitedWithCode(7),
+              "");
 }
 
 TEST(ConsoleSignalsDeathTest, WithoutAHandlerTheSystemDecides) {
@@ -61,7 +61,7 @@ TEST(ConsoleSignalsDeathTest, ASignalWithinAHandlerIsServedToo) {
   EXPECT_EXIT(
       {
         int served = 0;
-        OnConsoleSignal(ConsoleSignal::kToggleCommLog, [&] {
+        OnConsoleSignal(ConsoleSignal::kUser, [&] {
           if (++served == 1) {
             std::raise(SIGUSR1);
           } else {

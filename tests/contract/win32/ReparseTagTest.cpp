@@ -1,7 +1,7 @@
 // Wine makes no links: what is one is tested by the tags that Windows gives.
 #include <gtest/gtest.h>
 
-#include "platform/win32/ReparseTag.h"
+#include "platform/win32/FileMetadata.h"
 
 namespace ostrel::platform {
 namespace {

@@ -3,10 +3,10 @@
 #include <fstream>
 #include <iterator>
 
-#include "../simulator/FakeCompanyStorage.h"
 #include "simulator/company/CompanyReader.h"
 #include "simulator/tool/Business.h"
 #include "simulator/tool/CompanyCheck.h"
+#include "tests/unit/simulator/FakeCompanyStorage.h"
 
 namespace ostrel::simulator {
 namespace {

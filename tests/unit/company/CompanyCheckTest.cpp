@@ -1,12 +1,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeClock.h"
-#include "../simulator/FakeCompanyStorage.h"
 #include "simulator/SimulatedRequestProcessor.h"
 #include "simulator/company/Journal.h"
 #include "simulator/tool/Business.h"
 #include "simulator/tool/CompanyCheck.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/simulator/FakeCompanyStorage.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/HostNames.h"
 #include "platform/SocketNotifications.h"
 #include "platform/Sockets.h"
 

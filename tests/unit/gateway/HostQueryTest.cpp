@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeRequestProcessor.h"
-#include "../doubles/FakeTrace.h"
 #include "gateway/HostQuery.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeRequestProcessor.h"
+#include "tests/unit/doubles/FakeTrace.h"
 
 namespace ostrel {
 namespace {

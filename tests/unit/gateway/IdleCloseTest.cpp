@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeClock.h"
 #include "gateway/IdleClose.h"
+#include "tests/unit/doubles/FakeClock.h"
 
 namespace ostrel {
 namespace {

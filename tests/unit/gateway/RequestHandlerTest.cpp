@@ -3,13 +3,13 @@
 
 #include <new>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeRequestProcessor.h"
-#include "../doubles/FakeTrace.h"
 #include "gateway/RequestHandler.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeRequestProcessor.h"
+#include "tests/unit/doubles/FakeTrace.h"
 
 namespace ostrel {
 namespace {

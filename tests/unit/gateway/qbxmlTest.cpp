@@ -6,8 +6,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "../doubles/FakeRequestProcessor.h"
 #include "gateway/qbxml.h"
+#include "tests/unit/doubles/FakeRequestProcessor.h"
 #include "util/Wire.h"
 
 namespace ostrel {

@@ -5,13 +5,13 @@
 #include <deque>
 #include <utility>
 
-#include "../doubles/FakeFolderNotification.h"
-#include "../doubles/FakeSocketService.h"
-#include "../doubles/FakeTrace.h"
-#include "../doubles/FakeWindow.h"
 #include "shell/commands/CommunicationModes.h"
 #include "shell/forms/Menus.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeFolderNotification.h"
+#include "tests/unit/doubles/FakeSocketService.h"
+#include "tests/unit/doubles/FakeTrace.h"
+#include "tests/unit/doubles/FakeWindow.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {

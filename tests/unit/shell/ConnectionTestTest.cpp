@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "SessionCommandTest.h"
 #include "shell/commands/ConnectionTest.h"
 #include "shell/commands/SupportReport.h"
+#include "tests/unit/shell/SessionCommandTest.h"
 
 namespace ostrel {
 namespace {

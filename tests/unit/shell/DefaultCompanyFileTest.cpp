@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "SessionCommandTest.h"
 #include "shell/commands/DefaultCompanyFile.h"
+#include "tests/unit/shell/SessionCommandTest.h"
 
 namespace ostrel {
 namespace {

@@ -11,19 +11,19 @@
 #include <memory>
 #include <utility>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeDialogs.h"
-#include "../doubles/FakeFolderNotification.h"
-#include "../doubles/FakeFrame.h"
-#include "../doubles/FakeNotifyIcon.h"
-#include "../doubles/FakeProcesses.h"
-#include "../doubles/FakeRequestProcessor.h"
-#include "../doubles/FakeSocketService.h"
-#include "../doubles/FakeTextForm.h"
-#include "../doubles/FakeWindow.h"
 #include "platform/EventLoop.h"
 #include "shell/frmMain.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeDialogs.h"
+#include "tests/unit/doubles/FakeFolderNotification.h"
+#include "tests/unit/doubles/FakeFrame.h"
+#include "tests/unit/doubles/FakeNotifyIcon.h"
+#include "tests/unit/doubles/FakeProcesses.h"
+#include "tests/unit/doubles/FakeRequestProcessor.h"
+#include "tests/unit/doubles/FakeSocketService.h"
+#include "tests/unit/doubles/FakeTextForm.h"
+#include "tests/unit/doubles/FakeWindow.h"
 
 namespace ostrel {
 

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeSockets.h"
-#include "../doubles/FakeTrace.h"
 #include "tests/support/BorrowedSocketService.h"
+#include "tests/unit/doubles/FakeSockets.h"
+#include "tests/unit/doubles/FakeTrace.h"
 #include "transports/GatewaySocketServer.h"
 
 namespace ostrel {

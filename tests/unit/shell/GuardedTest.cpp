@@ -4,8 +4,8 @@
 #include <new>
 #include <stdexcept>
 
-#include "../doubles/FakeTrace.h"
 #include "gateway/Guarded.h"
+#include "tests/unit/doubles/FakeTrace.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {

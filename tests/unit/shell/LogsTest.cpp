@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeWindow.h"
 #include "shell/commands/Logs.h"
 #include "shell/forms/Menus.h"
 #include "shell/forms/Version.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeWindow.h"
 
 namespace ostrel {
 namespace {

@@ -3,19 +3,19 @@
 
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeDialogs.h"
-#include "../doubles/FakeProcesses.h"
-#include "../doubles/FakeRequestProcessor.h"
-#include "../doubles/FakeTextForm.h"
-#include "../doubles/FakeTrace.h"
-#include "../doubles/FakeWindow.h"
 #include "gateway/RequestGate.h"
 #include "gateway/RequestHandler.h"
 #include "shell/commands/DefaultCompanyFile.h"
 #include "shell/forms/frmError.h"
 #include "shell/settings/SettingsFile.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeDialogs.h"
+#include "tests/unit/doubles/FakeProcesses.h"
+#include "tests/unit/doubles/FakeRequestProcessor.h"
+#include "tests/unit/doubles/FakeTextForm.h"
+#include "tests/unit/doubles/FakeTrace.h"
+#include "tests/unit/doubles/FakeWindow.h"
 
 namespace ostrel {
 

@@ -5,12 +5,12 @@
 #include <memory>
 #include <thread>
 
-#include "../doubles/FakeTrace.h"
-#include "../doubles/FakeWindow.h"
 #include "platform/Files.h"
 #include "shell/forms/Menus.h"
 #include "shell/settings/SettingsFile.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeTrace.h"
+#include "tests/unit/doubles/FakeWindow.h"
 #include "util/CodePage.h"
 #include "util/RunTimeError.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeWindow.h"
 #include "shell/forms/StatusList.h"
+#include "tests/unit/doubles/FakeWindow.h"
 
 namespace ostrel {
 namespace {

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeRequestProcessor.h"
-#include "../doubles/FakeTrace.h"
 #include "shell/commands/SupportReport.h"
 #include "shell/forms/Version.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeRequestProcessor.h"
+#include "tests/unit/doubles/FakeTrace.h"
 
 namespace ostrel {
 namespace {

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeNotifyIcon.h"
-#include "../doubles/FakeTrace.h"
 #include "shell/forms/TrayMenu.h"
+#include "tests/unit/doubles/FakeNotifyIcon.h"
+#include "tests/unit/doubles/FakeTrace.h"
 
 namespace ostrel {
 namespace {

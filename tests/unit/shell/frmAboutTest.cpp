@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeTextForm.h"
 #include "shell/forms/Version.h"
 #include "shell/forms/frmAbout.h"
+#include "tests/unit/doubles/FakeTextForm.h"
 
 namespace ostrel {
 namespace {

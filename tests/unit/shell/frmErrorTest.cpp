@@ -3,11 +3,11 @@
 
 #include <new>
 
-#include "../doubles/FakeDialogs.h"
-#include "../doubles/FakeTextForm.h"
-#include "../doubles/FakeTrace.h"
-#include "../doubles/FakeWindow.h"
 #include "shell/forms/frmError.h"
+#include "tests/unit/doubles/FakeDialogs.h"
+#include "tests/unit/doubles/FakeTextForm.h"
+#include "tests/unit/doubles/FakeTrace.h"
+#include "tests/unit/doubles/FakeWindow.h"
 
 namespace ostrel {
 namespace {

@@ -6,11 +6,11 @@
 #include <optional>
 #include <utility>
 
-#include "FormTest.h"
 #include "platform/EventLoop.h"
 #include "platform/Files.h"
 #include "shell/forms/Menus.h"
 #include "shell/frmMain.h"
+#include "tests/unit/shell/FormTest.h"
 
 namespace ostrel {
 namespace {

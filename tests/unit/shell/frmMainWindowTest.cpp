@@ -4,9 +4,9 @@
 
 #include <new>
 
-#include "FormTest.h"
 #include "shell/forms/Menus.h"
 #include "shell/forms/Version.h"
+#include "tests/unit/shell/FormTest.h"
 
 namespace ostrel {
 namespace {

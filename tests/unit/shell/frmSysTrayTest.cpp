@@ -3,9 +3,9 @@
 
 #include <new>
 
-#include "../doubles/FakeNotifyIcon.h"
-#include "../doubles/FakeTrace.h"
 #include "shell/forms/frmSysTray.h"
+#include "tests/unit/doubles/FakeNotifyIcon.h"
+#include "tests/unit/doubles/FakeTrace.h"
 
 namespace ostrel {
 namespace {

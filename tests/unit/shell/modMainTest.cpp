@@ -3,10 +3,10 @@
 
 #include <chrono>
 
-#include "FormTest.h"
 #include "platform/EventLoop.h"
 #include "shell/forms/Menus.h"
 #include "shell/modMain.h"
+#include "tests/unit/shell/FormTest.h"
 
 namespace ostrel {
 namespace {

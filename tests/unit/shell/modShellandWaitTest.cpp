@@ -3,9 +3,9 @@
 
 #include <chrono>
 
-#include "../doubles/FakeClock.h"
-#include "../doubles/FakeProcesses.h"
 #include "shell/commands/modShellandWait.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/doubles/FakeProcesses.h"
 
 namespace ostrel {
 namespace {

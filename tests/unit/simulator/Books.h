@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "Conversation.h"
 #include "tests/support/QbxmlResponse.h"
+#include "tests/unit/simulator/Conversation.h"
 
 namespace ostrel {
 

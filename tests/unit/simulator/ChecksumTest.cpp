@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "simulator/values/Checksum.h"
+#include "simulator/company/Journal.h"
 
 namespace ostrel::simulator {
 namespace {

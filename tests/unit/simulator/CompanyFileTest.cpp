@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "FakeCompanyStorage.h"
 #include "simulator/company/CompanyFile.h"
+#include "tests/unit/simulator/FakeCompanyStorage.h"
 
 namespace ostrel::simulator {
 namespace {

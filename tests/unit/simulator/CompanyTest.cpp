@@ -3,8 +3,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "Conversation.h"
 #include "simulator/company/CompanyReader.h"
+#include "tests/unit/simulator/Conversation.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string>
 
-#include "../doubles/FakeClock.h"
-#include "FakeCompanyStorage.h"
 #include "simulator/SimulatedRequestProcessor.h"
+#include "tests/unit/doubles/FakeClock.h"
+#include "tests/unit/simulator/FakeCompanyStorage.h"
 
 namespace ostrel {
 

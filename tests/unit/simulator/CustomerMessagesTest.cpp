@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Conversation.h"
+#include "tests/unit/simulator/Conversation.h"
 
 namespace ostrel {
 namespace {

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <string>
 
-#include "simulator/values/Errors.h"
+#include "simulator/values/Status.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "Books.h"
 #include "simulator/faults/Faults.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel {
 namespace {

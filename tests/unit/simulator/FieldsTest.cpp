@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "Conversation.h"
 #include "simulator/kinds/Fields.h"
 #include "simulator/xml/XmlReader.h"
+#include "tests/unit/simulator/Conversation.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "simulator/company/Journal.h"
-#include "simulator/values/Checksum.h"
 
 namespace ostrel::simulator {
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "Books.h"
 #include "simulator/kinds/Kinds.h"
 #include "simulator/messages/Messages.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel::simulator {
 namespace {

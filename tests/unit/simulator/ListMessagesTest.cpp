@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Books.h"
 #include "simulator/kinds/Kinds.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel {
 namespace {

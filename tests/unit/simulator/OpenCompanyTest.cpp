@@ -1,9 +1,9 @@
 // What becomes of an open company's changes on disk.
 #include <gtest/gtest.h>
 
-#include "Books.h"
 #include "simulator/company/Journal.h"
 #include "simulator/company/OpenCompany.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel {
 namespace {

@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Conversation.h"
 #include "simulator/messages/QbxmlEngine.h"
+#include "tests/unit/simulator/Conversation.h"
 
 namespace ostrel::simulator {
 namespace {

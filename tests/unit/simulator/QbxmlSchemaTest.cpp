@@ -4,12 +4,12 @@
 #include <fstream>
 #include <iterator>
 
-#include "Books.h"
 #include "platform/SchemaValidation.h"
 #include "simulator/messages/Messages.h"
-#include "simulator/messages/QbxmlSchema.h"
-#include "simulator/values/Errors.h"
+#include "simulator/messages/QbxmlEngine.h"
+#include "simulator/values/Status.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel::simulator {
 namespace {

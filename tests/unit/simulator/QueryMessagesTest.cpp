@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "Books.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel {
 namespace {

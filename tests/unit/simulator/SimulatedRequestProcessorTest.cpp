@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "Conversation.h"
 #include "simulator/SimulatedRequestProcessor.h"
+#include "tests/unit/simulator/Conversation.h"
 
 namespace ostrel {
 namespace {

@@ -1,5 +1,5 @@
-#include "Books.h"
 #include "tests/support/WorkedConversation.h"
+#include "tests/unit/simulator/Books.h"
 
 namespace ostrel {
 namespace {

@@ -5,12 +5,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "../doubles/FakeFolderNotification.h"
-#include "../doubles/FakeTrace.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/TextBudgetLimit.h"
+#include "tests/unit/doubles/FakeFolderNotification.h"
+#include "tests/unit/doubles/FakeTrace.h"
 #include "transports/FolderTransport.h"
 
 namespace ostrel {

@@ -1,11 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "../doubles/FakeTrace.h"
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
+#include "tests/unit/doubles/FakeTrace.h"
 #include "transports/ResponseFolder.h"
 
 namespace ostrel {

@@ -5,9 +5,9 @@
 #include <new>
 #include <stdexcept>
 
-#include "../doubles/FakeTrace.h"
 #include "tests/support/BorrowedSocketService.h"
 #include "tests/support/TextBudgetLimit.h"
+#include "tests/unit/doubles/FakeTrace.h"
 #include "transports/SocketTransport.h"
 #include "util/RunTimeError.h"
 

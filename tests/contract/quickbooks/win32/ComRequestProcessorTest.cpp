@@ -2,10 +2,9 @@
 
 #include "platform/EventLoop.h"
 #include "quickbooks/ErrorNumbers.h"
-#include "quickbooks/InstalledRequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 #include "quickbooks/win32/BusyServerFilter.h"
 #include "quickbooks/win32/ComRequestProcessor.h"
-#include "quickbooks/win32/RequestProcessorClass.h"
 #include "tests/contract/quickbooks/win32/StandInServer.h"
 #include "tests/support/ScratchFolder.h"
 

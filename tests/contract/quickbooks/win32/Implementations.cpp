@@ -1,6 +1,6 @@
 #include "tests/contract/quickbooks/Implementations.h"
 
-#include "quickbooks/InstalledRequestProcessor.h"
+#include "quickbooks/RequestProcessor.h"
 #include "simulator/SimulatedRequestProcessor.h"
 #include "tests/contract/quickbooks/win32/StandInServer.h"
 

@@ -1,4 +1,4 @@
-#include "platform/FileContents.h"
+#include "platform/Files.h"
 
 #include <span>
 

@@ -1,0 +1,28 @@
+// The facts that Windows keeps about a file: its times as the program's points in time, and whether
+// it only stands for another name.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "platform/Clock.h"
+
+namespace ostrel::platform {
+
+TimePoint FromFileTime(const FILETIME& time);
+FILETIME ToFileTime(TimePoint time);
+/// In units of 100 ns, which is what a FILETIME counts.
+std::int64_t TicksOf(const FILETIME& time);
+
+/// True for the tag of a symbolic link, a junction and the like. The tag of a file that is kept in
+/// the cloud, compressed or stored once for many names does not have this bit: it is that file.
+inline bool IsLinkTag(DWORD tag) { return IsReparseTagNameSurrogate(tag); }
+/// The tag of an open file; 0 when it is no reparse point.
+inline DWORD ReparseTag(HANDLE opened) {
+  FILE_ATTRIBUTE_TAG_INFO found{};
+  if (!GetFileInformationByHandleEx(opened, FileAttributeTagInfo, &found, sizeof found)) return 0;
+  return (found.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 ? found.ReparseTag : 0;
+}
+
+}  // namespace ostrel::platform
