@@ -51,7 +51,7 @@ class ApplicationWindow : public MainWindow, public WindowFrame {
 std::unique_ptr<ApplicationWindow> MakeApplicationWindow(
     const ApplicationWindowDescription& description);
 
-/// They belong to this window, or to none, and must not outlive it.
+/// Dialogs belong to this window; the others belong to none. None may outlive it.
 std::unique_ptr<Dialogs> MakeDialogs(ApplicationWindow& owner);
 std::unique_ptr<TextForm> MakeTextForm(const TextFormDescription& description);
 std::unique_ptr<NotifyIcon> MakeNotifyIcon();

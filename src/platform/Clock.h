@@ -8,8 +8,8 @@
 namespace ostrel::platform {
 
 using TimePoint = std::chrono::system_clock::time_point;
-/// Of a clock that nobody sets: for how long something lasts. It may stand still while the machine
-/// sleeps.
+/// A time on a clock that nobody sets, to measure how long something lasts. It may stand still
+/// while the machine sleeps.
 using SteadyPoint = std::chrono::steady_clock::time_point;
 
 struct LocalTime {

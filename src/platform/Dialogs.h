@@ -1,6 +1,6 @@
-// What the program asks of its user. Every question blocks its caller until it is answered and
-// dispatches events meanwhile; when the program ends, the answer is Cancel. A message with an OK
-// button is MainWindow's.
+// The questions that the program asks its user. Every question blocks its caller until it is
+// answered and dispatches events meanwhile; when the program ends, the answer is Cancel. A message
+// with an OK button is MainWindow's.
 #pragma once
 
 #include <optional>

@@ -20,14 +20,14 @@ int RenamePath(TextView from, TextView to);
 int RenameOver(TextView from, TextView to);
 /// Replaces `to` when it exists.
 int DuplicateFile(TextView from, TextView to);
-/// To the recycle bin; where there is none, erased.
+/// Moves the entry to the recycle bin; erases it where there is none.
 int RecyclePath(TextView path, bool confirm);
-/// What stands at this path, a link itself and not what it names (platform/Files.h says what counts
-/// as one).
+/// The kind of entry at a path. A link is an entry itself, whatever it names (platform/Files.h says
+/// which entries are links).
 enum class EntryKind { kNone, kFile, kFolder, kLink, kOther };
 EntryKind KindOf(TextView path);
-/// When the file was last written. It is not opened for that, so it may be in use by anyone;
-/// nothing when it is missing.
+/// The time at which the file was last written; nothing when it is missing. The file is not opened,
+/// so anybody may be using it.
 std::optional<TimePoint> ModifiedTime(TextView path);
 
 /// Creates an empty file with a new name that begins with the first three characters of `prefix`

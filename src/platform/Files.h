@@ -22,7 +22,7 @@ enum class FileCreation {
   kCreateNew    // fails with kFileExists when there is anything of the name, a link included
 };
 
-/// What is done with a link as the last component of a path: a symbolic link, and on Windows every
+/// The treatment of a link as the last component of a path: a symbolic link, and on Windows every
 /// reparse point that stands for another name (not the one of a file kept in the cloud, say).
 enum class FileLinks { kFollow, kRefuse /* with kStoppedOnLink */ };
 
@@ -53,7 +53,7 @@ class File {
   /// Writes all the bytes. 0, or the error number (kDiskFull among them).
   int WriteAt(std::int64_t position, std::span<const char> bytes);
 
-  /// In bytes; nothing when the system cannot tell.
+  /// The size in bytes; nothing when the system cannot tell.
   std::optional<std::int64_t> Size() const;
   /// Makes the file end at this position.
   int CutAt(std::int64_t position);

@@ -11,7 +11,7 @@
 
 namespace ostrel::platform {
 
-/// What the shell is told of an icon. Only what the flags name is valid.
+/// The description of an icon for the shell. Only the fields that the flags name are valid.
 struct NotifyIconRecord {
   static constexpr std::uint32_t kMessage = 1, kIcon = 2, kTip = 4;
 

@@ -1,5 +1,5 @@
-// What sockets and name look-ups tell the program, delivered on the event loop's thread in the
-// order in which it happened: WSAAsyncSelect and a hidden window on Windows, poll elsewhere.
+// The events of sockets and name look-ups, delivered on the event loop's thread in the order in
+// which they happened: WSAAsyncSelect and a hidden window on Windows, poll elsewhere.
 //
 // The rules, the same on every system:
 //   accept   comes when a connection waits, and again after each Accept while more wait. When the

@@ -36,7 +36,7 @@ class TextForm {
   virtual void SetCaption(TextView caption) = 0;
   /// Lines end with CR LF.
   virtual void SetText(TextView text) = 0;
-  /// In front of the other windows, whether it was open or not.
+  /// Shows the form in front of the other windows, whether it was open or not.
   virtual void Show() = 0;
   /// Harmless when repeated. Keeps caption and text.
   virtual void Close() = 0;

@@ -26,7 +26,7 @@ class WindowFrame {
   virtual void Show() = 0;
   virtual void Hide() = 0;
   virtual WindowState State() const = 0;
-  /// Of a hidden window: the state in which it is shown next.
+  /// For a hidden window, sets the state in which it is shown next.
   virtual void SetState(WindowState state) = 0;
   virtual void BringToFront() = 0;
   virtual IconHandle Icon() const = 0;

@@ -103,7 +103,7 @@ class XmlGuard {
     Enter(c == '-' ? Place::kComment : c == '[' ? Place::kCData : Place::kType);
   }
 
-  // What ends with so many of a character and a ">".
+  // The end of a part that is closed by so many of a character and a ">".
   void LeaveAt(char32_t c, char32_t end, std::size_t count) {
     if (c == '>' && lRun >= count) return Enter(Place::kText);
     lRun = c == end ? lRun + 1 : 0;

@@ -1,3 +1,6 @@
+// QuickBooks' own numbers lie in a row from kFirstOwn on, so the table of their sentences needs no
+// numbers: a sentence's place is its number. The lists below name the numbers that have a meaning
+// for a session: those after which it has ended, and those after which QuickBooks itself is gone.
 #include "quickbooks/ErrorNumbers.h"
 
 #include <algorithm>
@@ -105,7 +108,7 @@ constexpr ReducedText kReducedTexts[] = {
      u"preferences."},
 };
 
-// With these the session on the other side has ended: QuickBooks was closed under it.
+// The numbers after which the session has ended: QuickBooks was closed under it.
 constexpr std::int32_t kSessionLost[] = {
     0x401,  // could not access QuickBooks
     0x40C,  // BeginSession has not been called

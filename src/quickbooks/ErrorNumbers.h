@@ -11,7 +11,7 @@
 namespace ostrel {
 
 enum class Hresult : std::uint32_t {
-  // Of the system, for calls that never came to QuickBooks or never came back.
+  // The system's own numbers, for calls that never came to QuickBooks or never came back.
   kCallRejected = 0x80010001,  // RPC_E_CALL_REJECTED
   kGivenUp = 0x80010002,       // RPC_E_CALL_CANCELED: the caller gave the operation up
   kCallFailed = 0x800706BE,    // RPC_S_CALL_FAILED: QuickBooks ended in the middle of it

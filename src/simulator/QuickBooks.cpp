@@ -27,7 +27,7 @@ std::shared_ptr<OpenCompany> QuickBooks::Open(TextView named, FileMode mode, con
   for (int i = 1; i < kAttempts && hold.error == platform::kSharingViolation; ++i) {
     oSurroundings.delay(kPause, givenUp);
     if (givenUp) FailAsGivenUp();
-    // What ran meanwhile may have opened one.
+    // A handler that ran meanwhile may have opened a company.
     if (auto open = FindOpen(path, mode)) return open;
     hold = Lock(path);
   }

@@ -15,7 +15,8 @@
 
 namespace ostrel::simulator {
 
-/// What the stand-in takes from the system; tests put doubles here. All of it outlives QuickBooks.
+/// The services that the stand-in takes from the system; tests put doubles here. All of it outlives
+/// QuickBooks.
 struct Surroundings {
   CompanyStorage& storage;
   const platform::Clock& clock;
@@ -25,7 +26,7 @@ struct Surroundings {
   std::function<void()> dispatch = [] {};
   /// Ends the process as a crash does, if it can.
   std::function<void()> die;
-  /// The company that the user has open: what an empty file name opens.
+  /// The company that the user has open, which an empty file name opens.
   Text usersCompany;
 };
 
@@ -35,11 +36,11 @@ class QuickBooks {
 
   /// Raises RequestProcessorError when the company cannot be opened. It closes with the
   /// last reference to it. An empty path: the open company, else the user's.
-  /// One that another process has open is waited for a moment, in which events are dispatched:
-  /// that process may just be closing it.
+  /// Waits a moment for a company that another process has open and may just be closing; events
+  /// are dispatched meanwhile.
   std::shared_ptr<OpenCompany> Open(TextView path, FileMode mode, const bool& givenUp);
 
-  /// What is asked of OpenConnection, which names no company: by the open company, else the user's.
+  /// The conduct that the open company, else the user's, asks of OpenConnection, which names none.
   Conduct OpenConnectionConduct(const bool& givenUp);
   /// Waits, and fails or dies, as asked for; fails as soon as it is given up.
   void Perform(const Conduct& conduct, const bool& givenUp) const;

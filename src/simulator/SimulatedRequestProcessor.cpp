@@ -68,7 +68,7 @@ Text SimulatedRequestProcessor::Compute(TextView request, simulator::OpenCompany
   try {
     return simulator::ProcessQbxml(request, company, oSession, oQuickBooks.Now());
   } catch (const RequestProcessorError& error) {
-    // Whoever gives a request up wants to go.
+    // A client that gives a request up is about to leave.
     if (error.Number == Raw(Hresult::kGivenUp)) company.LeaveInJournal();
     throw;
   } catch (const std::bad_alloc&) {

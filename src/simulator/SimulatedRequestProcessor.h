@@ -51,12 +51,12 @@ class SimulatedRequestProcessor : public RequestProcessor {
 /// "sample.qbw" beside the program is the company that its user has open.
 std::unique_ptr<RequestProcessor> MakeSimulatedRequestProcessor();
 
-/// What ends this process where a company file asks for it (processRequestDies). Without it the
-/// request fails as a client of an ended process sees it.
+/// Sets the routine that ends this process where a company file asks for it (processRequestDies).
+/// Without it the request fails as a client of an ended process sees it.
 void SetSimulatedDeath(std::function<void()> die);
 
-/// What handles events while a request is computed, platform::DoEvents unless set. A process whose
-/// events are calls of other clients must let none of them in then.
+/// Sets the routine that handles events while a request is computed; platform::DoEvents unless set.
+/// A process whose events are calls of other clients must let none of them in then.
 void SetSimulatedDispatching(std::function<void()> dispatch);
 
 }  // namespace ostrel

@@ -24,8 +24,8 @@ std::function<void()>& Dispatching() {
   return dispatch;
 }
 
-// In steps, for the loop does not look at what ends the delay. A step that ends early means that
-// the loop was told to quit.
+// The delay passes in steps, since the loop does not look at the flag that ends it. A step that
+// ends early means that the loop was told to quit.
 void Delay(milliseconds time, const bool& over) {
   constexpr milliseconds longest(50);
   const auto end = steady_clock::now() + time;

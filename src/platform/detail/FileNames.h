@@ -1,4 +1,5 @@
-// What file names mean in a listing, the same on every system. For the twins of FileSystem.
+// Patterns and the order of file names in a listing, the same on every system. For the twins of
+// FileSystem.cpp only.
 #pragma once
 
 #include <algorithm>
@@ -8,8 +9,8 @@
 
 namespace ostrel::platform {
 
-/// Both in one case. "*" stands for any run of characters, "?" for one. After a mismatch only the
-/// last "*" is tried again, so the time is bounded by the product of the lengths.
+/// Expects both in one letter case. "*" stands for any run of characters, "?" for one. After a
+/// mismatch only the last "*" is tried again, so the time is bounded by the product of the lengths.
 inline bool MatchesPattern(TextView name, TextView pattern) {
   std::size_t n = 0, p = 0;
   std::size_t star = TextView::npos, resume = 0;

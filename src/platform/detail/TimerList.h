@@ -1,5 +1,5 @@
-// When which timer ticks: the part of the event loop that is the same on every system. For the
-// twins of EventLoop.cpp only.
+// The timers and the times at which they tick: the part of the event loop that is the same on every
+// system. For the twins of EventLoop.cpp only.
 #pragma once
 
 #include <algorithm>
@@ -51,7 +51,7 @@ class TimerList {
     }
   }
 
-  /// Of all enabled timers; the clock's maximum without any.
+  /// The next tick of all enabled timers; the clock's maximum without any.
   LoopClock::time_point NextDue() const {
     auto next = LoopClock::time_point::max();
     for (const auto& timer : timers) {

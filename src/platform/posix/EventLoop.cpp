@@ -1,6 +1,11 @@
 // The event loop over epoll: the system keeps the set of descriptors, so that a thousand idle
-// connections cost nothing. What is to be watched for changes several times while an event is
+// connections cost nothing. The events to be watched for change several times while an event is
 // handled; the system is told once, before the next wait.
+//
+// A handler may dispatch events itself. Rounds therefore nest, and share one queue of reported
+// descriptors: an event that an outer round has not handed out yet is handed out by the inner one,
+// so that no event overtakes an older one. A handler may also destroy any watch, its own included;
+// entries are kept alive until the round has passed them.
 #include "platform/EventLoop.h"
 
 #include <fcntl.h>
@@ -115,8 +120,8 @@ void Loop::SetEvents(WatchEntry& entry, short events) {
   }
 }
 
-/// False without memory for it. A descriptor without events is taken out: the system would go on
-/// reporting its hang-up.
+/// False when the system has no memory for it. A descriptor without events is taken out: the system
+/// would go on reporting its hang-up.
 bool Loop::TellSystem(WatchEntry& entry) const {
   if (entry.events == entry.told) {
     return true;
@@ -134,7 +139,7 @@ bool Loop::TellSystem(WatchEntry& entry) const {
   return true;
 }
 
-/// What the system has no memory for is told again in the next round.
+/// Changes for which the system has no memory are told again in the next round.
 void Loop::TellChanges() {
   std::erase_if(changes, [this](const std::shared_ptr<WatchEntry>& entry) {
     entry->changed = !TellSystem(*entry);

@@ -1,3 +1,7 @@
+// Product paths are resolved to the system's, ignoring the letter case of folders, before each call
+// (Path.h). Entries are examined relative to the open folder and never followed through a link by
+// accident. Names that are no text, or that have a "\" in them, cannot be reached through a product
+// path and are left out of listings.
 #include "platform/FileSystem.h"
 
 #include <dirent.h>
@@ -32,8 +36,8 @@ bool StatusOf(int folder, const char* name, struct stat& status, int flags = 0) 
   return fstatat(folder, name, &status, flags) == 0;
 }
 
-// Of an entry of a folder. A link is listed unless it leads to a folder: whoever opens it is to be
-// told that it is one.
+// True for an entry that a listing shows. A link is listed unless it leads to a folder: whoever
+// opens it is to be told that it is one.
 bool IsListed(int folder, const dirent& entry) {
   if (entry.d_type == DT_REG || entry.d_type == DT_DIR) return entry.d_type == DT_REG;
   struct stat status;
@@ -42,7 +46,7 @@ bool IsListed(int folder, const dirent& entry) {
   return !StatusOf(folder, entry.d_name, status) || !S_ISDIR(status.st_mode);
 }
 
-// Of an operation from one path to another: "no such file" may mean either.
+// The result of an operation from one path to another: "no such file" may mean either.
 int TransferError(int error, const std::string& from) {
   struct stat status;
   if (error == kFileNotFound && StatusOf(AT_FDCWD, from.c_str(), status)) return kPathNotFound;

@@ -1,3 +1,8 @@
+// POSIX lets several programs open a file at once, so exclusive use is made of two parts. A lock
+// (flock) keeps out every other File, in this process or another. A lease, asked for and given back
+// at once, shows whether a program that takes no locks is writing the file. A file that was
+// replaced or erased between its opening and its lock is opened anew, since the lock would guard a
+// file that no longer has the name.
 #include "platform/Files.h"
 
 #include <fcntl.h>
@@ -36,8 +41,8 @@ int OpenFlags(FileAccess access, FileCreation creation, FileLinks links) {
   return creation == FileCreation::kOpenExisting ? flags : flags | O_CREAT;
 }
 
-// What is neither missing nor a file is not even opened, since whoever reads a pipe would notice. 0
-// for a file, and for what the open itself has to say.
+// The error of an entry that exists and is no file, which is not even opened: the reader of a pipe
+// would notice. 0 for a file, and for faults that the open itself reports.
 int ErrorOfOtherThanFile(const std::string& path, FileCreation creation, FileLinks links) {
   struct stat status;
   const bool follows = links == FileLinks::kFollow;
@@ -54,8 +59,8 @@ int LockWhole(int descriptor) {
   return errno == EWOULDBLOCK ? kSharingViolation : 0;
 }
 
-// Whether anybody has the file open for writing, whom a lock does not show who takes none: the
-// system then refuses a lease (fcntl(2), F_SETLEASE). Where leases cannot be had (another user's
+// True when anybody has the file open for writing, even without a lock: the system then refuses a
+// lease (fcntl(2), F_SETLEASE). Where leases cannot be had (another user's
 // file, a network file system), nobody is assumed.
 bool IsBeingWritten(int descriptor) {
   // Sent to the holder of a lease when somebody opens the file just then; by itself it would end

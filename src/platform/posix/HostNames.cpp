@@ -11,7 +11,7 @@
 namespace ostrel::platform {
 namespace {
 
-/// Of an interface that is up and leads out of the machine.
+/// The address of an interface that is up and leads out of the machine.
 std::optional<std::uint32_t> OutwardAddress(const ifaddrs& interface) {
   const bool outward =
       (interface.ifa_flags & IFF_UP) != 0 && (interface.ifa_flags & IFF_LOOPBACK) == 0;
@@ -29,7 +29,7 @@ class PosixHostNames final : public HostNames {
     return name;
   }
 
-  /// Not by way of the name, which many systems give an address of the loopback.
+  /// The name would not do: many systems give it an address of the loopback.
   std::uint32_t OwnAddress() override {
     ifaddrs* first = nullptr;
     getifaddrs(&first);

@@ -1,5 +1,5 @@
-// What the POSIX files feed into the event loop: descriptors to watch, tasks from other threads,
-// and a wait for something of their own while events are dispatched. Not for code above the seam.
+// The event loop's side for the POSIX files: descriptors to watch, tasks from other threads, and a
+// wait for a condition of their own while events are dispatched. Not for code above the seam.
 #pragma once
 
 #include <chrono>

@@ -16,8 +16,8 @@ std::string ResolveFolder(TextView path);
 /// component stays exactly as it is given: names of files that differ in case are different files.
 std::string ResolveFile(TextView path);
 
-/// What is missing when the system says "no such file" of this resolved path: kFileNotFound, or
-/// kPathNotFound when its folder is not there either. Other numbers stay as they are.
+/// Refines "no such file" of this resolved path: kFileNotFound, or kPathNotFound when its folder is
+/// missing too. Other numbers stay as they are.
 int RefineMissing(int error, const std::string& resolved);
 
 }  // namespace ostrel::platform

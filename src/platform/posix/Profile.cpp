@@ -200,7 +200,7 @@ int WriteAllTo(int descriptor, std::string_view bytes, mode_t mode) {
   return fchmod(descriptor, mode) == 0 && fsync(descriptor) == 0 ? 0 : LastErrorNumber();
 }
 
-// Whoever looks, or comes back after a crash, finds the old file or the new one. A link stays a
+// A reader, also after a crash, finds the old file or the new one. A link stays a
 // link: the file that it names is the one replaced.
 int ReplaceWhole(TextView path, std::string_view bytes) {
   std::error_code failed;

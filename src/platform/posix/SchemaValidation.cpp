@@ -41,7 +41,8 @@ void FreeParser(xmlParserCtxt* parser) {
 }
 using Parser = Owner<xmlParserCtxt, FreeParser>;
 
-// Nothing but what is handed over is read: no DTD, no entity, no included schema, no network.
+// The options let the parser read only the text that it is given: no DTD, no entity, no included
+// schema, no network.
 xmlParserInputPtr LoadNothing(const char*, const char*, xmlParserCtxtPtr) { return nullptr; }
 
 void InitializeLibrary() {

@@ -1,3 +1,7 @@
+// The socket operations over POSIX sockets. Handles are places in a table (SocketTable), not
+// descriptors, so that they behave as on Windows. Each operation that takes something out of a
+// socket or puts something in tells the socket's watch, which then announces the next event by the
+// rules of platform/SocketNotifications.h.
 #include "platform/Sockets.h"
 
 #include <netinet/in.h>
@@ -50,13 +54,14 @@ int AskOption(int descriptor, int option) {
 
 int ResultOf(int result) { return result == 0 ? 0 : SocketErrorOf(errno); }
 
-/// Else the end of an answer waits, about 40 ms, until the peer has acknowledged what came before.
+/// Without this the end of a response waits, about 40 ms, until the peer has acknowledged the bytes
+/// before it.
 void SendAtOnce(int descriptor) {
   const int on = 1;
   setsockopt(descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
-/// Of a connection on which nothing comes: the first probe after a minute, given up after six.
+/// Has an idle connection probed after a minute, and given up after six probes without a reply.
 void ProbeWhenIdle(int descriptor) {
   constexpr std::pair<int, int> kSeconds[] = {
       {TCP_KEEPIDLE, 60}, {TCP_KEEPINTVL, 10}, {TCP_KEEPCNT, 6}};

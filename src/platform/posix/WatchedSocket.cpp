@@ -1,3 +1,6 @@
+// poll reports a state (readable, room to send) for as long as it lasts, while the program is to
+// get an event once. A socket therefore watches only for the states of which the program has not
+// been told, and watches for one again when the operation that changes it has been called.
 #include "platform/posix/WatchedSocket.h"
 
 #include <poll.h>

@@ -1,3 +1,6 @@
+// Automation calls methods by name: the name is looked up in the object, then called with VARIANTs,
+// whose order is from the last argument to the first. A failure may come with an exception that the
+// object describes; its texts are the caller's to free, and its code may be missing.
 #include "platform/win32/AutomationObject.h"
 
 #include <new>

@@ -36,7 +36,7 @@ class Variant {
   Variant() { VariantInit(&oValue); }
   /// Raises std::bad_alloc.
   explicit Variant(TextView text);
-  /// Of nothing but a boolean: a literal text would turn into one too.
+  /// Takes nothing but a boolean: a literal text would turn into one too.
   explicit Variant(std::same_as<bool> auto value) : Variant() {
     oValue.vt = VT_BOOL;
     oValue.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
@@ -61,7 +61,7 @@ class Variant {
   VARIANT oValue;
 };
 
-/// What a call came to: 0 or a failure's HRESULT with its description.
+/// The outcome of a call: 0 or a failure's HRESULT with its description.
 struct Outcome {
   HRESULT number = S_OK;
   Text description = {};

@@ -15,7 +15,7 @@ namespace {
 
 using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 
-// From 1 January 1601, where a FILETIME begins, to 1970.
+// The time from 1 January 1601, where a FILETIME begins, to 1970.
 constexpr Ticks kEpoch{116'444'736'000'000'000};
 constexpr Ticks::rep kTicksPerMinute = 60 * 10'000'000LL;
 
@@ -34,7 +34,7 @@ int OffsetMinutes(TimePoint time, const SYSTEMTIME& local) {
   return static_cast<int>(std::lround(ticks / kTicksPerMinute));
 }
 
-// Both formatting functions, with the user's locale and its own format.
+// Calls one of the two formatting functions with the user's locale and its own format.
 template <typename Format>
 Text Formatted(Format format, DWORD flags, const SYSTEMTIME& time) {
   std::wstring text(

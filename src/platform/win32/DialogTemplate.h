@@ -29,7 +29,7 @@ class DialogTemplate {
  public:
   DialogTemplate(DWORD style, UnitRect place, std::wstring_view caption);
 
-  /// In the order of the Tab key.
+  /// The controls in the order of the Tab key.
   void Add(const DialogControl& control);
   /// Valid until the next Add.
   const DLGTEMPLATE* Get() const { return reinterpret_cast<const DLGTEMPLATE*>(words.data()); }

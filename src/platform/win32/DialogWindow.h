@@ -1,5 +1,5 @@
-// A dialog window whose messages a class of ours answers: the base of the input box and of the
-// forms. The system's own dialog behaviour (Tab, Enter, Escape, access keys) is left as it is.
+// A dialog window whose messages are handled by a class of ours: the base of the input box and of
+// the forms. The system's own dialog behaviour (Tab, Enter, Escape, access keys) is left as it is.
 #pragma once
 
 #include <windows.h>
@@ -29,13 +29,13 @@ class DialogWindow {
   /// Null while there is no window.
   HWND Handle() const { return hDialog; }
   HWND Control(int id) const { return GetDlgItem(hDialog, id); }
-  /// In pixels.
+  /// The size in pixels.
   SIZE FromUnits(short width, short height) const;
   void Place(int id, int left, int top, int width, int height) const;
 
   /// True: answered. May raise: then the system answers.
   virtual bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
-  /// As OwnWindow's.
+  /// Works as OwnWindow's does.
   void Raise(UINT message, const std::function<void()>& handlers) const noexcept;
 
  private:

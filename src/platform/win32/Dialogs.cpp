@@ -50,7 +50,8 @@ bool HeldClipboard::Set(std::wstring_view text) {
   return false;
 }
 
-/// As the file dialog wants it: each description and pattern ended by a zero, and one at the end.
+/// The filter as the file dialog wants it: each description and pattern ended by a zero, and one at
+/// the end.
 std::wstring FilterOf(TextView filter) {
   std::wstring text;
   for (const FilterEntry& entry : FilterEntries(filter)) {

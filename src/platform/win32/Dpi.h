@@ -11,7 +11,7 @@ namespace ostrel::platform {
 
 inline constexpr int kUsualDpi = 96;
 
-/// Of the screen that the window is on.
+/// The density of the screen that the window is on.
 int DpiOf(HWND window);
 int SystemDpi();
 

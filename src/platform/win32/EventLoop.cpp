@@ -69,7 +69,7 @@ class Loop {
 
   HWND oWindow = nullptr;
   LoopClock::time_point armedFor = kForEver;
-  /// What this loop has dispatched, until its handlers begin: nested loops' messages differ.
+  /// The message that this loop has dispatched, until its handlers begin: nested loops' differ.
   HWND oDispatchedTo = nullptr;
   UINT dispatched = 0;
 };

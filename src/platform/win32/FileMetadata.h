@@ -12,7 +12,7 @@ namespace ostrel::platform {
 
 TimePoint FromFileTime(const FILETIME& time);
 FILETIME ToFileTime(TimePoint time);
-/// In units of 100 ns, which is what a FILETIME counts.
+/// The time in units of 100 ns, which a FILETIME counts.
 std::int64_t TicksOf(const FILETIME& time);
 
 /// True for the tag of a symbolic link, a junction and the like. The tag of a file that is kept in

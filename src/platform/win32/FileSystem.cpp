@@ -1,3 +1,6 @@
+// Each operation is one call of the system on the path in its long form (Path.h), which has no
+// limit of 260 characters. Listings take all names from the system and select them here: the
+// system's own patterns would compare the short 8.3 names as well.
 #include "platform/FileSystem.h"
 
 #include <windows.h>
@@ -23,8 +26,8 @@ struct CloseFind {
 
 int Result(BOOL succeeded) { return succeeded ? 0 : LastErrorNumber(); }
 
-// What a function gives that fills a buffer and returns the length: without the NUL when the buffer
-// sufficed, with it when it did not.
+// The text of a function that fills a buffer and returns the length: without the NUL when the
+// buffer sufficed, with it when it did not.
 template <typename Fill>
 std::wstring Filled(Fill fill) {
   std::wstring text(MAX_PATH, L'\0');

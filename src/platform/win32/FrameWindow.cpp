@@ -1,3 +1,8 @@
+// The main window: a menu bar, the status list and a notice below it. The window procedure is the
+// table in Messages; a handler that belongs to the program runs in Raise, which keeps timers
+// running and lets nothing out. A hidden window has no state of its own in Windows, so the state in
+// which it is to be shown next is kept here. Everything is laid out in pixels at 96 dots per inch
+// and scaled to the screen that the window is on.
 #include "platform/win32/FrameWindow.h"
 
 #include "platform/win32/Dpi.h"
@@ -8,7 +13,7 @@ namespace {
 
 constexpr int kListControl = 1, kNoticeControl = 2;
 
-// Pixels at 96 dots per inch.
+// Lengths in pixels at 96 dots per inch.
 constexpr int kMargin = 8;
 constexpr SIZE kUsualSize{600, 380};
 constexpr SIZE kSmallestSize{340, 240};
@@ -18,8 +23,7 @@ constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN;
 // A message box does not scroll.
 constexpr std::size_t kLongestMessage = 4000;
 
-/// Whoever starts the program hidden means the icon in the notification area, as who starts it
-/// minimised.
+/// A program that is started hidden or minimised begins as an icon in the notification area.
 WindowState StateAskedFor() {
   STARTUPINFOW start{};
   start.cb = sizeof start;
@@ -87,7 +91,8 @@ FrameWindow::FrameWindow(const ApplicationWindowDescription& description)
   oSessionEnd.Delay(Handle());
 }
 
-/// The menu is not the window's to destroy. Who was told of its size may be gone by now.
+/// Messages are not handled any more, since the receivers of events may be gone. The menu is taken
+/// out first: it is not the window's to destroy.
 FrameWindow::~FrameWindow() {
   StopAnswering();
   SetMenu(Handle(), nullptr);
@@ -117,7 +122,7 @@ MessageResult FrameWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam)
   return AnswerFromTable(*this, Messages(), message, wParam, lParam);
 }
 
-// --- what the form asks for
+// --- requests of the program
 
 void FrameWindow::SetCaption(TextView caption) {
   SetWindowTextW(Handle(), ToWide(caption).c_str());
@@ -143,7 +148,7 @@ void FrameWindow::SetMark(TextView name) {
 
 void FrameWindow::RemoveMark(TextView name) { RemovePropW(Handle(), ToWide(name).c_str()); }
 
-/// Not by ShowWindow, whose first call in a program takes the starter's wish instead of ours.
+/// ShowWindow would not do: its first call in a program takes the starter's wish instead of ours.
 void FrameWindow::Show() {
   if (IsWindowVisible(Handle())) return;
   WINDOWPLACEMENT placement{};
@@ -242,7 +247,7 @@ MessageResult FrameWindow::OnSettingChange(WPARAM wParam, LPARAM) {
   return std::nullopt;
 }
 
-// --- what the user and the system do
+// --- actions of the user and of the system
 
 MessageResult FrameWindow::OnCommand(WPARAM wParam, LPARAM lParam) {
   const bool fromMenu = lParam == 0;
@@ -281,8 +286,8 @@ MessageResult FrameWindow::OnClose(WPARAM, LPARAM) {
 
 MessageResult FrameWindow::OnQueryEndSession(WPARAM, LPARAM) { return TRUE; }
 
-/// Does not wait: a request in work goes on only when this has returned. SessionEnd keeps the
-/// system waiting instead.
+/// Returns at once: a request in work goes on only after that. SessionEnd keeps the system waiting
+/// instead.
 MessageResult FrameWindow::OnEndSession(WPARAM wParam, LPARAM) {
   if (wParam != FALSE) RaiseClose(WM_ENDSESSION, CloseReason::kSystemEnds);
   return 0;

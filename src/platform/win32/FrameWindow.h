@@ -42,7 +42,7 @@ class FrameWindow : public ApplicationWindow, public OwnWindow {
   /// answer (IDOK ...), 0 when there was none.
   int AskInMessageBox(TextView text, UINT style) const;
   const std::wstring& Title() const { return title; }
-  /// What a dialog belongs to; null while this window is hidden.
+  /// The owner of dialogs: this window; null while it is hidden.
   HWND DialogOwner() const;
 
  private:
@@ -79,8 +79,8 @@ class FrameWindow : public ApplicationWindow, public OwnWindow {
   SessionEnd oSessionEnd;
 };
 
-/// Sent to the marked window of another instance: be seen, in front. The window answers kRestored
-/// when it is.
+/// The message that asks the marked window of another instance to be seen, in front. The window
+/// returns kRestored when it is.
 UINT RestoreRequest();
 inline constexpr LRESULT kRestored = 1;
 

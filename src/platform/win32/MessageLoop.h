@@ -1,4 +1,4 @@
-// What the Windows files need of the event loop: a wait for a kernel object while events are
+// The event loop's side for the Windows files: a wait for a kernel object while events are
 // dispatched, and a frame for the handlers of a window procedure. Not for code above the seam.
 #pragma once
 

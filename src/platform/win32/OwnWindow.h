@@ -1,6 +1,6 @@
-// A window whose messages a class of ours answers: the base of the main window and of the one that
-// belongs to the icon in the notification area. A derived class has a table from message to member
-// function.
+// A window whose messages are handled by a class of ours: the base of the main window and of the
+// one that belongs to the icon in the notification area. A derived class has a table from message
+// to member function.
 #pragma once
 
 #include <windows.h>
@@ -11,7 +11,7 @@
 
 namespace ostrel::platform {
 
-/// What a message comes to; nothing: what the system makes of it.
+/// The result of a message; nothing leaves the message to the system.
 using MessageResult = std::optional<LRESULT>;
 
 template <typename Window>
@@ -50,7 +50,7 @@ class OwnWindow {
   /// Hidden, where and as large as the system likes. Raises std::runtime_error
   /// when the system has no window left.
   void Create(const Frame& frame);
-  /// From here on the system answers every message.
+  /// From here on the system handles every message.
   void StopAnswering();
   /// Harmless when repeated.
   void Destroy();

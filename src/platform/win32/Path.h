@@ -16,7 +16,7 @@ Text FromWide(std::wstring_view text);
 
 /// The system's number for this failure, with what differs between its calls made one. 0 stays 0.
 int ErrorNumberOf(unsigned long systemError);
-/// Of the calling thread's last error; never 0.
+/// The number of the calling thread's last error; never 0.
 int LastErrorNumber();
 
 }  // namespace ostrel::platform

@@ -24,7 +24,7 @@ class SystemProcesses : public Processes {
   bool HasEnded(ProcessId process) override;
 
  private:
-  /// As long as it is held, the system gives its number to no other process.
+  /// As long as this handle is held, the system gives the number to no other process.
   std::map<ProcessId, UniqueHandle> started;
 };
 

@@ -33,7 +33,7 @@ void SessionEnd::Run() {
   windowClass.hInstance = GetModuleHandleW(nullptr);
   windowClass.lpszClassName = kClass;
   RegisterClassW(&windowClass);
-  // Not a message-only window: those are not told of the session's end.
+  // Message-only windows are not told of the session's end.
   const HWND window = CreateWindowExW(WS_EX_TOOLWINDOW, kClass, L"", WS_POPUP, 0, 0, 0, 0, nullptr,
                                       nullptr, GetModuleHandleW(nullptr), nullptr);
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));

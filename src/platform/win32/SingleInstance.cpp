@@ -24,7 +24,7 @@ class MutexLock : public InstanceLock {
 }  // namespace
 
 std::unique_ptr<InstanceLock> AcquireInstanceLock(TextView name) {
-  // That the name exists is the lock; the name goes when the last handle is closed.
+  // The lock is the existence of the name, which goes when the last handle is closed.
   const HANDLE mutex = CreateMutexW(nullptr, TRUE, ToWide(name).c_str());
   const DWORD error = GetLastError();
   auto lock = std::make_unique<MutexLock>(mutex);

@@ -1,3 +1,11 @@
+// Windows posts the events of sockets to this window's message queue, where they may outlive their
+// socket: a message can come for a handle that the system has given out anew. Each message is
+// therefore checked against what is known of the socket and against the socket itself, which is
+// asked whether it has data or has really ended.
+//
+// Events that Windows does not post, or not again, are posted here: room to send after every send,
+// a close that waited until everything was received, and any message for which the queue had no
+// room.
 #include "platform/win32/SocketWindow.h"
 
 #include <chrono>
@@ -161,7 +169,7 @@ SocketWindow::Socket* SocketWindow::Find(SocketHandle handle) {
   return found == sockets.end() ? nullptr : &found->second;
 }
 
-/// A full message queue takes no more; nobody else would tell of this event again.
+/// A message that does not fit into a full queue is kept: nobody would tell of its event again.
 void SocketWindow::Post(SocketHandle handle, int event) {
   const auto socket = static_cast<WPARAM>(handle);
   if (!PostToQueue(oWindow, socketMessage, socket, MAKELPARAM(event, 0))) {

@@ -1,5 +1,5 @@
-// The hidden window through which Windows tells of sockets and finished look-ups, and what it has
-// to remember of each socket to keep to the rules of platform/SocketNotifications.h. Windows' own
+// The hidden window through which Windows tells of sockets and finished look-ups, and the state
+// that it keeps of each socket to keep to the rules of platform/SocketNotifications.h. Windows' own
 // differ: it may tell of a close twice or before everything was received, tells of room to send
 // only after a send would have blocked, and goes on telling of a handle that has been given out
 // anew.
@@ -38,7 +38,7 @@ class SocketWindow {
   /// For the operations to say what became of a socket.
   void Opened(SocketHandle socket, bool awaitsConnection);
   void Connecting(SocketHandle socket);
-  /// From its opening as a stream to its connect notification.
+  /// True from the opening of a stream to its connect notification.
   bool AwaitsConnection(SocketHandle socket);
   void Sent(SocketHandle socket);
   void Received(SocketHandle socket);
@@ -79,7 +79,8 @@ class SocketWindow {
   SocketSink* oSink = nullptr;
   std::unordered_map<SocketHandle, Socket> sockets;
   std::map<LookUpHandle, std::unique_ptr<LookUpReply>> lookUps;
-  /// What the queue had no room for, and listeners for whose connection there was no handle.
+  /// Events for which the queue had no room, and listeners for whose connection there was no
+  /// handle.
   std::deque<std::pair<SocketHandle, int>> unposted;
   Timer tmrUnposted;
 };

@@ -1,3 +1,6 @@
+// The socket operations over Windows Sockets. The system announces events to a hidden window
+// (SocketWindow); each operation tells that window what became of the socket, so that it can keep
+// to the rules of platform/SocketNotifications.h where Windows' own differ.
 #include "platform/Sockets.h"
 
 #include <winsock2.h>
@@ -48,14 +51,14 @@ int Length(std::size_t bytes) {
   return static_cast<int>(std::min(bytes, most));
 }
 
-/// Else the end of an answer waits, about 200 ms, until the peer has acknowledged what came before.
+/// Without this the end of a response waits, about 200 ms, until the peer has acknowledged the
+/// bytes before it.
 void SendAtOnce(SOCKET socket) {
   const BOOL on = TRUE;
   setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, reinterpret_cast<const char*>(&on), sizeof on);
 }
 
-/// Of a connection on which nothing comes: the first probe after a minute. Windows gives up after
-/// ten.
+/// Has an idle connection probed after a minute. Windows gives it up after ten probes.
 void ProbeWhenIdle(SOCKET socket) {
   tcp_keepalive values = {.onoff = 1, .keepalivetime = 60'000, .keepaliveinterval = 10'000};
   DWORD returned = 0;

@@ -16,11 +16,11 @@ class StatusListBox {
   void Create(HWND parent, int controlId);
   HWND Handle() const { return hList; }
 
-  /// What the user reads stays where it is.
+  /// The lines that the user is reading stay where they are.
   void Insert(int index, TextView line);
   void Remove(int index);
   void SetFont(HFONT font);
-  /// Of the selected line; nothing when there is none.
+  /// The text of the selected line; nothing when there is none.
   std::optional<Text> SelectedLine() const;
 
  private:

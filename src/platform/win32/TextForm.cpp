@@ -1,3 +1,7 @@
+// Both looks of a form are one dialog, made from a template in memory: a report (a text box that
+// grows with the window, buttons below) and the about box (an icon and a label, as large as the
+// label needs). Places are computed in dialog units, which follow the font that the user has
+// chosen, and computed anew whenever the window changes its size.
 #include "platform/TextForm.h"
 
 #include <windows.h>
@@ -20,7 +24,7 @@ using Kind = DialogControl::Kind;
 
 constexpr WORD kTextControl = 100, kIconControl = 101, kFirstButton = 200;
 
-// Dialog units.
+// Lengths in dialog units.
 constexpr short kMargin = 7, kGap = 4, kButtonWidth = 50, kButtonHeight = 14;
 constexpr UnitRect kReportPlace{0, 0, 320, 190};
 constexpr short kSmallestWidth = 160, kSmallestHeight = 90;
@@ -29,12 +33,12 @@ constexpr short kLongestLabel = 200;
 
 constexpr int kAboutIcon = 48;  // pixels at 96 dots per inch
 
-// A text box needs time by the square of a line's length.
+// The time that a text box takes grows with the square of the length of a line.
 constexpr std::size_t kLongestLine = 400;
 
 constexpr DWORD kCommonStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_CENTER;
 
-/// As it is, but for breaks in lines that are too long.
+/// The text with breaks in lines that are too long.
 std::wstring WithShortLines(TextView text) {
   std::wstring lines;
   lines.reserve(text.size() + text.size() / kLongestLine * kCrLf.size());
@@ -148,7 +152,7 @@ bool TextDialog::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   }
 }
 
-/// The focus goes to the button that closes: what is first would be the text, all of it selected.
+/// The focus goes to the button that closes; the system would choose the text and select all of it.
 bool TextDialog::OnInitDialog() {
   if (IsReport()) {
     SendMessageW(Control(kTextControl), EM_SETLIMITTEXT, 0, 0);
@@ -174,7 +178,7 @@ bool TextDialog::OnCommand(int id) {
   return false;
 }
 
-/// Of the close box, and of Escape in the text.
+/// Comes from the close box, and from Escape in the text.
 bool TextDialog::OnClose() {
   OnCommand(IDCANCEL);
   Close();
@@ -229,7 +233,7 @@ SIZE TextDialog::LabelSize() const {
   return {area.right, area.bottom};
 }
 
-/// As large as its label needs.
+/// Makes the about box as large as its label needs.
 void TextDialog::FitAbout() const {
   const SIZE label = LabelSize();
   const SIZE margin = FromUnits(kMargin, kMargin);

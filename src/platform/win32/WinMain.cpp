@@ -9,7 +9,7 @@
 namespace ostrel::platform {
 namespace {
 
-/// What stands behind the program's own name, as it was written.
+/// The command line behind the program's own name, as it was written.
 std::wstring_view CommandLineOf(std::wstring_view whole) {
   const wchar_t end = whole.starts_with(L'"') ? L'"' : L' ';
   const std::size_t name = whole.find(end, 1);

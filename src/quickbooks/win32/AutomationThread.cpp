@@ -1,3 +1,8 @@
+// The user and the thread share a desk: the user puts calls on it, the thread takes them one after
+// the other and raises each call's signal when its outcome is written. Both keep the desk alive, so
+// that a thread which is stuck in QuickBooks can be left behind and may come back at any time
+// later; it then finds the desk closed and ends. The thread dispatches messages while it waits,
+// because COM sends calls to it as messages.
 #include "quickbooks/win32/AutomationThread.h"
 
 #include <chrono>
@@ -61,7 +66,7 @@ class AutomationThread::Desk {
     oChanged.Raise();
   }
 
-  /// Nothing more is to be taken.
+  /// Drops the calls that wait; the thread takes no more.
   void Close() {
     const std::lock_guard lock(oMutex);
     bClosed = true;
@@ -83,7 +88,7 @@ class AutomationThread::Desk {
   platform::Signal oChanged;
 };
 
-// The thread: what COM sends it arrives as messages.
+// The thread's routine.
 void AutomationThread::Desk::Serve(const std::shared_ptr<Desk>& desk) noexcept {
   {
     const platform::Apartment apartment;

@@ -25,7 +25,7 @@ class AutomationThread {
   AutomationThread(const AutomationThread&) = delete;
   AutomationThread& operator=(const AutomationThread&) = delete;
 
-  /// What the work came to; Hresult::kGivenUp when it was given up. Events are dispatched
+  /// Returns the outcome of the work; Hresult::kGivenUp when it was given up. Events are dispatched
   /// meanwhile: one may ask for more work, which then runs after this. When the loop is to quit,
   /// the work has 5 seconds to end.
   platform::Outcome Do(Work work);

@@ -6,7 +6,7 @@
 
 namespace ostrel {
 
-/// Is the filter of the thread that made it, whose apartment it must not outlive.
+/// The filter of the thread that made it, whose apartment it must not outlive.
 class BusyServerFilter final : public IMessageFilter {
  public:
   BusyServerFilter();

@@ -1,3 +1,9 @@
+// IDs are a number and the second in which it was given out, as QuickBooks makes them. The numbers
+// of lists have their highest bit set. A company notes every number that its file and its journal
+// mention, of removed objects too, because a client may remember the ID of an object that is gone.
+//
+// A set of changes is prepared first, which may run out of memory, and then applied, which cannot:
+// between the two the changes are written to disk, and after that nothing may fail any more.
 #include "simulator/company/Company.h"
 
 #include <algorithm>
@@ -89,7 +95,7 @@ bool Company::Put(const Kind& kind, Element object) {
   return list.Put(list.Prepare(std::move(object)));
 }
 
-// All go before any comes: an object may take the name of another that gives it up.
+// All removals come before all puts: an object may take a name that another gives up.
 bool Company::Apply(Prepared&& prepared) noexcept {
   bool all = true;
   for (const auto& [list, id] : prepared.removals) oLists[list].Remove(id);

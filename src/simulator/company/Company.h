@@ -1,4 +1,5 @@
-// A company in memory: what its file holds, its objects found fast. CompanyReader.h reads one.
+// A company in memory: the contents of its file, with objects that are found fast. CompanyReader.h
+// reads one.
 #pragma once
 
 #include <cstdint>
@@ -31,7 +32,7 @@ class Numbers {
   std::string NewListId(const Stamp& now);
   std::string NewTxnId(const Stamp& now);
   std::uint32_t NewTxnNumber() { return ++lTxnNumber; }
-  /// The object's numbers are taken.
+  /// Marks the numbers in the object's IDs as given out.
   void Note(const Kind& kind, const Element& object);
 
  private:
@@ -42,10 +43,10 @@ class Numbers {
 
 class Company {
  public:
-  /// What a file may hold, so that it can be read: 100,000 customers with all they have bought.
+  /// The elements that a file may hold: enough for 100,000 customers with all they have bought.
   static constexpr std::size_t kMostElements = 16'000'000;
 
-  /// `root` is its file's, without the objects.
+  /// `root` is the root element of the file, without the objects.
   Company(Element root, Behaviour behaviour);
   /// The bytes of its file. Empty when the company holds more than could be read again.
   std::string ToBytes() const;

@@ -1,3 +1,8 @@
+// Changes are appended to the journal. A journal that has become long (beside a small file always,
+// beside a large one from an eighth of the file on) is folded into the company file when the
+// company closes; one that outgrows the file is folded at once. Folding keeps apart three states
+// that a crash can leave: the journal continues the old file, it is already contained in the new
+// one (its last record says so), or it is gone.
 #include "simulator/company/CompanyFile.h"
 
 #include <algorithm>
@@ -8,7 +13,7 @@
 namespace ostrel::simulator {
 namespace {
 
-// A company file below this is written anew in no time.
+// Writing a company file below this size anew takes no noticeable time.
 constexpr std::size_t kSmallFile = 1024 * 1024;
 constexpr std::size_t kShare = 8;
 constexpr std::size_t kTooLong = 64 * 1024 * 1024;
@@ -117,7 +122,7 @@ int CompanyFile::Fold(std::string_view bytes) {
   return 0;
 }
 
-// What cannot be put away now says itself that it is folded.
+// A journal that cannot be put away now says in its last record that it is folded.
 void CompanyFile::PutJournalAway() {
   bGivesWay = !oLeftOut.empty();
   if (bGivesWay) {

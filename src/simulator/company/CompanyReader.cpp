@@ -147,8 +147,9 @@ bool LeadsNowhere(const Company& company, const Changes& changes) {
   });
 }
 
-// All of the record, or nothing; returns why nothing. Behind a record that was left out, what an
-// object refers to may be missing. Numbers are taken even so: a client may know them.
+// Carries out a whole record or nothing; returns the reason for nothing. Behind a record that was
+// left out, what an object refers to may be missing. Numbers are taken even so: a client may know
+// them.
 std::string_view Redo(Company& company, Changes changes, bool leftOut) {
   for (const Change& change : changes) {
     if (change.object) company.NewNumbers().Note(*change.kind, *change.object);

@@ -13,8 +13,9 @@ namespace ostrel::simulator {
 
 /// Nothing when the bytes are not a company file, or hold the same name or ID twice.
 std::optional<Company> CompanyFromBytes(std::string_view bytes, const Stamp& now);
-/// With what its journal adds; the file says which records were left out. On failure the error
-/// number of platform/SystemError.h is in `error`: kInvalidData when the file is not a company.
+/// The company with the changes of its journal; `file` lists the records left out. On failure the
+/// error number of platform/SystemError.h is in `error`: kInvalidData when the file is not a
+/// company.
 std::optional<Company> CompanyFromFile(CompanyFile& file, const Stamp& now, int& error);
 
 }  // namespace ostrel::simulator

@@ -46,7 +46,8 @@ class CompanyStorage {
   /// there.
   virtual int Rename(TextView from, TextView to) = 0;
   virtual int Erase(TextView path) = 0;
-  /// Of the company whose file has this path. What no other process can reach needs none.
+  /// The lock of the company whose file has this path. A storage that no other process can reach
+  /// needs none.
   virtual CompanyHold Lock(TextView) { return {}; }
 };
 
@@ -58,7 +59,7 @@ class CompanyFiles : public CompanyStorage {
   int WriteFrom(std::int64_t position, TextView path, std::string_view bytes) override;
   int Rename(TextView from, TextView to) override;
   int Erase(TextView path) override;
-  /// By a file ".sample.qbw.lock" beside it, which nobody else can open.
+  /// Locks with a file ".sample.qbw.lock" beside the company, which nobody else can open.
   CompanyHold Lock(TextView path) override;
 };
 

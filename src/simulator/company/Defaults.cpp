@@ -1,3 +1,8 @@
+// A client gives only some of an object's fields. The others come, in this order, from the object
+// that a reference names (an invoice takes its terms from the customer, a line its price from the
+// item), from the constant that the table of fields has for them, and from the clock and the
+// company's numbers. Values that a client could have given are filled in once; derived ones, which
+// no client may give, are filled in anew whenever the object changes.
 #include "simulator/company/Defaults.h"
 
 #include <algorithm>
@@ -76,7 +81,7 @@ void CompleteTransaction(const Kind& kind, Element& object, const Company& compa
   }
 }
 
-// As the terms say.
+// The due date follows from the date and the terms; without terms it is the date itself.
 void FillInDueDate(const Kind& kind, Element& object, const Company& company) {
   constexpr int kMostDays = 3650;
   if (!kind.Has("DueDate") || object.Child("DueDate")) return;
@@ -91,7 +96,7 @@ void FillInDueDate(const Kind& kind, Element& object, const Company& company) {
   object.Add("DueDate", DateText(*date + std::chrono::days(std::clamp(days, 0, kMostDays))));
 }
 
-// What a new customer owes is no transaction here; the object itself says what it began with.
+// The opening balance of a new object is no transaction here; an attribute of the object keeps it.
 void TakeOpenBalance(Element& object) {
   const Element* opening = object.Child("OpenBalance");
   if (!opening) return;

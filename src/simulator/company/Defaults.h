@@ -1,4 +1,5 @@
-// What an object gets that nobody gave it: IDs, times, and what follows from its references.
+// The values that an object gets although nobody gave them: IDs, times, and the values that follow
+// from its references.
 #pragma once
 
 #include <span>
@@ -16,7 +17,7 @@ void Complete(const Kind& kind, Element& object, const Company& company, Numbers
 
 /// Adds the fields that the object or line lacks and that have a source or a value otherwise.
 void FillIn(Element& object, std::span<const Field> fields, const Company& company);
-/// Does so anew for those that are always taken from their source.
+/// Fills in anew the fields that are always taken from their source.
 void FillInDerived(Element& object, std::span<const Field> fields, const Company& company);
 
 /// Makes Name, FullName and Sublevel of a list object from its parts and its parent.

@@ -1,3 +1,7 @@
+// The checksum of a record covers its bytes and the checksum before it, so that it proves the whole
+// journal up to its own end: a record that was lost, repeated or moved is noticed like one that was
+// damaged. Reading goes from head to head. Where a record is damaged, the reader looks for the next
+// head and lets the checksum of that record decide how much of the damaged one can still count.
 #include "simulator/company/Journal.h"
 
 #include <algorithm>
@@ -20,7 +24,7 @@ constexpr std::size_t kHeadSize =
 constexpr std::string_view kDamaged = "is damaged";
 constexpr std::string_view kUnknown = "says what cannot be carried out";
 
-// Each step can be undone, so that two texts which differ in one word never meet again.
+// Each step can be undone: two texts that differ in one word only have different sums.
 std::uint64_t Mixed(std::uint64_t sum, std::uint64_t word) {
   constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;
   sum = (sum ^ word) * kOdd;
@@ -88,7 +92,7 @@ std::optional<Change> ChangeIn(Element element) {
   return change.id.empty() ? std::nullopt : std::optional(std::move(change));
 }
 
-// Nothing for what nobody here can carry out.
+// The changes of a record; nothing when it holds a change that this program does not know.
 std::optional<Changes> ChangesIn(Element& element) {
   Changes changes;
   for (Element& child : element.children) {

@@ -56,7 +56,7 @@ ObjectList::Prepared ObjectList::Prepare(Element object) const {
   return prepared;
 }
 
-// Nothing but nodes changes hands.
+// Only nodes of the maps change hands, which needs no memory.
 bool ObjectList::Put(Prepared prepared) noexcept {
   const auto same = oIds.find(prepared.oId.begin()->first);
   const auto taken = oObjects.find(prepared.oObject.begin()->first);

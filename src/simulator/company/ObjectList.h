@@ -26,7 +26,7 @@ class ObjectList {
 
   explicit ObjectList(const Kind& kind) : oKind(&kind) {}
 
-  /// What Put needs, made beforehand so that Put cannot fail.
+  /// An object with all the memory that Put needs, so that Put cannot fail.
   class Prepared;
   Prepared Prepare(Element object) const;
   /// Adds the object, or replaces the one that has its ID. False, and nothing has changed, when
@@ -39,13 +39,13 @@ class ObjectList {
   /// The object of the list whose place this one would take, or null.
   const Element* InPlaceOf(const Element& object) const;
   const Element* Find(std::string_view id) const;
-  /// Of a list, by full name in any letter case.
+  /// Finds the object of a list by its full name in any letter case.
   const Element* FindByName(std::string_view fullName) const;
-  /// Of transactions, in their order: those of that RefNumber in any letter case, or with the
+  /// Finds transactions, in their order: those of that RefNumber in any letter case, or with the
   /// entity of that ListID.
   std::vector<const Element*> FindByRefNumber(std::string_view refNumber) const;
   std::vector<const Objects::value_type*> FindByEntity(std::string_view listId) const;
-  /// Of a list: all that lie below the object of that full name.
+  /// All objects of a list that lie below the object of that full name.
   std::vector<const Element*> Below(std::string_view fullName) const;
 
   const Kind& OfKind() const { return *oKind; }

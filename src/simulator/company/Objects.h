@@ -1,4 +1,4 @@
-// What all objects of all kinds have in common.
+// Operations on objects of every kind: their names, their order, and the references between them.
 #pragma once
 
 #include <span>
@@ -19,7 +19,7 @@ inline constexpr std::string_view kOpeningBalance = "openingBalance";
 /// Puts the children into the order in which a Ret holds them.
 void Arrange(Element& object, std::span<const Field> fields);
 
-/// The full name of a list object; what stands for it where it has none.
+/// The full name of a list object, or its name where its kind has no full names.
 std::string_view FullNameOf(const Kind& kind, const Element& object);
 /// Below the parent, if there is one, and of this name.
 std::string JoinedName(std::string_view parentFullName, std::string_view name);
@@ -36,7 +36,7 @@ struct Target {
   explicit operator bool() const { return object != nullptr; }
 };
 
-/// What a reference names: by its ListID, else by its FullName, in a kind or family.
+/// The object that a reference names, by its ListID or else by its FullName, in a kind or family.
 Target FindTarget(const Company& company, std::string_view kinds, const Element& reference);
 /// Any object that has the ID.
 Target FindById(const Company& company, const KindList& kinds, std::string_view id);

@@ -35,7 +35,7 @@ class OpenCompany {
   /// Never kDoNotCare.
   FileMode Mode() const { return fileMode; }
 
-  /// What is asked of this call of an operation ("beginSession").
+  /// The conduct that the company asks of this call of an operation ("beginSession").
   Conduct NextConduct(std::string_view operation);
   /// The fault that strikes this message ("CustomerAddRq"); null when it is to be carried out.
   const Fault* NextFault(std::string_view message) {

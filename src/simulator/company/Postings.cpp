@@ -6,7 +6,6 @@
 // Balances are stored as people expect to read them: a bank account in debits, a credit card in
 // credits. The total of an object includes the balances of all objects below it, so every movement
 // is carried up to the topmost parent.
-
 #include "simulator/company/Postings.h"
 
 #include <algorithm>

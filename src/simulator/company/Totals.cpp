@@ -3,7 +3,6 @@
 // cents as soon as it stands in a line, as QuickBooks does, so that the totals are exact sums of
 // what the client sees. Kind::sums names the fields that a kind has; the totals of the others are
 // computed in passing and stored nowhere.
-
 #include "simulator/company/Totals.h"
 
 #include <algorithm>

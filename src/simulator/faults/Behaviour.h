@@ -24,7 +24,7 @@ struct Behaviour {
 /// The conduct of every call of an operation, by its name: "beginSession".
 Conduct ConductOf(const Behaviour& behaviour, std::string_view operation);
 
-/// From attributes such as processRequestSeconds="2.5" (at most 3600) and
+/// Reads the behaviour from attributes such as processRequestSeconds="2.5" (at most 3600) and
 /// processRequestError="0x80040408"; empty ones ask for nothing. Nothing when one, or a Fault
 /// within it, cannot be read.
 std::optional<Behaviour> ReadBehaviour(const Element& element);

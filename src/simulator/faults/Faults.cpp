@@ -2,7 +2,6 @@
 // operation, for a message or for both; a fault whose attributes have no scope in common, such as
 // a status code for "beginSession", is refused when the company is read rather than ignored when
 // the call comes.
-
 #include "simulator/faults/Faults.h"
 
 #include <algorithm>

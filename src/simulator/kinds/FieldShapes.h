@@ -36,7 +36,8 @@ constexpr Field Date(std::string_view name) { return Of(FieldType::kDate, name);
 constexpr Field Ref(std::string_view name, std::string_view refers) {
   return {.name = name, .type = FieldType::kReference, .refers = refers};
 }
-/// To an account of one of the types; when none is given, the company's first of this type.
+/// A reference to an account of one of the types; when none is given, the company's first of this
+/// type.
 constexpr Field AccountRef(std::string_view name, Words types = {},
                            std::string_view otherwise = {}) {
   return {.name = name,
@@ -64,7 +65,7 @@ constexpr Field In(Use uses, Field field) {
 }
 /// Only in what is returned.
 constexpr Field Shown(Field field) { return In(kRet, field); }
-/// In an AddRq; elsewhere it may be left out.
+/// Required in an AddRq; elsewhere it may be left out.
 constexpr Field Needed(Field field) {
   field.required = kAdd;
   return field;
@@ -77,7 +78,7 @@ constexpr Field Since(int version, Field field) {
   field.since = version;
   return field;
 }
-/// Not beside another field of the number.
+/// Excluded by another field of the same number.
 constexpr Field Either(int number, Field field) {
   field.either = number;
   return field;

@@ -1,3 +1,7 @@
+// CheckFields walks the table of a message's fields along with its elements: qbXML prescribes their
+// order, so one pass finds unknown, misplaced, repeated and missing elements. It refuses the whole
+// request. Normalize then judges the values (numbers, dates, lengths), brings them into the form in
+// which they are stored, and refuses only the one message, with a status.
 #include "simulator/kinds/Fields.h"
 
 #include <algorithm>
@@ -66,7 +70,7 @@ bool IsNamed(const Field& field, std::string_view name, Use use) {
   return name.substr(field.name.size()) == (field.suffixed ? Suffix(use) : std::string_view());
 }
 
-// Walks the table along with the elements: what is passed over must not be required.
+// Walks the table along with the elements; a field that is passed over must not be required.
 class FieldCursor {
  public:
   FieldCursor(std::span<const Field> fields, Form form)

@@ -1,4 +1,5 @@
-// Which elements a message or an object may hold: tables, and the checks that follow from them.
+// The tables of the elements that a message or an object may hold, and the checks that follow from
+// them.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What is sold and bought.
+// Items: the goods and services that are sold and bought.
 #include "simulator/kinds/CommonFields.h"
 #include "simulator/kinds/Kinds.h"
 

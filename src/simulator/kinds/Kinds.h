@@ -16,8 +16,8 @@ enum class Category { kList, kTransaction };
 
 enum class Measure { kTotal, kAmount, kQuantity };  // of the transaction; of each of its lines
 
-/// What a transaction does to another object: adds to its balance (or quantity on hand), which is
-/// kept in debits (1) or in credits (-1).
+/// The effect of a transaction on another object: it adds to the object's balance or quantity on
+/// hand, in debit (1) or in credit (-1).
 struct Posting {
   Measure measure = Measure::kTotal;
   std::string_view line = {};                    // the lines' name; empty for a total
@@ -26,7 +26,7 @@ struct Posting {
   int side = 1;                                  // 1: debit, -1: credit
 };
 
-/// Where a transaction keeps its sums; names of fields, empty for what it does not have.
+/// The fields in which a transaction keeps its totals; empty for those that it does not have.
 struct Sums {
   std::string_view subtotal = {};  // of the lines
   std::string_view tax = {};
@@ -73,7 +73,7 @@ std::span<const Kind> PurchaseKinds();
 
 using KindList = std::vector<const Kind*>;
 
-/// All, lists first.
+/// All kinds, lists first.
 const KindList& AllKinds();
 /// Place in AllKinds, from 0.
 std::size_t IndexOf(const Kind& kind);
@@ -81,7 +81,7 @@ std::size_t IndexOf(const Kind& kind);
 const Kind* FindKind(std::string_view name);
 /// The kinds of a family, or the one kind of that name; empty for an unknown name.
 const KindList& KindsNamed(std::string_view nameOrFamily);
-/// Those with which a kind shares its names, itself included.
+/// The kinds with which a kind shares its names, itself included.
 const KindList& NameSpace(const Kind& kind);
 
 }  // namespace ostrel::simulator

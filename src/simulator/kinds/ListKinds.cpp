@@ -1,4 +1,7 @@
-// The lists of names, accounts and small choices.
+// The kinds of lists: names, accounts and the small lists of choices. The tables are read by the
+// whole stand-in: the order of the fields is the order in which qbXML demands and returns them, and
+// the fields of a row decide what its messages accept. Lists that differ only in their name share
+// one table of fields.
 #include "simulator/kinds/CommonFields.h"
 #include "simulator/kinds/Kinds.h"
 

@@ -1,4 +1,8 @@
-// Transactions with customers.
+// The kinds of transactions with customers. The tables are read by the whole stand-in: the order of
+// the fields is the order in which qbXML demands and returns them, "From" names the field of the
+// customer or item that fills a missing one, Sums names the fields of the totals, and the postings
+// say which balances a transaction moves and to which side. A field that several kinds share is
+// written once, above them.
 #include "simulator/kinds/CommonFields.h"
 #include "simulator/kinds/Kinds.h"
 
@@ -10,7 +14,7 @@ using namespace shape;
 constexpr std::string_view kDepositTypes[] = {"Bank", "OtherCurrentAsset"};
 constexpr std::string_view kDueDate[] = {"TermsRef"};
 
-// What a sale takes from its customer.
+// The paths in a customer or item from which a sale takes what it was not given.
 constexpr std::string_view kBillAddress[] = {"BillAddress"};
 constexpr std::string_view kShipAddress[] = {"ShipAddress"};
 constexpr std::string_view kSalesRep[] = {"SalesRepRef"};

@@ -1,4 +1,4 @@
-// What QuickBooks says of itself and of the open company.
+// The messages that ask QuickBooks about itself and about the open company.
 #include "simulator/messages/Messages.h"
 #include "simulator/xml/XmlWriter.h"
 

@@ -1,3 +1,8 @@
+// The tables at the beginning say which filters a query may have, in the order in which qbXML
+// demands them; the table of makers at the end says what each does. A filter becomes a predicate
+// over one object, made once for the query with its texts already folded to lower case, so that
+// the walk over a list only compares. Filters by entity are resolved to ListIDs at once, which lets
+// the query visit the transactions of those entities instead of all.
 #include "simulator/messages/Filters.h"
 
 #include <algorithm>
@@ -140,7 +145,7 @@ bool Matches(TextView text, TextView part, std::string_view criterion) {
   return criterion == "EndsWith" ? text.ends_with(part) : Contains(text, part);
 }
 
-// The name itself, behind those of its parents: the last part of the key.
+// The object's own name without those of its parents: the last part of the key.
 TextView NameIn(const Text& key) {
   const std::size_t separator = key.rfind(kLevelSeparator);
   return separator == Text::npos ? TextView(key) : TextView(key).substr(separator + 1);

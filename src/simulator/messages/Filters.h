@@ -1,4 +1,4 @@
-// What a query may ask for: the filters of lists and of transactions.
+// The filters of queries, of lists and of transactions.
 #pragma once
 
 #include <functional>
@@ -25,7 +25,7 @@ using Filter = std::function<bool(const Candidate&)>;
 struct Filters {
   std::vector<Filter> all = {};
   std::optional<Status> refusal = {};  // the status of a query that cannot be carried out
-  /// With IDs: only objects with one of these entities can pass.
+  /// IDs of entities: only objects with one of these can pass.
   std::vector<std::string> entities = {};
   bool byEntity = false;
 

@@ -1,4 +1,6 @@
-// Changes of lists.
+// List objects are added, modified and deleted in a draft, which is committed as a whole. A change
+// of name or parent reaches further than the object: the full names of all objects below it change,
+// and its total moves from the old parents to the new ones.
 #include <algorithm>
 
 #include "simulator/company/Defaults.h"
@@ -47,7 +49,7 @@ std::optional<Status> TakeName(const Call& call, const Kind& kind, Element& obje
   return std::nullopt;
 }
 
-// Nothing may lie below itself.
+// An object may not lie below itself.
 bool IsBelowItself(const Company& company, const Kind& kind, const Element& object) {
   const Element* before = company.List(kind).Find(object.ChildText("ListID"));
   const Element* parent = object.Child("ParentRef");
@@ -68,14 +70,14 @@ std::string_view ParentId(const Element& object) {
   return parent ? parent->ChildText("ListID") : std::string_view();
 }
 
-// What an object comes to counts in what it lies below.
+// The total of an object counts in the totals of all objects above it.
 void MoveBalance(const Kind& kind, const Element& before, const Element& after, Draft& draft) {
   if (ParentId(before) == ParentId(after)) return;
   MoveParents(kind, before, TotalBalanceOf(before).Negated(), draft);
   MoveParents(kind, after, TotalBalanceOf(after), draft);
 }
 
-// What lies below an object goes with its name.
+// The full names of all objects below an object change with its name.
 void RenameBelow(const Kind& kind, const Element& before, const Element& after, Draft& draft) {
   const std::string_view oldName = FullNameOf(kind, before);
   const std::string_view newName = FullNameOf(kind, after);

@@ -19,7 +19,7 @@ constexpr std::string_view kVersions[] = {"1.0",  "1.1",  "2.0",  "2.1", "3.0", 
 constexpr Field kIncludeRetElement = {
     .name = "IncludeRetElement", .maxLength = 50, .repeated = true, .since = 40};
 
-// Of extensions of the data, which objects here do not have.
+// Names owners of data extensions, which the objects here do not have.
 constexpr Field kOwnerId = {.name = "OwnerID", .repeated = true, .since = 20};
 
 using Catalog = std::map<std::string, Message, std::less<>>;

@@ -14,10 +14,10 @@ namespace ostrel::simulator {
 
 /// Null for an unknown message.
 const Message* FindMessage(std::string_view name);
-/// All of them, by name.
+/// All messages, by name.
 std::vector<const Message*> AllMessages();
 
-/// What an element of a message may have beside its name.
+/// An attribute that the element of a message may have.
 struct AttributeRule {
   std::string_view name;
   int since = 0;                                  // qbXML version times ten
@@ -39,7 +39,7 @@ Response DeleteTransaction(const Call& call);
 
 /// The one object of a response, as much of it as IncludeRetElement asks for.
 std::string OneRet(const Call& call, const Kind& kind, const Element& object);
-/// As in CannotSave: "Customers list, element "Jo"" or "Invoice".
+/// The object as CannotSave names it: "Customers list, element "Jo"" or "Invoice".
 std::string Described(const Kind& kind, const Element& object);
 /// Commits; the status of a failure names the object.
 Status CommitFor(const Call& call, const Changes& changes, std::string_view described);
@@ -58,7 +58,7 @@ void Merge(Element& object, const Element& given);
 std::optional<Response> FindForChange(const Call& call, const Element& given,
                                       const Element*& object);
 
-/// As in <?qbxml version="..."?>, oldest first.
+/// The versions as in <?qbxml version="..."?>, oldest first.
 std::span<const std::string_view> SupportedVersions();
 
 }  // namespace ostrel::simulator

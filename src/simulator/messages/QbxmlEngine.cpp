@@ -1,3 +1,7 @@
+// A request is checked as a whole before its first message is processed: its XML, its version, its
+// envelope, and every message against the table of its fields. Any fault there raises an error and
+// nothing has changed. From then on a failure belongs to one message and stands in its response as
+// a status; onError decides whether the messages behind it are processed.
 #include "simulator/messages/QbxmlEngine.h"
 
 #include <algorithm>
@@ -42,7 +46,7 @@ std::string_view VersionIn(std::string_view data) {
   return quoted ? data.substr(1, data.size() - 2) : std::string_view();
 }
 
-// Times ten.
+// Returns the version times ten: 130 for "13.0".
 int CheckVersion(const std::vector<Instruction>& instructions) {
   const auto qbxml = std::ranges::find(instructions, "qbxml", &Instruction::target);
   if (qbxml == instructions.end()) Fail(Hresult::kParseError);
@@ -55,7 +59,7 @@ int CheckVersion(const std::vector<Instruction>& instructions) {
   return 10 * major + (point[1] - '0');
 }
 
-// True: stop at the first error.
+// Returns true when processing stops at the first error.
 bool ReadOnError(const Element& messages) {
   const std::string* onError = messages.Find("onError");
   if (!onError || messages.attributes.size() != 1) Fail(Hresult::kParseError);
@@ -78,7 +82,7 @@ struct Step {
   Element* element;
 };
 
-// What all the messages of a request share.
+// The context that all messages of a request share.
 struct Frame {
   OpenCompany& company;
   Session& session;
@@ -104,7 +108,8 @@ std::vector<Step> CheckMessages(Element& messages, int version) {
   return steps;
 }
 
-// `size` becomes what the response must come to.
+// Processes a message. Raises `size` to the least size of the whole response, if a fault asks for
+// one.
 Response Reply(const Step& step, const Frame& frame, std::size_t& size) {
   const Message& message = *step.message;
   if (const Fault* fault = frame.company.NextFault(message.name)) {

@@ -1,3 +1,7 @@
+// The schema is written from the tables of fields that check the messages. Message types come
+// first; each group of fields that they name is queued and written behind them, once however many
+// messages use it, and may queue further groups. Runs of neighbouring fields become sequences and
+// choices: fields of one choice exclude those of the others, and mixed ones stand in any order.
 #include <algorithm>
 #include <deque>
 #include <initializer_list>
@@ -22,7 +26,7 @@ using FieldList = std::vector<const Field*>;
 using FieldRun = std::span<const Field* const>;
 using Words = std::span<const std::string_view>;
 
-// One after the other, the longest runs whose fields belong with their first.
+// Visits the fields in runs, each as long as its fields belong with the first of the run.
 template <class Belongs, class Visit>
 void ForEachRun(FieldRun fields, Belongs belongs, Visit visit) {
   while (!fields.empty()) {
@@ -52,7 +56,7 @@ class SchemaWriter {
     WriteEnvelope();
     WriteCommonTypes();
     for (const Message* message : AllMessages()) WriteMessage(*message);
-    // Types of groups may name types that nobody has named before.
+    // A group may name further groups, which are queued while it is written.
     for (; !oGroups.empty(); oGroups.pop_front()) WriteGroup(oGroups.front());
     for (const auto& [name, words] : oChoices) WriteChoice(name, words);
     oXml.Close();
@@ -91,7 +95,7 @@ class SchemaWriter {
   }
 
   void WriteCommonTypes() {
-    // White space is all that may stand in it.
+    // A type whose text may only be white space.
     WriteRestriction("Nothing", "xs:token", {{"xs:maxLength", "0"}});
     WriteRestriction("Something", "xs:token", {{"xs:minLength", "1"}});
     WriteRestriction("Count", "xs:positiveInteger", {{"xs:pattern", "[0-9]{1,9}"}});
@@ -171,7 +175,7 @@ class SchemaWriter {
     oXml.Close();
   }
 
-  // Of fields with a choice, only those of one may stand.
+  // Fields with a choice: those of one choice exclude the others.
   void WriteRun(FieldRun fields, Use use) {
     if (fields.front()->choice == 0) return WriteSequence(fields, use);
     Open("xs:choice", {{"minOccurs", "0"}});
@@ -218,7 +222,7 @@ class SchemaWriter {
     return needed ? "Something" : "xs:string";
   }
 
-  // Named after the first field that has these children.
+  // The type of a group is named after the first field that has these children.
   std::string Group(const Field& field, Use use) {
     const auto key = std::pair(field.children.data(), use);
     const auto known = oGroupNames.find(key);

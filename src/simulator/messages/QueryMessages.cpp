@@ -1,4 +1,8 @@
-// Queries: by keys, by filters, and page by page.
+// A query finds objects in one of two ways. By keys, each key is looked up in an index and the
+// objects come in the order of the keys. By filters, the objects are visited in the order of their
+// list and returned as far as they pass; a filter by entity narrows the visit to the entity's own
+// transactions. An iterator keeps the IDs of everything that the filters have found, not the
+// objects, so that each page shows its objects as they are when it is asked for.
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -15,7 +19,7 @@ namespace {
 
 constexpr std::size_t kAll = std::numeric_limits<std::size_t>::max();
 
-// More could not be in a response. A key that is there often finds the same objects each time.
+// A response has no room for more. A request may repeat a key, which finds its objects each time.
 constexpr std::size_t kMostFound = kMaxResponseBytes / std::string_view("<Ret>\n</Ret>\n").size();
 
 using Found = std::vector<Target>;
@@ -48,7 +52,7 @@ Response Returning(const Call& call, const Found& found, Status status) {
   return response;
 }
 
-// What each of the names of keys finds in one list.
+// One finder for each sort of key: the objects of a list that have the key.
 Found ById(const ObjectList& list, std::string_view id) {
   const Element* object = list.Find(id);
   return object ? Found{{&list.OfKind(), object}} : Found();
@@ -92,7 +96,7 @@ Finder FinderFor(const Element& query) {
   return found == std::end(kFinders) ? nullptr : found->second;
 }
 
-// In the order asked for. What is not there is a warning that names the first such key.
+// Objects are returned in the order of the keys. A warning names the first key without an object.
 Response QueryByKeys(const Call& call, Finder finder) {
   const std::string& name = call.element.children.front().name;
   Status status;
@@ -149,7 +153,7 @@ Response WithIterator(Response response, const Iterator& iterator) {
   return response;
 }
 
-// What has been deleted since the iterator started is passed over.
+// Objects that were deleted since the iterator started are passed over.
 Response NextPage(const Call& call, Iterator& iterator) {
   const std::size_t count = std::min(MaxReturned(call.element), iterator.Remaining());
   Found page;

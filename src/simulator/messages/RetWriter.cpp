@@ -51,7 +51,7 @@ class RetWriter {
     oXml.Write(target ? ReferenceTo(reference.name, target) : reference);
   }
 
-  // What is still open of it may have changed since.
+  // The open amount of the paid transaction may have changed since.
   void WriteApplied(Element applied, const Field& field) {
     const Kind& kind = *FindKind(oKind.pays);
     if (const Element* paid = oCompany.List(kind).Find(applied.ChildText("TxnID"))) {

@@ -1,5 +1,4 @@
-// What a session remembers from one request to the next: the iterators of its queries. It ends with
-// the session.
+// The memory of a session from one request to the next: the iterators of its queries.
 #pragma once
 
 #include <cstddef>

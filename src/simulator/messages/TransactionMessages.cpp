@@ -1,4 +1,8 @@
-// Changes of transactions.
+// Transactions are added, modified and deleted in a draft, which is committed as a whole or
+// dropped. A modification first takes the old transaction out of the books (its postings are
+// reversed, its payments taken back) and then enters the new one like an addition, so that both
+// ways share one computation. Lines keep their identity through their TxnLineID; new ones come with
+// -1.
 #include <algorithm>
 #include <unordered_map>
 
@@ -77,7 +81,7 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
   return std::nullopt;
 }
 
-// Lines that a message leaves out of those of a name are deleted, unless it names none at all.
+// A message that names any line of a sort names all that are to stay; the others are deleted.
 std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& given,
                                   const Company& company) {
   for (const Field& field : kind.fields) {
@@ -89,7 +93,7 @@ std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& gi
       Breathe();
       if (auto status = ModifyLine(before, child, field, company, lines)) return status;
     }
-    // What was taken has no name any more.
+    // ModifyLine has removed the names of the lines that it took.
     object.Drop("");
     object.Drop(ElementName(field, kRet));
     std::ranges::move(lines, std::back_inserter(object.children));
@@ -98,7 +102,7 @@ std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& gi
   return std::nullopt;
 }
 
-// The sums, what is paid, and the balances of others.
+// Enters a transaction into the books: its totals, its payments and its postings.
 std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
                             const Applications& applications) {
   const Kind& kind = call.OfKind();

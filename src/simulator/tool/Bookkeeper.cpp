@@ -31,7 +31,7 @@ Company Begun(std::string_view file, const Stamp& now) {
   return *std::move(company);
 }
 
-// What stands between the tags of the first element of this name.
+// The text between the tags of the first element of this name.
 std::string_view TextOf(std::string_view xml, const std::string& name) {
   const std::size_t begin = xml.find("<" + name + ">");
   if (begin == std::string_view::npos) return {};

@@ -1,3 +1,8 @@
+// The business is played day by day: customers buy, invoices fall due, payments come in, shelves
+// are filled again, and rent and power are paid every month. Everything goes through the messages
+// of the engine, as a client would send them, so that totals, balances and IDs are the engine's
+// own. One generator of random numbers, begun with the seed, decides everything in a fixed order;
+// any change of that order changes all companies that are made from then on.
 #include "simulator/tool/Business.h"
 
 #include <algorithm>
@@ -77,7 +82,7 @@ class Business {
   }
   static std::string Date(int day) { return DateText(kFirstDay + days(day)); }
 
-  // Lists grow over the first weeks.
+  // List objects are added over the first weeks.
   void SetListTime(std::size_t index, std::size_t count) {
     SetTime(static_cast<int>(index * 20 / std::max<std::size_t>(count, 1)));
   }
@@ -103,7 +108,7 @@ class Business {
     oVendors.push_back(name);
   }
 
-  // The forms of all shelves in turn; when there are no more of them, in other qualities.
+  // Takes the forms of all shelves in turn; when there are no more of them, other qualities follow.
   void AddItem(std::size_t index) {
     SetListTime(index, oSize.items);
     const auto shelves = words::Shelves();
@@ -190,7 +195,7 @@ class Business {
     sLastFirm = firm ? name : "";
   }
 
-  // A job of the firm before, which has one at most.
+  // Adds a job of the firm that was added before; a firm has one job at most.
   void AddJob() {
     const std::string name(oChance.Of(words::Jobs()));
     Element fields;
@@ -240,7 +245,7 @@ class Business {
     return line;
   }
 
-  // When and how much of it the buyer will pay.
+  // Decides when the buyer will pay the invoice, and how much of it.
   void Agree(const Buyer& buyer, const Element& invoice, int day) {
     const std::string amount(invoice.ChildText("BalanceRemaining"));
     if (Decimal::Of(amount) <= Decimal()) return;
@@ -256,7 +261,7 @@ class Business {
                    Debt{buyer.fullName, std::string(invoice.ChildText("TxnID")), paid.ToString(2)});
   }
 
-  // What happens by itself until then.
+  // The monthly bills and the payments of customers that fall due up to the day.
   void ReachDay(int day) {
     constexpr int kMonth = 30;
     for (; iNextMonth <= day; iNextMonth += kMonth) {
@@ -308,7 +313,7 @@ class Business {
     oBooks.Add("ReceivePayment", fields);
   }
 
-  // What has run short is bought from one of the vendors, all on one bill.
+  // Buys all wares that have run short from one of the vendors, on one bill.
   void Restock(int day) {
     std::vector<Ware*> wares;
     std::ranges::sort(oShort);

@@ -1,5 +1,5 @@
 // Makes up a small business: a hardware store with its accounts, people, goods and a year of sales.
-// What it sells and is paid goes through the engine's own messages, so that all sums are right.
+// Its sales and payments go through the engine's own messages, so that all totals are right.
 #pragma once
 
 #include <cstddef>

@@ -1,3 +1,7 @@
+// The check runs in two stages. Names and IDs are checked in the file's XML, because the reader
+// refuses a file with duplicates as a whole and could not tell which they are. References, balances
+// and payments are checked in the company as it was read, its journal included: all balances are
+// computed once more from nothing, by the same postings as in the engine, and compared.
 #include "simulator/tool/CompanyCheck.h"
 
 #include <map>
@@ -48,7 +52,7 @@ std::string NameOf(const Kind& kind, const Element& object) {
   return JoinedName(parent ? parent->ChildText("FullName") : "", object.ChildText(kind.nameField));
 }
 
-// What the file says by itself, for the reader refuses it altogether.
+// Checks the names and IDs of the file itself: the reader refuses duplicates without naming them.
 void CheckNamesAndIds(const Element& root, Problems& problems) {
   std::unordered_set<std::string> ids;
   std::unordered_set<std::string> names;
@@ -67,7 +71,7 @@ void CheckNamesAndIds(const Element& root, Problems& problems) {
   }
 }
 
-// Also of what payments were applied to.
+// Checks references, and the transactions to which payments were applied.
 void CheckReferences(const Kind& kind, const Element& object, std::span<const Field> fields,
                      const std::string& told, const Company& company, Problems& problems) {
   for (const Element& child : object.children) {
@@ -99,7 +103,7 @@ void CheckAllReferences(const Company& company, Problems& problems) {
 
 constexpr std::string_view kBalances[] = {"Balance", "TotalBalance"};
 
-// All balances from nothing, as the transactions move them.
+// Computes all balances from nothing, as the transactions move them.
 void Repost(const Company& company, Draft& draft) {
   for (const Kind* kind : AllKinds()) {
     if (!kind->Has("Balance")) continue;

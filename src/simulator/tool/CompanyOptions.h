@@ -1,4 +1,4 @@
-// What ostrel-company was asked to do on its command line.
+// The command line of ostrel-company: its task and the options of the task.
 #pragma once
 
 #include <cstdint>

@@ -13,7 +13,7 @@ struct Column {
   bool number = false;
 };
 
-// Those of lists before those of transactions; a name in full instead of a name.
+// Columns of lists come before those of transactions; the full name takes the place of the name.
 constexpr Column kColumns[] = {
     {"TxnDate", "Date"},
     {"RefNumber", "Number"},

@@ -1,3 +1,6 @@
+// The fixed lists are a table: each row names a kind and the fields of one object, in the order in
+// which the objects are added, since later ones refer to earlier ones by name. The balances with
+// which the year begins are one journal entry.
 #include "simulator/tool/FixedLists.h"
 
 #include <cstdio>
@@ -32,7 +35,7 @@ constexpr char kEmptyBusiness[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 </Company>
 )";
 
-// A kind and what the message that adds an object of it holds.
+// A kind, and the fields of the message that adds an object of it.
 struct Row {
   std::string_view kind;
   std::initializer_list<std::pair<std::string_view, std::string_view>> fields;

@@ -1,4 +1,4 @@
-// What a hardware store's books have before the first customer comes: accounts, terms, employees,
+// The books of a hardware store before the first customer comes: accounts, terms, employees,
 // services, and the balances with which the year begins.
 #pragma once
 

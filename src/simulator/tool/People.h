@@ -17,7 +17,7 @@ class Chance {
  public:
   explicit Chance(std::uint64_t seed) : oNumbers(seed) {}
 
-  /// From 0 to count - 1.
+  /// A number from 0 to count - 1.
   std::size_t Below(std::size_t count) { return static_cast<std::size_t>(oNumbers() % count); }
   int Between(int least, int most) {
     return least + static_cast<int>(Below(static_cast<std::size_t>(most - least) + 1));
@@ -48,7 +48,7 @@ class People {
 
   /// BillAddress or another, with who is to read it in its first line.
   Element NewAddress(std::string_view field, std::string_view firstLine);
-  /// In the place of the last address.
+  /// A telephone number in the place of the last address.
   std::string NewPhone();
   /// "ruth@harborlandscaping.example.com"
   static std::string MailOf(std::string_view name, std::string_view firm);

@@ -1,3 +1,6 @@
+// Each named range of dates is a row: a period, its distance from the present one, and whether it
+// ends at today's place in it. One function turns every row into two dates. Dates are whole days
+// without a zone; moments carry the zone in which they were written, and only they depend on it.
 #include "simulator/values/Dates.h"
 
 #include <algorithm>
@@ -16,8 +19,8 @@ using std::chrono::year_month_day;
 
 enum class Period { kNone, kDay, kWeek, kFourWeeks, kMonth, kQuarter, kYear };
 
-// This period, or one that lies some before or after it; to date: no further into it than today is
-// into this one.
+// The present period, or one that lies `distance` periods from it. A period to date ends as far
+// into it as today lies in the present one.
 struct Macro {
   std::string_view name;
   Period period = Period::kNone;

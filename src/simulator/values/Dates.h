@@ -22,7 +22,7 @@ Stamp MakeStamp(const platform::Clock& clock);
 
 inline const Stamp kEpoch = {0, "1970-01-01T00:00:00+00:00"};
 
-/// "2010-01-05"; nothing for what is no date.
+/// Reads "2010-01-05"; nothing for a text that is no date.
 std::optional<std::chrono::sys_days> ParseDate(std::string_view text);
 std::string DateText(std::chrono::sys_days day);
 /// The day of the stamp where it was made.
@@ -39,7 +39,7 @@ struct DateRange {
 
 /// The names: "Today", "LastMonthToDate" and so on.
 std::span<const std::string_view> DateMacros();
-/// What one of them means today. Weeks begin on Sunday.
+/// The range that a name means on this day. Weeks begin on Sunday.
 DateRange RangeOf(std::string_view dateMacro, std::chrono::sys_days today);
 
 }  // namespace ostrel::simulator

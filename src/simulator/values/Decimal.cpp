@@ -72,7 +72,7 @@ Decimal Decimal::operator*(Decimal other) const {
   return Decimal(product) + Decimal(part * otherWhole + DivideRounding(part * otherPart, kScale));
 }
 
-// By long division, a decimal a step.
+// Divides at length, one decimal in each step.
 Decimal Decimal::operator/(Decimal divisor) const {
   if (divisor.IsZero() || !IsAmount() || !divisor.IsAmount()) return {};
   std::int64_t quotient = lUnits / divisor.lUnits;

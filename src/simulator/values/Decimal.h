@@ -14,10 +14,10 @@ class Decimal {
  public:
   constexpr Decimal() = default;
   static constexpr Decimal Whole(std::int32_t number) { return Decimal(number * kScale); }
-  /// From "-12.5"; nothing when it has another form or more than ten digits before the point.
+  /// Reads "-12.5"; nothing when it has another form or more than ten digits before the point.
   /// Digits after the fifth decimal are rounded away.
   static std::optional<Decimal> Parse(std::string_view text);
-  /// As Parse; zero for what cannot be read.
+  /// Reads the number as Parse does; zero for a text of another form.
   static Decimal Of(std::string_view text) { return Parse(text).value_or(Decimal()); }
 
   /// Whether Parse would read it again.

@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::steady_clock;
 
-// Half of what a person takes for at once.
+// A person takes a delay of twice this length for none.
 constexpr std::chrono::milliseconds kTurn(50);
 
 LongWork* oCurrent = nullptr;

@@ -1,6 +1,6 @@
 // Lets everything else have its turn while a request is computed: events are dispatched now and
-// then, so that the request can be given up. Whatever a change is made of is collected under this;
-// what makes it safe and carries it out is not, so that a change is whole or not there at all.
+// then, so that the request can be given up. A change is collected under this;
+// it is made safe and carried out outside, so that it is whole or not there at all.
 #pragma once
 
 #include <functional>
@@ -12,7 +12,7 @@ namespace ostrel::simulator {
 /// been given up. Elsewhere: nothing.
 void Breathe();
 
-/// Raises kCallRejected inside long work: what is being computed with must not change.
+/// Raises kCallRejected inside long work, whose data must not change meanwhile.
 void RequireNoLongWork();
 
 /// Work that lasts as long as this lives. All of it is on one thread.
@@ -25,7 +25,7 @@ class LongWork {
   LongWork(const LongWork&) = delete;
   LongWork& operator=(const LongWork&) = delete;
 
-  /// What Breathe does within it.
+  /// The step that the free function Breathe takes within this work.
   void Breathe();
 
  private:

@@ -1,3 +1,6 @@
+// The texts are QuickBooks' own, which clients show to their users. Most are a fixed sentence
+// around the value and the field at fault; kinds of values share a sentence and differ in
+// their number.
 #include "simulator/values/Status.h"
 
 #include <initializer_list>

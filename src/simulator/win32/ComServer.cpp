@@ -88,7 +88,7 @@ class OfferedClass {
   HRESULT lResult;
 };
 
-// As a crash, but that COM may start the class again: Wine would not, if it were still offered.
+// Ends like a crash, but offers the class no more, so that COM can start it again: Wine would not.
 void Die(OfferedClass& offered) {
   offered.Revoke();
   TerminateProcess(GetCurrentProcess(), 3);

@@ -64,7 +64,7 @@ HRESULT DeriveFromDispatch(ICreateTypeInfo& type) {
       .Result();
 }
 
-// It needs no methods: their names are asked of the object.
+// The library needs no methods: the object itself knows their names.
 HRESULT AddInterface(ICreateTypeLib2& library) {
   static wchar_t name[] = L"IRequestProcessor";
   Pointer<ICreateTypeInfo> type;

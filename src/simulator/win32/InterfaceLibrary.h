@@ -11,7 +11,7 @@ namespace ostrel::simulator {
 /// Makes the library's file and registers it for the current user (under Wine: for all). 0 or the
 /// failure's HRESULT.
 HRESULT RegisterInterfaceLibrary(const std::wstring& path);
-/// Of that file; harmless when it is not registered.
+/// Removes the registration of that file; harmless when there is none.
 void UnregisterInterfaceLibrary(const std::wstring& path);
 
 }  // namespace ostrel::simulator

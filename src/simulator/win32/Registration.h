@@ -10,7 +10,7 @@
 
 namespace ostrel::simulator {
 
-/// What came of it, for the user and as the process's exit code.
+/// The outcome of a registration, for the user and as the process's exit code.
 struct RegistrationResult {
   static constexpr int kDone = 0;
   static constexpr int kFailed = 1;

@@ -1,3 +1,7 @@
+// The stand-in's request processor as an automation object: calls come by name (IDispatch), and
+// their arguments from the last to the first in whatever types the client has. Clients are served
+// on one thread; a call that dispatches events while it computes must let no other client's call
+// in, which could change the company under it.
 #include "simulator/win32/RequestProcessorObject.h"
 
 #include <algorithm>
@@ -37,7 +41,7 @@ class Arguments {
   Values Get(std::size_t count) const { return Values(oTaken).first(count); }
 
  private:
-  // What has the type already is not copied: a request may be long.
+  // A value that has the type already is not copied: a request may be long.
   HRESULT TakeOne(std::size_t index, VARIANT& value, VARTYPE type) {
     oTaken[index] = &value;
     if (value.vt == type) return S_OK;

@@ -1,3 +1,7 @@
+// The text streams through libxml2's parser in pieces, and its events build the tree, so that no
+// second copy of a long text exists. Limits hold while the tree grows: a text that would exceed
+// them is refused at the element that does. Declarations are refused altogether, because entities
+// and default attributes can multiply a short text into gigabytes.
 #include "simulator/xml/XmlReader.h"
 
 #include <libxml/parser.h>
@@ -74,7 +78,7 @@ class TreeBuilder {
   void Characters(std::string_view text) {
     if (oOpen.empty()) return;
     std::string& sText = oOpen.back()->text;
-    // White space between many children is no long text.
+    // White space between children is dropped at once, so that it never adds up to a long text.
     const bool between = !oOpen.back()->children.empty() && sText.empty();
     if (between && Trimmed(text).empty()) return;
     if (sText.size() + text.size() > kMaxTextBytes) return Refuse(XmlFault::kTooLarge);

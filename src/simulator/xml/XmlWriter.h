@@ -15,7 +15,7 @@ namespace ostrel::simulator {
 /// decimal references). kFile: UTF-8, one element a line, indented.
 enum class XmlForm { kResponse, kFile };
 
-/// Of a response. A client that asks for more has made a mistake, and would take all memory.
+/// The longest response. A client that asks for more has made a mistake, and would take all memory.
 inline constexpr std::size_t kMaxResponseBytes = 128 * 1024 * 1024;
 
 /// Raises the request processor's kNotEnoughMemory as soon as a response is longer than that.
