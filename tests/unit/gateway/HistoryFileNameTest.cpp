@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "gateway/HistoryFileName.h"
+#include "gateway/HistoryFiles.h"
 
 namespace ostrel {
 namespace {
