@@ -22,9 +22,15 @@ Result Failed(Result failure) {
   return failure;
 }
 
+// A reset is told by a connection that has gone.
+void EndWhenReset(SOCKET connection) {
+  if (PlannedError() == WSAECONNRESET) shutdown(connection, SD_BOTH);
+}
+
 }  // namespace
 }  // namespace ostrel::faults
 
+using ostrel::faults::EndWhenReset;
 using ostrel::faults::Failed;
 using ostrel::faults::Operation;
 using ostrel::faults::Real;
@@ -43,6 +49,9 @@ using ostrel::faults::Real;
   FAULTY("kernel32.dll", name, bytes, Result, parameters, arguments, Failed<Result>(failure))
 #define SOCKETS(name, bytes, Result, parameters, arguments, failure) \
   FAULTY("ws2_32.dll", name, bytes, Result, parameters, arguments, Failed<Result>(failure))
+#define CONNECTIONS(name, bytes, Result, parameters, arguments, failure) \
+  FAULTY("ws2_32.dll", name, bytes, Result, parameters, arguments,       \
+         (EndWhenReset(one), Failed<Result>(failure)))
 
 // clang-format off: a line each
 FILES(CreateFileW, 28, HANDLE,
@@ -90,12 +99,12 @@ SOCKETS(accept, 12, SOCKET, (SOCKET one, sockaddr* address, int* size), (one, ad
         INVALID_SOCKET)
 SOCKETS(WSAAsyncSelect, 16, int, (SOCKET one, HWND window, unsigned message, long events),
         (one, window, message, events), SOCKET_ERROR)
-SOCKETS(sendto, 24, int,
+CONNECTIONS(sendto, 24, int,
         (SOCKET one, const char* bytes, int size, int flags, const sockaddr* address, int length),
         (one, bytes, size, flags, address, length), SOCKET_ERROR)
-SOCKETS(recv, 16, int, (SOCKET one, char* buffer, int size, int flags), (one, buffer, size, flags),
+CONNECTIONS(recv, 16, int, (SOCKET one, char* buffer, int size, int flags), (one, buffer, size, flags),
         SOCKET_ERROR)
-SOCKETS(recvfrom, 24, int,
+CONNECTIONS(recvfrom, 24, int,
         (SOCKET one, char* buffer, int size, int flags, sockaddr* address, int* length),
         (one, buffer, size, flags, address, length), SOCKET_ERROR)
 SOCKETS(setsockopt, 20, int, (SOCKET one, int level, int option, const char* value, int size),
