@@ -100,13 +100,14 @@ SOCKETS(accept, 12, SOCKET, (SOCKET one, sockaddr* address, int* size), (one, ad
 SOCKETS(WSAAsyncSelect, 16, int, (SOCKET one, HWND window, unsigned message, long events),
         (one, window, message, events), SOCKET_ERROR)
 CONNECTIONS(sendto, 24, int,
-        (SOCKET one, const char* bytes, int size, int flags, const sockaddr* address, int length),
-        (one, bytes, size, flags, address, length), SOCKET_ERROR)
-CONNECTIONS(recv, 16, int, (SOCKET one, char* buffer, int size, int flags), (one, buffer, size, flags),
-        SOCKET_ERROR)
+            (SOCKET one, const char* bytes, int size, int flags, const sockaddr* address,
+             int length),
+            (one, bytes, size, flags, address, length), SOCKET_ERROR)
+CONNECTIONS(recv, 16, int, (SOCKET one, char* buffer, int size, int flags),
+            (one, buffer, size, flags), SOCKET_ERROR)
 CONNECTIONS(recvfrom, 24, int,
-        (SOCKET one, char* buffer, int size, int flags, sockaddr* address, int* length),
-        (one, buffer, size, flags, address, length), SOCKET_ERROR)
+            (SOCKET one, char* buffer, int size, int flags, sockaddr* address, int* length),
+            (one, buffer, size, flags, address, length), SOCKET_ERROR)
 SOCKETS(setsockopt, 20, int, (SOCKET one, int level, int option, const char* value, int size),
         (one, level, option, value, size), SOCKET_ERROR)
 SOCKETS(getsockopt, 20, int, (SOCKET one, int level, int option, char* value, int* size),
