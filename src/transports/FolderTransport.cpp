@@ -71,7 +71,17 @@ void FolderTransport::TakeAgain() {
   bTakeNoMore = false;
 }
 
+// What fails, for want of memory, has not begun: the next look sees to it that it is tried again.
 void FolderTransport::tmrProcess_Timer() {
+  try {
+    Watch();
+  } catch (...) {
+    oWatchFolder = nullptr;
+    throw;
+  }
+}
+
+void FolderTransport::Watch() {
   if (oWatchFolder == nullptr) oWatchFolder = CreateWatcher();
   // Held here: it must outlive its wait, whoever stops the transport meanwhile.
   const auto watcher = oWatchFolder;

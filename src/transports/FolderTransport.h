@@ -84,6 +84,7 @@ class FolderTransport {
   };
 
   void TakeAgain();
+  void Watch();
   void ScanUntilNothingWaits(clsWatchFolder& watcher, TextView folder);
   void TakeListed();
   void Serve(std::size_t index);

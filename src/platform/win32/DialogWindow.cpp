@@ -58,7 +58,7 @@ INT_PTR CALLBACK DialogWindow::Procedure(HWND dialog, UINT message, WPARAM wPara
   }
 }
 
-void DialogWindow::Raise(UINT message, const std::function<void()>& handlers) const noexcept {
+void DialogWindow::Raise(UINT message, HandlerRef handlers) const noexcept {
   RunHandlers(hDialog, message, [&handlers] {
     try {
       handlers();

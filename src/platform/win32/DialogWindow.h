@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "platform/win32/DialogTemplate.h"
+#include "platform/win32/MessageLoop.h"
 
 namespace ostrel::platform {
 
@@ -36,7 +37,7 @@ class DialogWindow {
   /// True: answered. May raise: then the system answers.
   virtual bool OnMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
   /// Works as OwnWindow's does.
-  void Raise(UINT message, const std::function<void()>& handlers) const noexcept;
+  void Raise(UINT message, HandlerRef handlers) const noexcept;
 
  private:
   static INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

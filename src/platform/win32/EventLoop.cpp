@@ -53,7 +53,7 @@ class Loop {
   void DispatchWaiting();
   bool DispatchUntil(HANDLE object, LoopClock::time_point deadline,
                      const std::function<bool()>& cancelled = {});
-  void RunHandlers(HWND window, UINT message, const std::function<void()>& run) noexcept;
+  void RunHandlers(HWND window, UINT message, HandlerRef run) noexcept;
   int Run();
   void Quit(int exitCode);
 
@@ -111,7 +111,7 @@ void Loop::Tick() noexcept {
 }
 
 /// After a message of this loop's own the loop looks at the timers by itself.
-void Loop::RunHandlers(HWND window, UINT message, const std::function<void()>& run) noexcept {
+void Loop::RunHandlers(HWND window, UINT message, HandlerRef run) noexcept {
   const bool own = window == oDispatchedTo && message == dispatched;
   oDispatchedTo = nullptr;
   if (own) {
@@ -225,7 +225,7 @@ bool DoEventsUntilSignalled(HANDLE object, LoopClock::time_point deadline,
 
 bool LoopIsToQuit() { return TheLoop().quitCode.has_value(); }
 
-void RunHandlers(HWND window, UINT message, const std::function<void()>& handlers) noexcept {
+void RunHandlers(HWND window, UINT message, HandlerRef handlers) noexcept {
   TheLoop().RunHandlers(window, message, handlers);
 }
 

@@ -18,9 +18,23 @@ bool DoEventsUntilSignalled(HANDLE object, std::chrono::steady_clock::time_point
 /// Whether the loop was told to quit and has not returned yet.
 bool LoopIsToQuit();
 
+/// A handler of the caller's, which outlives the call. Unlike std::function it needs no memory: a
+/// window procedure must not fail before its handlers run.
+class HandlerRef {
+ public:
+  template <typename Handler>
+  HandlerRef(const Handler& handler)  // NOLINT(google-explicit-constructor): made of any handler
+      : oHandler(&handler), Run([](const void* run) { (*static_cast<const Handler*>(run))(); }) {}
+  void operator()() const { Run(oHandler); }
+
+ private:
+  const void* oHandler;
+  void (*Run)(const void* handler);
+};
+
 /// For window procedures, around the handlers of a message. Where it came through a loop of the
 /// system's own (a message box's, a menu's) the handlers count as nested, and every timer that is
 /// due gets its turn after them: timer messages come last in those loops.
-void RunHandlers(HWND window, UINT message, const std::function<void()>& handlers) noexcept;
+void RunHandlers(HWND window, UINT message, HandlerRef handlers) noexcept;
 
 }  // namespace ostrel::platform

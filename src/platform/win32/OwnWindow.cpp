@@ -51,7 +51,7 @@ LRESULT CALLBACK OwnWindow::Procedure(HWND window, UINT message, WPARAM wParam, 
   return DefWindowProcW(window, message, wParam, lParam);
 }
 
-void OwnWindow::Raise(UINT message, const std::function<void()>& handlers) const noexcept {
+void OwnWindow::Raise(UINT message, HandlerRef handlers) const noexcept {
   RunHandlers(hWindow, message, [&handlers] {
     try {
       handlers();

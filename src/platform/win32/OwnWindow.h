@@ -9,6 +9,8 @@
 #include <optional>
 #include <span>
 
+#include "platform/win32/MessageLoop.h"
+
 namespace ostrel::platform {
 
 /// The result of a message; nothing leaves the message to the system.
@@ -60,7 +62,7 @@ class OwnWindow {
 
   /// Runs what the program does at a message that the system or its user has caused, as
   /// MessageLoop.h says. Nothing leaves it.
-  void Raise(UINT message, const std::function<void()>& handlers) const noexcept;
+  void Raise(UINT message, HandlerRef handlers) const noexcept;
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
