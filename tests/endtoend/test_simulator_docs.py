@@ -198,7 +198,7 @@ def section(title):
 def test_every_status_code_has_an_example():
     listed = set(re.findall(r"^\| (\d+) \|", section("Status codes"), re.M))
     answered = set(re.findall(r'statusCode="(\d+)"', "\n".join(blocks("answer"))))
-    source = (ROOT / "src" / "simulator" / "Status.cpp").read_text()
+    source = (ROOT / "src" / "simulator" / "values" / "Status.cpp").read_text()
 
     assert set(re.findall(r"(?:return \{|Convert\(|^ *)\s*(\d+), [k\"t]", source, re.M)) | {"0"} == listed
     assert listed <= answered
@@ -211,7 +211,7 @@ def test_every_fault_has_an_example():
         for names in re.findall(r"^\| (`.*?`) \|", faults, re.M)
         for name in re.findall(r"`(\w+)`", names)
     }
-    source = (ROOT / "src" / "simulator" / "Faults.cpp").read_text()
+    source = (ROOT / "src" / "simulator" / "faults" / "Faults.cpp").read_text()
 
     assert set(re.findall(r'^ *\{"(\w+)", Read', source, re.M)) == knobs
     companies = "\n".join(blocks("company"))
