@@ -107,8 +107,9 @@ void FolderTransport::ScanProcessFolder(TextView folder) {
   if (bScanning || bTakeNoMore) return;
   Log(u"Changed ", folder);
   ListAnew();
-  if (ProcessList.Names().empty())
+  if (ProcessList.Names().empty()) {
     return Log(Text(u"No ").append(kRequestPattern).append(u" files found"));
+  }
   oTrace.WriteStatusFile({});
   TakeListed();
 }

@@ -187,8 +187,9 @@ void LinkedList::SetSize(std::int32_t numEls, std::int32_t chunkSize) {
 
 void LinkedList::CheckIndex(std::int32_t index) const {
   const bool names = index >= 1 && index <= UpperBound();
-  if (!names || At(index).lPrevious == kFree)
+  if (!names || At(index).lPrevious == kFree) {
     throw RunTimeError(ErrorNumber::kInvalidProcedureCall);
+  }
 }
 
 LinkedList::Node& LinkedList::At(std::int32_t index) {

@@ -94,6 +94,7 @@ void frmSysTray::ShowMenu() {
   if (bMenuOpen || mnuSysTray.empty()) return;
   const std::vector<MenuEntry> shown = mnuSysTray;  // what is clicked is what was shown
   std::vector<platform::PopupItem> items;
+  items.reserve(shown.size());
   for (const MenuEntry& entry : shown) items.push_back(entry.oItem);
   int chosen = -1;
   {

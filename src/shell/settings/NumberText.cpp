@@ -57,8 +57,9 @@ Number Convert(TextView text) {
   if (RoundsUp(fraction, number % 2 != 0)) ++number;
   if (negative) number = -number;
   using Limits = std::numeric_limits<Number>;
-  if (number < Limits::min() || number > Limits::max())
+  if (number < Limits::min() || number > Limits::max()) {
     throw RunTimeError(ErrorNumber::kOverflow, {}, u"Overflow");
+  }
   return static_cast<Number>(number);
 }
 

@@ -167,8 +167,9 @@ std::optional<Company> CompanyFromBytes(std::string_view bytes, const Stamp& now
   if (ReadXmlBytes(bytes, Company::kMostElements, document) != XmlFault::kNone) return std::nullopt;
   if (document.root.name != "Company") return std::nullopt;
   std::optional<Behaviour> behaviour = Behaviour();
-  if (const Element* element = document.root.Child("Behaviour"))
+  if (const Element* element = document.root.Child("Behaviour")) {
     behaviour = ReadBehaviour(*element);
+  }
   if (!behaviour) return std::nullopt;
   std::vector<Element> objects = TakeObjects(document.root);
   Company company(std::move(document.root), *std::move(behaviour));
