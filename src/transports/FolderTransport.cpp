@@ -228,11 +228,13 @@ void FolderTransport::LookAgain() {
 }
 
 bool FolderTransport::IsFolderThere() {
-  const bool isThere = platform::FolderExists(ProcessList.Folder());
+  const Text& folder = ProcessList.Folder();
+  const bool isThere =
+      oWatchFolder ? oWatchFolder->IsFolderThere(folder) : platform::FolderExists(folder);
   if (isThere == bFolderGone) {
     bFolderGone = !isThere;
     oTrace.AddStatus((isThere ? u"The process folder is back: " : u"The process folder is gone: ") +
-                     ProcessList.Folder());
+                     folder);
   }
   return isThere;
 }

@@ -77,6 +77,10 @@ void clsWatchFolder::WatchStop() {
   oNotification->Close();
 }
 
+bool clsWatchFolder::IsFolderThere(TextView folder) {
+  return oNotification->IsOpen() ? oNotification->LookAtFolder() : platform::FolderExists(folder);
+}
+
 bool clsWatchFolder::Begin(const Text& folder) {
   if (oNotification->Open(folder) == 0) return true;
   if (ShowMessage) ShowMessage(u"Fatal Error: Unable to start watching the folder: " + folder);

@@ -31,6 +31,10 @@ class clsWatchFolder {
   /// Dispatches the events that wait before the folder is let go. May be called from inside an
   /// event; harmless when nothing is watched.
   void WatchStop();
+  /// Asks the system, once, whether the folder is there: the one that is watched, when one is. One
+  /// that has been moved away is told as a change then. For every few seconds: a network share that
+  /// no longer responds holds the caller up, so the rounds of the waits ask nothing.
+  bool IsFolderThere(TextView folder);
 
   std::function<void(TextView path)> FolderChanged;
   std::function<void()> FileChanged;

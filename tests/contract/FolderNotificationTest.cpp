@@ -196,6 +196,7 @@ class LostFolderNotificationTest : public FolderNotificationTest {
   void SetUp() override {
     FolderNotificationTest::SetUp();
     std::filesystem::rename(oFolder.Path(), oElsewhere.Path() + u"/moved");
+    oNotification->LookAtFolder();
     while (oNotification->Rearm() == 0) Wait(milliseconds(100));
   }
 
@@ -214,6 +215,15 @@ TEST_F(LostFolderNotificationTest, LetsTheTimePassUntilItIsClosed) {
   EXPECT_GE(steady_clock::now() - begin, kShort);
   EXPECT_GT(ticks, 0);
   EXPECT_NE(oNotification->Rearm(), 0);
+}
+
+TEST_F(LostFolderNotificationTest, IsSeenWhenItIsBackAndIsNoChangeUntilItIsOpened) {
+  const bool before = oNotification->LookAtFolder();
+  std::filesystem::rename(oElsewhere.Path() + u"/moved", oFolder.Path());
+
+  EXPECT_FALSE(before);
+  EXPECT_TRUE(oNotification->LookAtFolder());
+  EXPECT_EQ(Wait(milliseconds(1)), Result::kTimePassed);
 }
 
 TEST_F(LostFolderNotificationTest, StaysAsItIsWhenItCannotBeOpened) {
@@ -242,9 +252,18 @@ TEST_F(FolderNotificationTest, AFolderAboveThatIsMovedTakesItAway) {
   std::error_code refused;  // where the system keeps what is watched in its place
   std::filesystem::rename(above.Path() + u"/a", above.Path() + u"/b", refused);
 
+  EXPECT_EQ(Wait(kShort), Result::kTimePassed);  // a wait does not ask for the folder
+  EXPECT_EQ(oNotification->LookAtFolder(), static_cast<bool>(refused));
   const auto expected = refused ? Result::kTimePassed : Result::kChanged;
   EXPECT_EQ(Wait(kShort), expected);
   EXPECT_EQ(oNotification->Rearm() == 0, expected == Result::kTimePassed);
+}
+
+TEST_F(FolderNotificationTest, ALookAtAFolderThatIsThereIsNoChange) {
+  EXPECT_TRUE(oNotification->LookAtFolder());
+
+  EXPECT_EQ(Wait(kShort), Result::kTimePassed);
+  EXPECT_EQ(oNotification->Rearm(), 0);
 }
 
 TEST_F(FolderNotificationTest, WatchesOneFolderAtATime) {

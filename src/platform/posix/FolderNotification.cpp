@@ -17,6 +17,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/FileSystem.h"
 #include "platform/SystemError.h"
 #include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/LoopWatch.h"
@@ -49,8 +50,8 @@ class ChangeQueue {
   bool HasChanged() const { return changed; }
   /// Whether the folder is no longer the one at its path: removed, moved, or a folder above it was.
   bool FolderIsGone() const { return gone; }
-  /// Tells of a move of a folder above, which the system does not.
-  void LookAtFolder();
+  /// Whether there is a folder at the path; one that is not the watched one is a change.
+  bool LookAtFolder();
 
  private:
   void Read();
@@ -98,11 +99,12 @@ void ChangeQueue::Take(std::uint32_t what) {
   changed = changed || goneNow || !ofSubfolder;
 }
 
-void ChangeQueue::LookAtFolder() {
+bool ChangeQueue::LookAtFolder() {
   struct stat now {};
-  const bool same =
-      StatusOfFolder(now) && now.st_dev == oOpened.st_dev && now.st_ino == oOpened.st_ino;
+  const bool exists = StatusOfFolder(now) && S_ISDIR(now.st_mode);
+  const bool same = exists && now.st_dev == oOpened.st_dev && now.st_ino == oOpened.st_ino;
   if (!same) gone = changed = true;
+  return exists;
 }
 
 class PosixFolderNotification final : public FolderNotification {
@@ -112,11 +114,13 @@ class PosixFolderNotification final : public FolderNotification {
   bool IsOpen() const override { return open; }
   WaitResult WaitWithEvents(std::chrono::milliseconds time) override;
   int Rearm() override;
+  bool LookAtFolder() override;
 
  private:
   bool HasChanged() const { return oQueue && oQueue->HasChanged(); }
 
   bool open = false;
+  Text oPath;
   unsigned opening = 0;                 // changes whenever another folder, or none, is watched
   std::unique_ptr<ChangeQueue> oQueue;  // none after the folder has gone
 };
@@ -124,6 +128,7 @@ class PosixFolderNotification final : public FolderNotification {
 int PosixFolderNotification::Open(TextView folder) try {
   auto queue = std::make_unique<ChangeQueue>();
   if (const int error = queue->Watch(ResolveFolder(folder))) return error;
+  oPath = folder;
   oQueue = std::move(queue);
   open = true;
   ++opening;
@@ -148,7 +153,6 @@ FolderNotification::WaitResult PosixFolderNotification::WaitWithEvents(
 
   if (opening != begun) return WaitResult::kClosed;
   if (LoopIsToQuit()) return WaitResult::kLoopQuits;
-  if (oQueue && !oQueue->HasChanged()) oQueue->LookAtFolder();
   return oQueue && oQueue->TakeChanged() ? WaitResult::kChanged : WaitResult::kTimePassed;
 }
 
@@ -156,6 +160,10 @@ int PosixFolderNotification::Rearm() {
   if (!open) return kInvalidHandle;
   if (oQueue && oQueue->FolderIsGone()) oQueue.reset();
   return oQueue ? 0 : kPathNotFound;
+}
+
+bool PosixFolderNotification::LookAtFolder() {
+  return oQueue ? oQueue->LookAtFolder() : FolderExists(oPath);
 }
 
 }  // namespace

@@ -34,10 +34,11 @@ class Win32FolderNotification final : public FolderNotification {
   bool IsOpen() const override { return open; }
   WaitResult WaitWithEvents(std::chrono::milliseconds time) override;
   int Rearm() override;
+  bool LookAtFolder() override;
 
  private:
   void ArmAgain();
-  bool LooksGone();
+  bool WatchesGone() const { return oNotification && gone; }
 
   bool open = false;
   unsigned opening = 0;  // changes whenever another folder, or none, is watched
@@ -70,13 +71,13 @@ FolderNotification::WaitResult Win32FolderNotification::WaitWithEvents(
   const unsigned begun = opening;
   const Notification waitedFor = oNotification;
   const auto deadline = std::chrono::steady_clock::now() + time;
-  const bool changed =
-      DoEventsUntilSignalled(waitedFor.get(), deadline, [&] { return opening != begun; });
+  const bool changed = DoEventsUntilSignalled(waitedFor.get(), deadline,
+                                              [&] { return opening != begun || WatchesGone(); });
 
   if (opening != begun) return WaitResult::kClosed;
   if (LoopIsToQuit()) return WaitResult::kLoopQuits;
   if (changed) ArmAgain();
-  return changed || LooksGone() ? WaitResult::kChanged : WaitResult::kTimePassed;
+  return changed || WatchesGone() ? WaitResult::kChanged : WaitResult::kTimePassed;
 }
 
 /// Before the change is told, so that nothing is missed: Wine forgets what happens meanwhile.
@@ -84,17 +85,18 @@ void Win32FolderNotification::ArmAgain() {
   gone = !FindNextChangeNotification(oNotification.get());
 }
 
-/// The system does not tell of a folder that was moved.
-bool Win32FolderNotification::LooksGone() {
-  gone = oNotification && !FolderExists(oFolder);
-  return gone;
-}
-
 /// A folder that was removed keeps its name in use until it is let go here.
 int Win32FolderNotification::Rearm() {
   if (!open) return kInvalidHandle;
-  if (gone || !FolderExists(oFolder)) oNotification.reset();
+  if (gone) oNotification.reset();
   return oNotification ? 0 : kPathNotFound;
+}
+
+/// The system does not tell of a folder that was moved.
+bool Win32FolderNotification::LookAtFolder() {
+  const bool exists = FolderExists(oFolder);
+  gone = gone || !exists;
+  return exists;
 }
 
 }  // namespace

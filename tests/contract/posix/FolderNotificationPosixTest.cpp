@@ -63,6 +63,7 @@ TEST(FolderNotificationPosix, AFolderInThePlaceOfTheWatchedOneIsAnotherFolder) {
   folder.MakeFolder(u"above");
   folder.MakeFolder(u"above/watched");
 
+  EXPECT_TRUE(notification->LookAtFolder());
   EXPECT_EQ(notification->WaitWithEvents(milliseconds(1)), Result::kChanged);
   EXPECT_NE(notification->Rearm(), 0);
 }

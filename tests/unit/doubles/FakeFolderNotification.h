@@ -6,6 +6,7 @@
 #include <functional>
 #include <vector>
 
+#include "platform/FileSystem.h"
 #include "platform/FolderNotification.h"
 #include "platform/SystemError.h"
 
@@ -26,6 +27,7 @@ class FakeFolderNotification : public platform::FolderNotification {
   std::vector<std::chrono::milliseconds> Waits;
   int iRearmed = 0;
   int iClosed = 0;  // while it was open
+  int iLooks = 0;   // at the folder itself
 
   int Open(TextView folder) override {
     Opened.emplace_back(folder);
@@ -51,6 +53,10 @@ class FakeFolderNotification : public platform::FolderNotification {
   int Rearm() override {
     ++iRearmed;
     return bOpen ? Next(RearmErrors) : platform::kInvalidHandle;
+  }
+  bool LookAtFolder() override {
+    ++iLooks;
+    return platform::FolderExists(Opened.back());
   }
 
  private:

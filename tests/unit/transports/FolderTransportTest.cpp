@@ -98,6 +98,7 @@ class FolderTransportTest : public testing::Test {
     auto notification = std::make_unique<FakeFolderNotification>();
     notification->Steps = std::exchange(Steps, {});
     notification->OpenErrors = OpenErrors;
+    Notification = notification.get();
     auto watcher = std::make_shared<clsWatchFolder>(std::move(notification));
     watcher->FolderChanged = [this](TextView folder) { Transport.ScanProcessFolder(folder); };
     watcher->ShowMessage = [this](TextView text) { Messages.emplace_back(text); };
@@ -112,6 +113,7 @@ class FolderTransportTest : public testing::Test {
   std::deque<int> OpenErrors;
   std::vector<Text> Messages;
   int iWatchers = 0;
+  FakeFolderNotification* Notification = nullptr;  // of the watcher, while it lives
 
   std::vector<Text> Requests;
   std::function<void()> DuringRequest, BetweenFiles;
@@ -968,6 +970,37 @@ TEST_F(FolderTransportTest, TellsOnceThatTheFolderIsGoneAndThatItIsBack) {
   EXPECT_THAT(Trace.Status, ElementsAre(u"The process folder is gone: " + Settings.sProcessPath,
                                         u"The process folder is back: " + Settings.sProcessPath));
   EXPECT_TRUE(HasResponse(u"a.osl"));
+}
+
+// A network share that no longer responds would hold up the only thread with each question.
+TEST_F(FolderTransportTest, AsksForTheFolderItselfOnceWithEachLookAndNeverBetween) {
+  constexpr int kRounds = 20;  // of 100 ms
+  std::vector<int> looks;
+  std::vector<FakeFolderNotification::Step> steps(kRounds);
+  steps.push_back(During([&] {
+    looks.push_back(Notification->iLooks);
+    Transport.LookAgain();
+    looks.push_back(Notification->iLooks);
+    Ask(u"a.osl");
+  }));
+  steps.push_back(Changed());
+  steps.push_back(During([&] { looks.push_back(Notification->iLooks); }));
+
+  Watch(steps);
+
+  EXPECT_THAT(looks, ElementsAre(0, 1, 1));
+  EXPECT_TRUE(HasResponse(u"a.osl"));
+}
+
+TEST_F(FolderTransportTest, AsksForTheFolderItselfWhereItCannotBeWatched) {
+  OpenErrors = {platform::kTooManyOpenFiles};
+  Watch();
+  Trace.Status.clear();
+  Remove(u"p");
+
+  Transport.LookAgain();
+
+  EXPECT_THAT(Trace.Status, ElementsAre(u"The process folder is gone: " + Settings.sProcessPath));
 }
 
 // The loading notice.
