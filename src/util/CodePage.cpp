@@ -12,7 +12,7 @@ using Characters = CodePageTable::Characters;
 
 // Runs of 7-bit text are found and carried over a block at a time: short enough that one other
 // character costs little, long enough that the compiler's vector code pays.
-constexpr std::size_t kBlock = 64;
+constexpr std::size_t kCharactersAtOnce = 64;
 
 constexpr char kOutside = '?';
 constexpr char16_t kPrivateUse = 0xF700;
@@ -30,7 +30,7 @@ template <typename Unit>
 bool KeepNumbers(const Unit* units) {
   using Number = std::make_unsigned_t<Unit>;
   Number others = 0;
-  for (std::size_t i = 0; i < kBlock; ++i) {
+  for (std::size_t i = 0; i < kCharactersAtOnce; ++i) {
     const auto number = static_cast<Number>(units[i]);
     others = static_cast<Number>(others | (number == kAttributeMark ? 0 : number));
   }
@@ -40,17 +40,17 @@ bool KeepNumbers(const Unit* units) {
 // Carries blocks of 7-bit units over as they are, everything else through `map`.
 template <typename From, typename To, typename Map>
 void Convert(const From* from, std::size_t count, To* to, Map map) {
-  while (count >= kBlock) {
+  while (count >= kCharactersAtOnce) {
     if (KeepNumbers(from)) {
-      for (std::size_t i = 0; i < kBlock; ++i) {
+      for (std::size_t i = 0; i < kCharactersAtOnce; ++i) {
         to[i] = static_cast<To>(static_cast<std::make_unsigned_t<From>>(from[i]));
       }
     } else {
-      for (std::size_t i = 0; i < kBlock; ++i) to[i] = map(from[i]);
+      for (std::size_t i = 0; i < kCharactersAtOnce; ++i) to[i] = map(from[i]);
     }
-    from += kBlock;
-    to += kBlock;
-    count -= kBlock;
+    from += kCharactersAtOnce;
+    to += kCharactersAtOnce;
+    count -= kCharactersAtOnce;
   }
   for (std::size_t i = 0; i < count; ++i) to[i] = map(from[i]);
 }

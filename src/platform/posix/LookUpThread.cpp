@@ -21,21 +21,6 @@ namespace {
 
 constexpr std::size_t kMostWaiting = 64;
 
-struct Request {
-  std::string host;
-  LookUpThread::Completion completion;
-};
-
-/// Without the memory to post its result a look-up never ends; its owner can cancel it.
-void LookUp(Request& request, LoopMailbox& mailbox) noexcept {
-  try {
-    const auto address = FindHostAddress(request.host);
-    mailbox.Post([completion = std::move(request.completion), address] { completion(address); });
-  } catch (const std::bad_alloc&) {
-    return;
-  }
-}
-
 }  // namespace
 
 SocketResult<std::uint32_t> FindHostAddress(const std::string& host) {
@@ -53,6 +38,21 @@ SocketResult<std::uint32_t> FindHostAddress(const std::string& host) {
 
 /// Shared with the thread, which may be in the name service when the program ends.
 struct LookUpThread::Shared {
+  struct Request {
+    std::string host;
+    Completion completion;
+
+    /// Without the memory to post its result a look-up never ends; its owner can cancel it.
+    void LookUp(LoopMailbox& loop) noexcept {
+      try {
+        const auto address = FindHostAddress(host);
+        loop.Post([done = std::move(completion), address] { done(address); });
+      } catch (const std::bad_alloc&) {
+        return;
+      }
+    }
+  };
+
   std::shared_ptr<LoopMailbox> mailbox = TheMailbox();
   std::mutex mutex;
   std::condition_variable changed;
@@ -94,10 +94,10 @@ void LookUpThread::Work(const std::shared_ptr<Shared>& shared) noexcept {
     if (shared->ended) {
       return;
     }
-    Request request = std::move(shared->requests.front());
+    Shared::Request request = std::move(shared->requests.front());
     shared->requests.pop_front();
     lock.unlock();
-    LookUp(request, *shared->mailbox);
+    request.LookUp(*shared->mailbox);
     lock.lock();
   }
 }

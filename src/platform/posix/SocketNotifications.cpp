@@ -6,14 +6,13 @@
 #include <set>
 #include <string>
 
+#include "platform/posix/ErrorNumbers.h"
 #include "platform/posix/LookUpThread.h"
 #include "platform/posix/SocketTable.h"
 
 namespace ostrel::platform {
 namespace {
 
-constexpr int kNotASocket = 10038;
-constexpr int kNoBuffers = 10055;
 constexpr std::int32_t kLargestDatagram = 65507;
 
 /// A connection is a descriptor, and the usual limit of 1024 is soon reached.

@@ -19,12 +19,6 @@
 namespace ostrel::platform {
 namespace {
 
-constexpr int kNotASocket = 10038;
-constexpr int kTooManyOpenFiles = 10024;
-constexpr int kNotConnected = 10057;
-constexpr int kShutDown = 10058;
-constexpr int kNoBuffers = 10055;
-
 sockaddr_in ToSystem(SocketAddress address) {
   sockaddr_in system{};
   system.sin_family = AF_INET;
@@ -143,7 +137,7 @@ SocketResult<SocketHandle> PosixSockets::Accept(SocketHandle listener) {
   }
   const int descriptor = accept4(own->Descriptor(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
   const int error = descriptor < 0 ? SocketErrorOf(errno) : 0;
-  if (error == kTooManyOpenFiles || error == kNoBuffers) {
+  if (error == kTooManySockets || error == kNoBuffers) {
     TheSockets().PauseAccepting(listener);
     return {kNoSocket, error};
   }

@@ -21,8 +21,6 @@ namespace {
 
 constexpr long kAllEvents = FD_READ | FD_WRITE | FD_ACCEPT | FD_CONNECT | FD_CLOSE;
 
-SOCKET ToSystem(SocketHandle handle) { return static_cast<SOCKET>(handle); }
-
 HANDLE LookUpToSystem(LookUpHandle lookUp) {
   return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(lookUp));
 }

@@ -19,6 +19,8 @@
 
 namespace ostrel::platform {
 
+inline SOCKET ToSystem(SocketHandle handle) { return static_cast<SOCKET>(handle); }
+
 class SocketWindow {
  public:
   SocketWindow();

@@ -15,8 +15,6 @@
 namespace ostrel::platform {
 namespace {
 
-SOCKET ToSystem(SocketHandle handle) { return static_cast<SOCKET>(handle); }
-
 int LastErrorIf(bool failed) { return failed ? WSAGetLastError() : 0; }
 
 sockaddr_in ToSystem(SocketAddress address) {

@@ -19,7 +19,7 @@ struct Sentence {
   TextView text;
 };
 
-constexpr Sentence kSentences[] = {
+constexpr Sentence kComSentences[] = {
     {Raw(Hresult::kGivenUp), kGivenUpText},
     {REGDB_E_CLASSNOTREG, u"QuickBooks' request processor is not installed."},
     {RPC_E_CALL_REJECTED, u"QuickBooks is busy. It may be showing a dialog box."},
@@ -29,8 +29,8 @@ constexpr Sentence kSentences[] = {
 // For a number that came without a description of its own.
 Text DescriptionOf(std::int32_t number) {
   if (IsServerGone(number)) return u"QuickBooks has ended, or the connection to it is lost.";
-  const auto* found = std::ranges::find(kSentences, number, &Sentence::number);
-  return found != std::end(kSentences) ? Text(found->text) : platform::SystemErrorText(number);
+  const auto* found = std::ranges::find(kComSentences, number, &Sentence::number);
+  return found != std::end(kComSentences) ? Text(found->text) : platform::SystemErrorText(number);
 }
 
 Text ResultOf(Outcome outcome) {

@@ -7,7 +7,7 @@
 namespace ostrel {
 namespace {
 
-constexpr platform::ButtonId kOk = 1;
+constexpr platform::ButtonId kAboutOk = 1;
 
 }  // namespace
 
@@ -17,8 +17,8 @@ void frmAbout::Show() {
   if (oForm == nullptr) {
     oForm = CreateForm({.look = platform::TextFormDescription::Look::kAbout,
                         .caption = u"About " + Text(kProgramName),
-                        .buttons = {{kOk, u"OK"}},
-                        .closeButton = kOk});
+                        .buttons = {{kAboutOk, u"OK"}},
+                        .closeButton = kAboutOk});
     oForm->ButtonClick = [this](platform::ButtonId) { Unload(); };
     oForm->SetText(Text(kProgramTitle).append(kCrLf) + u"Version " + ProgramVersion());
   }

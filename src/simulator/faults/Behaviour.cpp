@@ -6,7 +6,7 @@
 namespace ostrel::simulator {
 namespace {
 
-constexpr std::pair<std::string_view, Conduct Behaviour::*> kOperations[] = {
+constexpr std::pair<std::string_view, Conduct Behaviour::*> kConducts[] = {
     {"openConnection", &Behaviour::openConnection},
     {"beginSession", &Behaviour::beginSession},
     {"processRequest", &Behaviour::processRequest},
@@ -22,7 +22,7 @@ std::string_view Value(const Element& element, std::string_view operation, std::
 
 std::optional<Behaviour> ReadBehaviour(const Element& element) {
   Behaviour behaviour;
-  for (const auto& [name, member] : kOperations) {
+  for (const auto& [name, member] : kConducts) {
     Conduct& conduct = behaviour.*member;
     if (!ReadSeconds(Value(element, name, "Seconds"), conduct.delay)) return std::nullopt;
     if (!ReadError(Value(element, name, "Error"), conduct.error)) return std::nullopt;
@@ -39,7 +39,7 @@ std::optional<Behaviour> ReadBehaviour(const Element& element) {
 }
 
 Conduct ConductOf(const Behaviour& behaviour, std::string_view operation) {
-  for (const auto& [name, member] : kOperations) {
+  for (const auto& [name, member] : kConducts) {
     if (name != operation) continue;
     Conduct conduct = behaviour.*member;
     conduct.dies = member == &Behaviour::processRequest && behaviour.processRequestDies;

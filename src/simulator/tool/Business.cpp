@@ -37,7 +37,7 @@ constexpr Terms kTermsOf[] = {{"Retail", "Due on receipt", ""},
                               {"Contractor", "Net 30", "5000.00"},
                               {"Wholesale", "2% 10 Net 30", "20000.00"}};
 
-constexpr std::string_view kReps[] = {"RT", "BA", "JP"};
+constexpr std::string_view kRepInitials[] = {"RT", "BA", "JP"};
 constexpr std::string_view kMethods[] = {"Check", "Check", "Visa", "Cash"};
 
 class Business {
@@ -184,7 +184,7 @@ class Business {
     fields.children.push_back(Ref("CustomerTypeRef", terms.type));
     fields.children.push_back(Ref("TermsRef", terms.terms));
     fields.children.push_back(
-        Ref("SalesRepRef", oChance.Of(std::span<const std::string_view>(kReps))));
+        Ref("SalesRepRef", oChance.Of(std::span<const std::string_view>(kRepInitials))));
     fields.children.push_back(Ref("SalesTaxCodeRef", sort == Sort::kWholesale ? "Non" : "Tax"));
     fields.children.push_back(Ref("ItemSalesTaxRef", "Sonoma County"));
     fields.Add("AccountNumber", std::to_string(1010 + index * 10));

@@ -57,7 +57,7 @@ Text Cell(const Element& object, const Column& column) {
   return text;
 }
 
-using Row = std::vector<Text>;
+using Cells = std::vector<Text>;
 
 std::vector<Column> ColumnsOf(const ObjectList& list) {
   std::vector<Column> columns;
@@ -71,7 +71,7 @@ std::vector<Column> ColumnsOf(const ObjectList& list) {
   return columns;
 }
 
-void AppendRow(Text& table, const Row& row, const std::vector<Column>& columns,
+void AppendRow(Text& table, const Cells& row, const std::vector<Column>& columns,
                const std::vector<std::size_t>& widths) {
   Text line;
   for (std::size_t i = 0; i < row.size(); ++i) {
@@ -85,19 +85,19 @@ void AppendRow(Text& table, const Row& row, const std::vector<Column>& columns,
 
 Text TableOf(const ObjectList& list) {
   const std::vector<Column> columns = ColumnsOf(list);
-  std::vector<Row> rows(1);
+  std::vector<Cells> rows(1);
   for (const Column& column : columns) rows[0].push_back(FromAscii(column.title));
   for (const auto& [key, object] : list.InOrder()) {
-    Row& row = rows.emplace_back();
+    Cells& row = rows.emplace_back();
     for (const Column& column : columns) row.push_back(Cell(object, column));
   }
   std::vector<std::size_t> widths(columns.size());
-  for (const Row& row : rows) {
+  for (const Cells& row : rows) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
   }
   Text table = FromAscii(list.OfKind().name) + u" (" +
                ToText(static_cast<std::int64_t>(rows.size() - 1)) + u")\n";
-  for (const Row& row : rows) AppendRow(table, row, columns, widths);
+  for (const Cells& row : rows) AppendRow(table, row, columns, widths);
   return table;
 }
 

@@ -61,7 +61,7 @@ Fields Tray(const Fields&) {
   return TakeTrayOperations();
 }
 
-constexpr Command kCommands[] = {
+constexpr Command kDesktopCommands[] = {
     {L"clipboard", 0, ClipboardText},
     {L"clipboard-empty", 0, EmptyIt},
     {L"clipboard-hold", 0, HoldClipboard},
@@ -73,6 +73,6 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-std::span<const Command> DesktopCommands() { return kCommands; }
+std::span<const Command> DesktopCommands() { return kDesktopCommands; }
 
 }  // namespace ostrel::driver

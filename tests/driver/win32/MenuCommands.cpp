@@ -65,10 +65,10 @@ Fields ReadMenu(const Fields& arguments) {
   return fields;
 }
 
-constexpr Command kCommands[] = {{L"menu", 1, ReadMenu}};
+constexpr Command kMenuCommands[] = {{L"menu", 1, ReadMenu}};
 
 }  // namespace
 
-std::span<const Command> MenuCommands() { return kCommands; }
+std::span<const Command> MenuCommands() { return kMenuCommands; }
 
 }  // namespace ostrel::driver

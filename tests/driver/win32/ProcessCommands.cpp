@@ -129,13 +129,13 @@ Fields Resources(const Fields& arguments) {
           std::to_wstring(ThreadsOf(GetProcessId(process.Get())))};
 }
 
-constexpr Command kCommands[] = {
+constexpr Command kProcessCommands[] = {
     {L"start", 3, Start},     {L"exitcode", 1, ExitCode},   {L"kill", 1, Kill},
     {L"running", 1, Running}, {L"resources", 1, Resources},
 };
 
 }  // namespace
 
-std::span<const Command> ProcessCommands() { return kCommands; }
+std::span<const Command> ProcessCommands() { return kProcessCommands; }
 
 }  // namespace ostrel::driver

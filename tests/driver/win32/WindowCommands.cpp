@@ -201,7 +201,7 @@ Fields DoubleClickLine(const Fields& arguments) {
   return {};
 }
 
-constexpr Command kCommands[] = {
+constexpr Command kWindowCommands[] = {
     {L"marked", 1, FindMarked},
     {L"windows", 1, ListWindows},
     {L"children", 1, ListChildren},
@@ -219,7 +219,7 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
-std::span<const Command> WindowCommands() { return kCommands; }
+std::span<const Command> WindowCommands() { return kWindowCommands; }
 
 HWND WindowOf(const std::wstring& field) {
   return reinterpret_cast<HWND>(static_cast<INT_PTR>(NumberOf(field)));

@@ -222,7 +222,7 @@ TEST_F(LogsTest, FollowsNoLinkAndTellsOfItOnce) {
   EXPECT_EQ(Folder.Read(u"precious"), "precious");
   for (const TextView name : {u"status.txt", u"1050201090307AM.txt", u"Comm.log"}) {
     EXPECT_EQ(std::count_if(Window.Status.begin(), Window.Status.end(),
-                            [&](const Text& line) { return Contains(line, name); }),
+                            [&](const Text& line) { return ostrel::Contains(line, name); }),
               1);
   }
 }

@@ -332,7 +332,7 @@ TEST_F(frmMainWindowTest, ShowsTheAboutWindow) {
   Form->MenuClick(mnuHelpAbout);
 
   EXPECT_TRUE(Forms.Only().bOpen);
-  EXPECT_TRUE(Contains(Forms.Only().sText, ProgramVersion()));
+  EXPECT_TRUE(ostrel::Contains(Forms.Only().sText, ProgramVersion()));
 }
 
 TEST_F(frmMainWindowTest, TestsTheConnection) {
@@ -369,7 +369,7 @@ TEST_F(frmMainWindowTest, CopiesTheSupportReport) {
   Forms.Only().Press(u"Copy");
 
   EXPECT_TRUE(Dialogs.sClipboard.starts_with(u"Ostrel Server:\r\n"));
-  EXPECT_TRUE(Contains(Dialogs.sClipboard, u"Settings File: " + Folder.Path(u"osl.ini")));
+  EXPECT_TRUE(ostrel::Contains(Dialogs.sClipboard, u"Settings File: " + Folder.Path(u"osl.ini")));
 }
 
 TEST_F(frmMainWindowTest, EditsTheSettings) {

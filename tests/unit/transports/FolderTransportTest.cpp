@@ -9,6 +9,7 @@
 #include "platform/SystemError.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/TextBudgetLimit.h"
+#include "tests/support/TextMatchers.h"
 #include "tests/unit/doubles/FakeFolderNotification.h"
 #include "tests/unit/doubles/FakeTrace.h"
 #include "transports/FolderTransport.h"
@@ -25,8 +26,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 using WaitResult = platform::FolderNotification::WaitResult;
-
-MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
 
 // What another program does that has a file open.
 class HeldOpen {

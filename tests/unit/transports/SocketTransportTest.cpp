@@ -7,6 +7,7 @@
 
 #include "tests/support/BorrowedSocketService.h"
 #include "tests/support/TextBudgetLimit.h"
+#include "tests/support/TextMatchers.h"
 #include "tests/unit/doubles/FakeTrace.h"
 #include "transports/SocketTransport.h"
 #include "util/RunTimeError.h"
@@ -23,8 +24,6 @@ using testing::IsEmpty;
 using testing::Not;
 
 using Texts = std::vector<Text>;
-
-MATCHER_P(BeginsWith, start, "") { return arg.starts_with(start); }
 
 class FakeConnections : public SocketService {
  public:

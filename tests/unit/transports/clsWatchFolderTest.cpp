@@ -343,8 +343,8 @@ class WatchFileTest : public WatchFolderTest {
   }
 
   /// Counted from when the file was written.
-  void SetTime(int seconds) {
-    std::filesystem::last_write_time(Path(), oBegin + std::chrono::seconds(seconds));
+  void SetTime(int count) {
+    std::filesystem::last_write_time(Path(), oBegin + std::chrono::seconds(count));
   }
   std::filesystem::path Path() const { return std::filesystem::path(oDisk.Path()) / "rates.txt"; }
 

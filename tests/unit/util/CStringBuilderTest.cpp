@@ -1,21 +1,10 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/RaisedError.h"
 #include "util/CStringBuilder.h"
-#include "util/RunTimeError.h"
 
 namespace ostrel {
 namespace {
-
-// The number of the run-time error that the action raises, 0 when it raises none.
-template <typename Action>
-int ErrorOf(Action action) {
-  try {
-    action();
-  } catch (const RunTimeError& error) {
-    return error.Number;
-  }
-  return 0;
-}
 
 CStringBuilder Holding(TextView text) {
   CStringBuilder builder;

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/RaisedError.h"
 #include "util/LinkedList.h"
 #include "util/RunTimeError.h"
 
@@ -28,16 +29,6 @@ LinkedList ListOf(std::initializer_list<Value> values) {
   LinkedList list;
   for (const Value& value : values) list.Add(value);
   return list;
-}
-
-template <typename Action>
-int ErrorOf(Action action) {
-  try {
-    action();
-  } catch (const RunTimeError& error) {
-    return error.Number;
-  }
-  return 0;
 }
 
 TEST(LinkedList, NumbersItsNodesFromOne) {
