@@ -28,14 +28,14 @@ HANDLE LookUpToSystem(LookUpHandle lookUp) {
 /// How a stream ended, 0 for an orderly end; nothing while it has not.
 std::optional<int> EndOfStream(SocketHandle handle) {
   char next;
-  const int peeked = recv(ToSystem(handle), &next, 1, MSG_PEEK);
+  const int peeked = recv(SystemSocket(handle), &next, 1, MSG_PEEK);
   const int error = peeked < 0 ? WSAGetLastError() : 0;
   return peeked > 0 || error == WSAEWOULDBLOCK ? std::nullopt : std::optional(error);
 }
 
 bool HasData(SocketHandle handle) {
   u_long bytes = 0;
-  return ioctlsocket(ToSystem(handle), FIONREAD, &bytes) == 0 && bytes > 0;
+  return ioctlsocket(SystemSocket(handle), FIONREAD, &bytes) == 0 && bytes > 0;
 }
 
 std::uint32_t FirstAddress(const char* reply) {
@@ -86,12 +86,12 @@ void SocketWindow::Destroy() {
 }
 
 int SocketWindow::Select(SocketHandle socket) {
-  const int result = WSAAsyncSelect(ToSystem(socket), oWindow, socketMessage, kAllEvents);
+  const int result = WSAAsyncSelect(SystemSocket(socket), oWindow, socketMessage, kAllEvents);
   return result == 0 ? 0 : WSAGetLastError();
 }
 
 int SocketWindow::Unselect(SocketHandle socket) {
-  return WSAAsyncSelect(ToSystem(socket), oWindow, 0, 0) == 0 ? 0 : WSAGetLastError();
+  return WSAAsyncSelect(SystemSocket(socket), oWindow, 0, 0) == 0 ? 0 : WSAGetLastError();
 }
 
 SocketResult<LookUpHandle> SocketWindow::StartLookUp(const std::string& host) {

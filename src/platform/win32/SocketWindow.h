@@ -19,7 +19,7 @@
 
 namespace ostrel::platform {
 
-inline SOCKET ToSystem(SocketHandle handle) { return static_cast<SOCKET>(handle); }
+inline SOCKET SystemSocket(SocketHandle handle) { return static_cast<SOCKET>(handle); }
 
 class SocketWindow {
  public:

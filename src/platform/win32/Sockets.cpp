@@ -115,21 +115,21 @@ SocketResult<SocketHandle> WindowsSockets::Open(SocketProtocol protocol) {
 
 int WindowsSockets::Close(SocketHandle socket) {
   TheSocketWindow().Closed(socket);
-  return LastErrorIf(closesocket(ToSystem(socket)) != 0);
+  return LastErrorIf(closesocket(SystemSocket(socket)) != 0);
 }
 
 int WindowsSockets::Bind(SocketHandle socket, SocketAddress address) {
   const sockaddr_in system = ToSystem(address);
   return LastErrorIf(
-      bind(ToSystem(socket), reinterpret_cast<const sockaddr*>(&system), sizeof system) != 0);
+      bind(SystemSocket(socket), reinterpret_cast<const sockaddr*>(&system), sizeof system) != 0);
 }
 
 int WindowsSockets::Listen(SocketHandle socket, int backlog) {
-  return LastErrorIf(listen(ToSystem(socket), std::max(backlog, SOMAXCONN)) != 0);
+  return LastErrorIf(listen(SystemSocket(socket), std::max(backlog, SOMAXCONN)) != 0);
 }
 
 SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
-  const SOCKET accepted = accept(ToSystem(listener), nullptr, nullptr);
+  const SOCKET accepted = accept(SystemSocket(listener), nullptr, nullptr);
   if (accepted != INVALID_SOCKET) {
     SendAtOnce(accepted);
     ProbeWhenIdle(accepted);
@@ -145,12 +145,12 @@ SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
 int WindowsSockets::Connect(SocketHandle socket, SocketAddress peer) {
   const sockaddr_in system = ToSystem(peer);
   TheSocketWindow().Connecting(socket);
-  return LastErrorIf(
-      connect(ToSystem(socket), reinterpret_cast<const sockaddr*>(&system), sizeof system) != 0);
+  return LastErrorIf(connect(SystemSocket(socket), reinterpret_cast<const sockaddr*>(&system),
+                             sizeof system) != 0);
 }
 
 int WindowsSockets::ShutdownSend(SocketHandle socket) {
-  return LastErrorIf(shutdown(ToSystem(socket), SD_SEND) != 0);
+  return LastErrorIf(shutdown(SystemSocket(socket), SD_SEND) != 0);
 }
 
 /// Goes on until everything is sent or it would block: only then does Windows tell of room again.
@@ -167,8 +167,8 @@ SocketResult<std::int32_t> WindowsSockets::Send(SocketHandle socket, std::span<c
   std::size_t sent = 0;
   int error = 0;
   while (sent < bytes.size() && error == 0) {
-    const int taken = sendto(ToSystem(socket), bytes.data() + sent, Length(bytes.size() - sent), 0,
-                             to, to != nullptr ? sizeof system : 0);
+    const int taken = sendto(SystemSocket(socket), bytes.data() + sent, Length(bytes.size() - sent),
+                             0, to, to != nullptr ? sizeof system : 0);
     error = LastErrorIf(taken < 0);
     sent += taken > 0 ? static_cast<std::size_t>(taken) : 0;
   }
@@ -182,7 +182,7 @@ SocketResult<std::int32_t> WindowsSockets::Receive(SocketHandle socket, std::spa
                                                    SocketAddress* peer) {
   sockaddr_in system{};
   int size = sizeof system;
-  const int received = recvfrom(ToSystem(socket), buffer.data(), Length(buffer.size()), 0,
+  const int received = recvfrom(SystemSocket(socket), buffer.data(), Length(buffer.size()), 0,
                                 reinterpret_cast<sockaddr*>(&system), &size);
   const int error = LastErrorIf(received < 0);
   if (error == 0 && peer != nullptr && system.sin_port != 0) {
@@ -193,7 +193,7 @@ SocketResult<std::int32_t> WindowsSockets::Receive(SocketHandle socket, std::spa
 }
 
 SocketResult<SocketProperties> WindowsSockets::Properties(SocketHandle handle) {
-  const SOCKET socket = ToSystem(handle);
+  const SOCKET socket = SystemSocket(handle);
   int type = 0;
   int size = sizeof type;
   if (getsockopt(socket, SOL_SOCKET, SO_TYPE, reinterpret_cast<char*>(&type), &size) != 0) {
