@@ -3,17 +3,20 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 #include <random>
 
-#include "clients/FileBytes.h"
 #include "platform/EventLoop.h"
 #include "platform/FileSystem.h"
+#include "platform/Files.h"
 #include "platform/SystemError.h"
 #include "util/Wire.h"
 
 namespace ostrel {
 namespace {
 
+using platform::FileAccess;
+using platform::FileCreation;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
@@ -38,6 +41,24 @@ Response ResponseInFile(std::string_view bytes) {
   std::from_chars(bytes.data() + kErrorFilePrefix.size(), bytes.data() + bytes.size(), number);
   const std::size_t lineEnd = std::min(bytes.find('\n'), bytes.size() - 1);
   return {number, std::string(bytes.substr(lineEnd + 1))};
+}
+
+std::optional<std::string> ReadFileBytes(TextView path, int& error) {
+  platform::File file;
+  error = file.Open(path, FileAccess::kRead, FileCreation::kOpenExisting);
+  if (error != 0) return std::nullopt;
+  std::string bytes;
+  error = platform::ReadFileContents(file, std::numeric_limits<std::int32_t>::max(), bytes);
+  if (error != 0) return std::nullopt;
+  return bytes;
+}
+
+int WriteFileBytes(TextView path, std::string_view bytes) {
+  platform::File file;
+  int error = file.Open(path, FileAccess::kWrite, FileCreation::kOpenAlways);
+  if (error == 0) error = file.CutAt(0);
+  if (error == 0) error = file.WriteAt(0, bytes);
+  return error;
 }
 
 FolderExchange::FolderExchange(TextView processFolder, TextView responseFolder, TextView name,

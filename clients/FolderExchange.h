@@ -19,6 +19,14 @@ Text UniqueRequestName();
 /// The response that a file of these bytes holds.
 Response ResponseInFile(std::string_view bytes);
 
+/// A whole file, byte for byte. Nothing when it cannot be read, with the number of
+/// platform/SystemError.h in `error`.
+std::optional<std::string> ReadFileBytes(TextView path, int& error);
+
+/// Replaces what the file held by these bytes. 0, or the error number; part of the file may be
+/// there then.
+int WriteFileBytes(TextView path, std::string_view bytes);
+
 class FolderExchange : public Exchange {
  public:
   /// name: of the request and of the response, ending in ".osl".

@@ -3,7 +3,6 @@
 #include <exception>
 #include <new>
 
-#include "clients/FileBytes.h"
 #include "clients/FolderExchange.h"
 #include "clients/GatewayExchange.h"
 #include "clients/SendOptions.h"

@@ -1,5 +1,5 @@
-// Runs what the system calls (a timer's tick, a socket's event, a menu command, a signal). Nothing
-// leaves it: what is raised becomes a status line, and the program goes on.
+// The two protections of handlers that the system calls (a timer's tick, a socket's event, a menu
+// command, a signal): nothing that they raise leaves them, and none begins while it still runs.
 #pragma once
 
 #include "gateway/Trace.h"
@@ -10,7 +10,8 @@ namespace ostrel {
 /// Tells the exception being handled on the status list, as "<name>: <what happened>".
 void TellException(Trace& trace, TextView name) noexcept;
 
-/// name: the entry's, for the status line.
+/// Runs the entry: what it raises becomes a status line, and the program goes on. name: the
+/// entry's, for the status line.
 template <typename Entry>
 void Guarded(Trace& trace, TextView name, const Entry& entry) noexcept {
   try {
@@ -19,5 +20,18 @@ void Guarded(Trace& trace, TextView name, const Entry& entry) noexcept {
     TellException(trace, name);
   }
 }
+
+/// Sets a flag for as long as it lives: "this is on the stack". A handler that finds its own flag
+/// set returns.
+class Flag {
+ public:
+  explicit Flag(bool& flag) : bFlag(flag) { bFlag = true; }
+  ~Flag() { bFlag = false; }
+  Flag(const Flag&) = delete;
+  Flag& operator=(const Flag&) = delete;
+
+ private:
+  bool& bFlag;
+};
 
 }  // namespace ostrel

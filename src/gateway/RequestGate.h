@@ -6,6 +6,8 @@
 #include <optional>
 #include <utility>
 
+#include "gateway/Trace.h"
+
 namespace ostrel {
 
 class RequestGate {
@@ -55,5 +57,16 @@ class RequestGate {
 
   bool bBusy = false;
 };
+
+/// The status line of a command that is refused.
+inline constexpr TextView kRequestInWork = u"A request is in work: try again when it has ended";
+
+/// For the commands of the menu. Nothing while a request is in work, which the status list then
+/// tells.
+inline std::optional<RequestGate::Pass> EnterOrTell(RequestGate& gate, Trace& trace) {
+  auto pass = gate.TryEnter();
+  if (!pass) trace.AddStatus(kRequestInWork);
+  return pass;
+}
 
 }  // namespace ostrel

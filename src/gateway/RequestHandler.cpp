@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "gateway/RequestHistory.h"
-#include "gateway/XmlProlog.h"
+#include "gateway/XmlLayout.h"
 #include "platform/SystemError.h"
 #include "quickbooks/ErrorNumbers.h"
 #include "util/RunTimeError.h"

@@ -1,4 +1,5 @@
 // The traces the program leaves. The shell's logs write them; gateway and transports report here.
+// A file that cannot be opened never fails a request: its text is left out.
 #pragma once
 
 #include "util/Text.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <exception>
 
-#include "gateway/XmlProlog.h"
+#include "gateway/XmlLayout.h"
 #include "platform/FileSystem.h"
 #include "util/Wire.h"
 

@@ -9,6 +9,12 @@ namespace ostrel {
 
 class WholeFile;
 
+/// Gives a request that came without one its XML prolog: puts the prolog and CR LF in front, unless
+/// the text holds "<?xml" anywhere.
+inline void EnsureXmlProlog(Text& request) {
+  if (!Contains(request, u"<?xml")) request.insert(0, u"<?xml version='1.0' ?>\r\n");
+}
+
 /// The history formatter: the laid-out text replaces the argument.
 void FormatXmlText(Text& text);
 

@@ -1,4 +1,5 @@
-// The system's 8-bit code page.
+// The system's 8-bit code page, from which util/CodePage.h makes the one table that files, profile
+// functions and sockets convert by.
 #pragma once
 
 #include <array>

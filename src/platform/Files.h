@@ -9,8 +9,10 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "platform/Clock.h"
+#include "platform/SystemError.h"
 #include "util/Text.h"
 
 namespace ostrel::platform {
@@ -68,6 +70,18 @@ class File {
 /// Reads the open file from its beginning to its end: settings, schemas, companies. 0,
 /// kFileTooLarge when it has more than `limit` bytes, or another error number; then `bytes` is
 /// empty.
-int ReadFileContents(File& file, std::int64_t limit, std::string& bytes);
+inline int ReadFileContents(File& file, std::int64_t limit, std::string& bytes) {
+  bytes.clear();
+  const auto size = file.Size();
+  if (!size) return kGeneralFailure;
+  if (*size > limit) return kFileTooLarge;
+  std::string read(static_cast<std::size_t>(*size), '\0');
+  int error = 0;
+  const auto count = file.ReadAt(0, read, error);
+  if (!count) return error;
+  read.resize(*count);
+  bytes = std::move(read);
+  return 0;
+}
 
 }  // namespace ostrel::platform

@@ -18,7 +18,9 @@ struct ParseFault {
   std::int32_t filepos = 0;  // characters before the fault, from 0
 };
 
-/// A schema that is missing or unusable is a fault as well, with the parser's own reason.
+/// A schema that is missing or unusable is a fault as well, with the parser's own reason. Texts
+/// that would cost more than they are worth (platform/XmlGuard.h) are refused as faults before a
+/// parser sees them. Returns when the parser is done, without dispatching events.
 ParseFault ValidateXml(TextView xml, TextView schemaPath);
 
 }  // namespace ostrel::platform

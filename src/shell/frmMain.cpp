@@ -17,11 +17,10 @@
 #include <utility>
 
 #include "gateway/Guarded.h"
-#include "shell/commands/RequestInWork.h"
+#include "gateway/RequestGate.h"
 #include "shell/commands/SupportReport.h"
 #include "shell/forms/Version.h"
 #include "shell/settings/cCommandLine.h"
-#include "util/Flag.h"
 
 namespace ostrel {
 namespace {

@@ -18,14 +18,25 @@
 #include "platform/Sockets.h"
 #include "sockets/ISocketServer.h"
 #include "sockets/MSocketSupport.h"
-#include "sockets/ReceiveBuffer.h"
-#include "sockets/SendQueue.h"
-#include "sockets/SocketOwner.h"
-#include "sockets/SocketState.h"
+#include "sockets/SocketBuffers.h"
 #include "sockets/SocketValue.h"
 #include "util/Text.h"
 
 namespace ostrel {
+
+/// The numbers are part of the server's interface.
+enum class SocketState : std::int16_t {
+  kClosed = 0,
+  kOpen = 1,  // reserved, never entered
+  kListening = 2,
+  kConnectionPending = 3,  // reserved, never entered
+  kResolvingHost = 4,
+  kHostResolved = 5,
+  kConnecting = 6,
+  kConnected = 7,
+  kClosing = 8,  // this side has ended sending and waits for the peer's close
+  kError = 9,
+};
 
 struct SocketEvents {
   /// The peer has closed; not told of a close that this side began.

@@ -20,7 +20,10 @@ struct DateValue {
   double days = 0;
 };
 
-/// The values that SendData takes. A Boolean travels as 16 bits, true as -1.
+/// The values that SendData takes, none of which is ever split or joined on the way: the peer sees
+/// their bytes one after the other. A text and an array of bytes travel as they are, without a
+/// length or an end in front or behind; a Boolean as 16 bits, true as -1. Views are read during the
+/// call only.
 using SocketValue = std::variant<TextView, std::span<const std::uint8_t>, bool, std::uint8_t,
                                  std::int16_t, std::int32_t, float, double, Currency, DateValue>;
 

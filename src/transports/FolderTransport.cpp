@@ -13,9 +13,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "gateway/Guarded.h"
 #include "platform/FileSystem.h"
 #include "platform/SystemError.h"
-#include "util/Flag.h"
 #include "util/RunTimeError.h"
 #include "util/Wire.h"
 #include "util/cFileIO.h"

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <functional>
+#include <new>
 
 #include "util/Text.h"
 #include "util/TextBudget.h"
+#include "util/Wire.h"
 
 namespace ostrel {
 
@@ -24,7 +26,18 @@ struct HeldResponse {
 
 /// Has the request processed. A response that would pass the budget is given up for error 7.
 /// bytesToSend: what each of its characters will take on its way, beside the text.
-HeldResponse ProcessWithinBudget(const RequestProcessing& process, Text& request,
-                                 std::size_t bytesToSend = 0);
+inline HeldResponse ProcessWithinBudget(const RequestProcessing& process, Text& request,
+                                        std::size_t bytesToSend = 0) {
+  HeldResponse response;
+  response.fResult = process(request, response.sText);
+  const std::size_t held = response.sText.capacity() * sizeof(char16_t);
+  try {
+    response.oShare.Resize(held + response.sText.size() * bytesToSend);
+  } catch (const std::bad_alloc&) {
+    response.fResult = ErrorNumber::kOutOfMemory;
+    response.sText = Text(u"Out of memory: the response is too long");
+  }
+  return response;
+}
 
 }  // namespace ostrel

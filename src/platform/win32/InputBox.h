@@ -12,6 +12,7 @@ namespace ostrel::platform {
 
 class InputBox : private DialogWindow {
  public:
+  /// offered: the text that the field has at first, marked as a whole.
   InputBox(std::wstring title, std::wstring prompt, std::wstring offered);
 
   /// Nothing when cancelled.

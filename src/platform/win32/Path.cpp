@@ -2,21 +2,8 @@
 
 #include <windows.h>
 
-#include "platform/SystemError.h"
-
 namespace ostrel::platform {
 namespace {
-
-struct Mapping {
-  DWORD systemError;
-  int number;
-};
-
-constexpr Mapping kMappings[] = {
-    {ERROR_ALREADY_EXISTS, kFileExists},       {ERROR_HANDLE_DISK_FULL, kDiskFull},
-    {ERROR_LOCK_VIOLATION, kSharingViolation}, {ERROR_DIRECTORY, kPathNotFound},
-    {ERROR_BAD_PATHNAME, kInvalidName},
-};
 
 // Longer paths need the prefix that switches the system's own limit off; a folder is made only
 // where 12 more characters for a file's name would fit.
@@ -24,6 +11,7 @@ constexpr std::size_t kLongestPlainPath = MAX_PATH - 13;
 
 }  // namespace
 
+// Both are UTF-16 on Windows: a wchar_t holds what a char16_t holds.
 std::wstring ToWide(TextView text) { return std::wstring(text.begin(), text.end()); }
 Text FromWide(std::wstring_view text) { return Text(text.begin(), text.end()); }
 
@@ -37,18 +25,6 @@ std::wstring SystemPath(TextView path) {
   if (full.size() <= kLongestPlainPath || full.starts_with(LR"(\\?\)")) return full;
   if (full.starts_with(LR"(\\)")) return LR"(\\?\UNC\)" + full.substr(2);
   return LR"(\\?\)" + full;
-}
-
-int ErrorNumberOf(unsigned long systemError) {
-  for (const Mapping& mapping : kMappings) {
-    if (mapping.systemError == systemError) return mapping.number;
-  }
-  return static_cast<int>(systemError);
-}
-
-int LastErrorNumber() {
-  const int number = ErrorNumberOf(GetLastError());
-  return number == 0 ? kGeneralFailure : number;
 }
 
 }  // namespace ostrel::platform

@@ -7,6 +7,32 @@
 #include "platform/win32/Path.h"
 
 namespace ostrel::platform {
+namespace {
+
+struct Mapping {
+  DWORD systemError;
+  int number;
+};
+
+constexpr Mapping kMappings[] = {
+    {ERROR_ALREADY_EXISTS, kFileExists},       {ERROR_HANDLE_DISK_FULL, kDiskFull},
+    {ERROR_LOCK_VIOLATION, kSharingViolation}, {ERROR_DIRECTORY, kPathNotFound},
+    {ERROR_BAD_PATHNAME, kInvalidName},
+};
+
+}  // namespace
+
+int ErrorNumberOf(unsigned long systemError) {
+  for (const Mapping& mapping : kMappings) {
+    if (mapping.systemError == systemError) return mapping.number;
+  }
+  return static_cast<int>(systemError);
+}
+
+int LastErrorNumber() {
+  const int number = ErrorNumberOf(GetLastError());
+  return number == 0 ? kGeneralFailure : number;
+}
 
 Text SystemErrorText(int number) {
   struct Free {

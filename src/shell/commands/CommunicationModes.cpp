@@ -8,8 +8,8 @@
 #include <iterator>
 #include <utility>
 
+#include "gateway/Guarded.h"
 #include "shell/forms/Menus.h"
-#include "util/Flag.h"
 #include "util/Wire.h"
 
 namespace ostrel {

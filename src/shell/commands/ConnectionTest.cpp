@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "shell/commands/RequestInWork.h"
+#include "gateway/RequestGate.h"
 #include "shell/commands/SupportReport.h"
 #include "util/Wire.h"
 

@@ -14,7 +14,9 @@ class LogFileView {
 
   LogFileView(const AppSettings& settings, frmError& viewer);
 
-  /// The line was double-clicked; one that names no file that can be opened does nothing.
+  /// The line was double-clicked. The name of the file, in the folder of history files, is all that
+  /// follows the line's first colon. A line without "Log ", and one that names no file that can be
+  /// opened, does nothing.
   void lstStatus_DblClick(TextView line);
 
  private:

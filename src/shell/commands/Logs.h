@@ -10,12 +10,30 @@
 #include "gateway/Trace.h"
 #include "platform/Clock.h"
 #include "platform/MainWindow.h"
-#include "shell/forms/StatusList.h"
 #include "shell/settings/AppSettings.h"
 #include "util/Text.h"
 #include "util/cFileIO.h"
 
 namespace ostrel {
+
+/// The status list on the main window: newest line first, the newest 100 kept.
+class StatusList {
+ public:
+  static constexpr int kLines = 100;
+
+  explicit StatusList(platform::MainWindow& window) : oWindow(window) {}
+
+  void Add(TextView line) {
+    oWindow.InsertStatusLine(0, line);
+    if (++iCount <= kLines) return;
+    oWindow.RemoveStatusLine(kLines);
+    --iCount;
+  }
+
+ private:
+  platform::MainWindow& oWindow;
+  int iCount = 0;
+};
 
 class Logs : public Trace {
  public:

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "shell/commands/RequestInWork.h"
+#include "gateway/RequestGate.h"
 
 namespace ostrel {
 

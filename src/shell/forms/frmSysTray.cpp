@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "gateway/Guarded.h"
-#include "util/Flag.h"
 
 namespace ostrel {
 namespace {

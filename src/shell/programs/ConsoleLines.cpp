@@ -121,4 +121,10 @@ ConsoleLines::~ConsoleLines() { oQueue->End(iPatience); }
 
 void ConsoleLines::Add(Text line) { oQueue->Add(std::move(line)); }
 
+Text ConsoleLine(TextView text) {
+  Text line(text);
+  std::replace_if(line.begin(), line.end(), IsControl, u' ');
+  return line + u"\n";
+}
+
 }  // namespace ostrel

@@ -35,4 +35,8 @@ class ConsoleLines {
   std::chrono::milliseconds iPatience;
 };
 
+/// The text as one line, its line end included: what would break it or command a terminal becomes a
+/// blank.
+Text ConsoleLine(TextView text);
+
 }  // namespace ostrel

@@ -4,14 +4,34 @@
 
 #include <memory>
 
+#include "platform/Console.h"
 #include "platform/Dialogs.h"
+#include "platform/MainWindow.h"
 #include "platform/NotifyIcon.h"
 #include "platform/Processes.h"
 #include "platform/TextForm.h"
 #include "platform/WindowFrame.h"
-#include "shell/programs/ConsoleView.h"
+#include "shell/programs/ConsoleLines.h"
 
 namespace ostrel {
+
+/// Status lines go to standard output as they are added, message boxes to standard error; nobody
+/// waits for whoever reads them. Menus and captions show nowhere.
+class ConsoleView : public platform::MainWindow {
+ public:
+  void InsertStatusLine(int, TextView line) override { oOutput.Add(ConsoleLine(line)); }
+  void RemoveStatusLine(int) override {}
+  void FitStatusList() override {}
+  void SetCaption(TextView) override {}
+  void SetMenuChecked(platform::MenuId, bool) override {}
+  void SetMenuEnabled(platform::MenuId, bool) override {}
+  void SetMenuVisible(platform::MenuId, bool) override {}
+  void ShowMessage(TextView text) override { oErrors.Add(ConsoleLine(text)); }
+
+ private:
+  ConsoleLines oOutput{platform::WriteStandardOutput};
+  ConsoleLines oErrors{platform::WriteStandardError};
+};
 
 class ConsoleFrame : public platform::WindowFrame {
  public:

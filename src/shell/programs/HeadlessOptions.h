@@ -15,6 +15,8 @@ struct HeadlessOptions {
   Text sUnknown;  // what is no switch of the program; empty when all is well
 };
 
+/// Nothing is raised for what is no switch: the caller prints the help then. The settings file is
+/// that of -ini, else osl.ini in the program's folder.
 HeadlessOptions ReadHeadlessOptions(const std::vector<Text>& arguments);
 
 }  // namespace ostrel

@@ -17,10 +17,12 @@ void Complete(const Kind& kind, Element& object, const Company& company, Numbers
 
 /// Adds the fields that the object or line lacks and that have a source or a value otherwise.
 void FillIn(Element& object, std::span<const Field> fields, const Company& company);
-/// Fills in anew the fields that are always taken from their source.
+/// Fills in anew the fields that are always taken from their source, and that no client may give.
+/// To be called after every change of the references that they follow.
 void FillInDerived(Element& object, std::span<const Field> fields, const Company& company);
 
-/// Makes Name, FullName and Sublevel of a list object from its parts and its parent.
+/// Makes Name, FullName and Sublevel of a list object from its parts and its parent, whose full
+/// name is empty for an object at the top.
 void MakeNames(const Kind& kind, Element& object, std::string_view parentFullName);
 
 }  // namespace ostrel::simulator

@@ -10,9 +10,12 @@
 
 namespace ostrel::simulator {
 
-/// Returns the response. Raises RequestProcessorError for what QuickBooks refuses as a
-/// whole (malformed, unknown message or element, unknown version); nothing has changed then,
-/// because every message is checked before the first is processed.
+/// Returns the response: one "Rs" element for each message, in their order, with the status of its
+/// own. A message that is refused leaves the others as they are, unless the request says that the
+/// first error ends it. Changes are in the company's journal when this returns. Raises
+/// RequestProcessorError for what QuickBooks refuses as a whole (malformed, unknown message or
+/// element, unknown version); nothing has changed then, because every message is checked before the
+/// first is processed.
 Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now);
 
 /// Returns a schema (XSD) of the requests that ProcessQbxml takes, made from the tables by which it

@@ -14,16 +14,17 @@ namespace ostrel::simulator {
 struct RegistrationResult {
   static constexpr int kDone = 0;
   static constexpr int kFailed = 1;
+  /// Another request processor is registered, and stays so.
   static constexpr int kRefused = 2;
 
   int iExitCode = kDone;
-  Text sMessage = {};
+  Text sMessage = {};  // one sentence, without a line end
 };
 
 /// For the current user; where the system ignores those registrations (Wine), for all. `program` is
 /// the server's path. Takes the place of another copy of the same file name.
 RegistrationResult RegisterServer(const CLSID& classId, const std::wstring& program);
-/// Removes this program's registration, no other.
+/// Removes this program's registration, no other. Without one, that is a success as well.
 RegistrationResult UnregisterServer(const CLSID& classId, const std::wstring& program);
 
 }  // namespace ostrel::simulator

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "shell/programs/ConsoleView.h"
+#include "shell/programs/ConsoleSurroundings.h"
 
 namespace ostrel {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "shell/forms/StatusList.h"
+#include "shell/commands/Logs.h"
 #include "tests/unit/doubles/FakeWindow.h"
 
 namespace ostrel {

@@ -3,8 +3,7 @@
 #include <string>
 
 #include "sockets/DottedAddress.h"
-#include "sockets/ReceiveBuffer.h"
-#include "sockets/SendQueue.h"
+#include "sockets/SocketBuffers.h"
 #include "util/TextBudget.h"
 
 namespace ostrel {

@@ -1,4 +1,4 @@
-#include "sockets/SendQueue.h"
+#include "sockets/SocketBuffers.h"
 
 #include <algorithm>
 #include <utility>
@@ -8,9 +8,36 @@
 namespace ostrel {
 namespace {
 
+// A receive buffer keeps this much for the next bytes; more is given back, as most connections idle
+// most of the time.
+constexpr std::size_t kKeptBytes = 4096;
 constexpr std::size_t kChunkBytes = 64 * 1024;
 
 }  // namespace
+
+void ReceiveBuffer::Append(std::span<const char> more) { bytes.append(more.data(), more.size()); }
+
+std::string_view ReceiveBuffer::Front(std::size_t count) const {
+  return std::string_view(bytes).substr(taken, count);
+}
+
+void ReceiveBuffer::Remove(std::size_t count) {
+  taken += count;
+  if (taken >= bytes.size()) {
+    Clear();
+  } else if (taken > bytes.size() / 2) {
+    bytes.erase(0, taken);
+    taken = 0;
+  }
+}
+
+void ReceiveBuffer::Clear() {
+  taken = 0;
+  bytes.clear();
+  if (bytes.capacity() > kKeptBytes) {
+    bytes.shrink_to_fit();
+  }
+}
 
 /// The last chunk while it has room, else a new one. The first takes no more than its own bytes:
 /// most messages leave at once.

@@ -1,18 +1,36 @@
-// Bytes accepted for sending that the network has not taken yet. Held in chunks, so that taking
-// some off the front moves nothing, and queueing more never copies what waits already. The chunks
-// count against the budget of all texts.
+// The bytes that a socket holds on either side of its owner: those received that nobody has asked
+// for yet, and those accepted for sending that the network has not taken yet.
 #pragma once
 
 #include <cstdint>
 #include <deque>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "util/Text.h"
 #include "util/TextBudget.h"
 
 namespace ostrel {
 
+/// Taking bytes off the front moves the rest only once in a while, so that a buffer may be emptied
+/// in small portions.
+class ReceiveBuffer {
+ public:
+  void Append(std::span<const char> bytes);
+  std::size_t Size() const { return bytes.size() - taken; }
+  /// The first bytes, all of them when there are fewer; good until the buffer is changed.
+  std::string_view Front(std::size_t count) const;
+  void Remove(std::size_t count);
+  void Clear();
+
+ private:
+  std::string bytes;
+  std::size_t taken = 0;
+};
+
+/// Held in chunks, so that taking some off the front moves nothing, and queueing more never copies
+/// what waits already. The chunks count against the budget of all texts.
 class SendQueue {
  public:
   /// These raise std::bad_alloc, the queue unchanged, without memory for all of it.
