@@ -32,7 +32,7 @@ Seconds Median(std::vector<Seconds> values);
 /// The value that `percent` of 100 do not exceed.
 Seconds Percentile(std::vector<Seconds> values, std::size_t percent);
 
-/// How long the step takes.
+/// The time that the step takes.
 template <typename Step>
 Seconds TimeOf(Step step) {
   const auto start = BenchClock::now();

@@ -28,7 +28,7 @@ namespace {
 constexpr int kRounds = 9;
 constexpr std::size_t kSize = 64 * kMega;
 
-// How a plain copy, and the gateway with a text of kSize and one of twice that, compare.
+// The times of a plain copy, and of the gateway with a text of kSize and one of twice that.
 struct Comparison {
   std::vector<Seconds> Copy, Gateway, GatewayTwice;
 
@@ -125,7 +125,7 @@ std::string Prepare(std::size_t characters) {
   return std::string(kPrepare) + std::to_string(characters);
 }
 
-// What a response of this length has on the wire: line breaks within a block are one byte.
+// The bytes of a response of this length on the wire: line breaks within a block are one byte.
 std::size_t BytesOfAnswer(std::size_t characters) {
   const Text response = SampleResponse(characters);
   std::size_t bytes = std::to_string(characters + 2).size() + 2;

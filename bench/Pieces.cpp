@@ -1,5 +1,5 @@
-// What the gateway does with a text on its own, without a socket: layout, response files and the
-// code page, measured by Google Benchmark and judged against our targets.
+// The gateway's work on a text without a socket: layout, response files and the code page,
+// measured by Google Benchmark and judged against our targets.
 #include <benchmark/benchmark.h>
 
 #include <map>

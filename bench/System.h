@@ -1,6 +1,6 @@
-// What the load program needs of the system: processes and what they use, and plain blocking TCP on
-// this machine; the implementation is in posix/. Members raise std::system_error, or
-// std::runtime_error where the system has no number.
+// The system as the load program uses it: processes and their use of memory and time, and plain
+// blocking TCP on this machine; the implementation is in posix/. Members raise std::system_error,
+// or std::runtime_error where the system has no number.
 #pragma once
 
 #include <cstdint>

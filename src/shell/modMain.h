@@ -21,7 +21,7 @@ struct Program {
   /// Whether this is the first instance: what it returns is held while the program runs.
   std::function<std::unique_ptr<platform::InstanceLock>(TextView name)> acquireInstanceLock =
       platform::AcquireInstanceLock;
-  /// How long another instance that cannot be found may take to end, or to show its window.
+  /// The time that another instance which cannot be found has to end, or to show its window.
   std::chrono::milliseconds patience{2000};
   /// For a program that nobody can operate: it ends when nothing is served after its start.
   bool endUnlessServing = false;

@@ -73,8 +73,8 @@ class CSocket final : public SocketOwner {
   void SetCallback(std::int16_t Index, ISocketServer* callback);
   std::int16_t CallbackIndex() const { return iIndex; }
 
-  /// What is not given stays as it was. The host is a dotted address or a name. How it ended is
-  /// told by OnConnect or OnError.
+  /// An argument that is not given stays as it was. The host is a dotted address or a name.
+  /// OnConnect or OnError tells the outcome.
   void Connect(std::optional<TextView> host = {}, std::optional<std::int32_t> port = {});
   /// An empty address binds all interfaces; port 0 a free one, see LocalPort. A port outside 0 to
   /// 65535 is error 10022.

@@ -30,7 +30,7 @@ bool CSocketListen::StartListen(std::int32_t Port, Text& LocalIP) {
   try {
     Listen(Port, LocalIP);
     AwaitListening();
-  } catch (const std::exception&) {  // kept: told by StartFailed alone, the cause is not passed on
+  } catch (const std::exception&) {  // Kept: StartFailed alone tells; no handler gets the cause
     NotifyStartFailed();
   }
   return bListenning;

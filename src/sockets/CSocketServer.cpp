@@ -89,7 +89,8 @@ bool CSocketServer::Start(std::int32_t Port, Text& LocalIP) {
     Subscribe();
   }
   const auto listener = oListen;
-  LeaveInErr([&] { listener->StopListen(); });  // kept: ServerStopped comes with every start
+  LeaveInErr(
+      [&] { listener->StopListen(); });  // Kept: handlers expect ServerStopped with every start
   if (life.expired() || listener != oListen) {
     return false;
   }
@@ -111,7 +112,8 @@ bool CSocketServer::StopServer() {
   CloseEverySocket();
   sState = u"Closed";
   bServerStarted = false;
-  LeaveInErr([this] { oListen_ServerListening(false); });  // kept: a second time for one stop
+  LeaveInErr(
+      [this] { oListen_ServerListening(false); });  // Kept: handlers expect it twice for one stop
   return false;
 }
 

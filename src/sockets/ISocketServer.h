@@ -1,5 +1,5 @@
-// How an accepted socket reports to its server. Index is the connection index that the socket was
-// given with SetCallback.
+// The reports of an accepted socket to its server. Index is the connection index that the socket
+// was given with SetCallback.
 #pragma once
 
 #include <cstdint>

@@ -8,8 +8,8 @@ struct ErrorText {
   TextView text;
 };
 
-// kept: 10054 names the remote server, not the standard's reset; people know it from the status
-// list
+// Kept: 10054 names the remote server, not the standard's reset; people know it from the status
+// list.
 constexpr ErrorText kErrorTexts[] = {
     {10004, u"Interrupted function call."},
     {10013, u"Permission denied."},

@@ -71,7 +71,7 @@ void FolderTransport::TakeAgain() {
   bTakeNoMore = false;
 }
 
-// What fails, for want of memory, has not begun: the next look sees to it that it is tried again.
+// A watch that fails for want of memory has not begun: the next look tries it again.
 void FolderTransport::tmrProcess_Timer() {
   try {
     Watch();

@@ -60,8 +60,8 @@ class FolderTransport {
   /// told of, and tries again what could not be done before.
   void LookAgain();
 
-  /// Tells the next waiting client that QuickBooks is still loading (kept: not the one whose
-  /// request is in work).
+  /// Tells the next waiting client that QuickBooks is still loading. Kept: that is not the one
+  /// whose request is in work; the order of the responses follows from it.
   void SendLoadingNotice();
 
   /// The scan on the stack ends after the file in work, until tmrProcess_Timer begins anew.

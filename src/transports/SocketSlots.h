@@ -2,8 +2,8 @@
 // first piece until its connection is closed. Slots are numbered from 1; a connection is known by
 // the socket server's index, from 1. A connection that sends several requests has several slots.
 //
-// What one connection does costs nothing per request of the others: each connection knows its
-// slots, and each slot its entries in the lists.
+// The work for one connection does not grow with the requests of the others: each connection knows
+// its slots, and each slot its entries in the lists.
 #pragma once
 
 #include <cstdint>
@@ -39,8 +39,9 @@ class SocketSlots {
   bool CanGrow() const;
   /// Highest slot number after the next Grow.
   std::int32_t SizeAfterGrowth() const;
-  /// Makes ten more slots (eleven at first). Each later growth puts the previous highest number
-  /// into FreeSlots once more (kept: required); StartReceiving passes over a number in use.
+  /// Makes ten more slots (eleven at first). Kept: each later growth puts the previous highest
+  /// number into FreeSlots once more, for the list can be seen; StartReceiving passes over a number
+  /// in use.
   void Grow();
   /// Frees the slots of served requests whose connections are still open. False when there are
   /// none.
@@ -57,9 +58,9 @@ class SocketSlots {
   /// The connection with the most requests in ProcessQueue; 0 when that is empty.
   std::int16_t Busiest() const;
 
-  /// The client closed the connection. A connection with only an incomplete request keeps slot and
-  /// entry in ReceivingSockets (kept: required), though not the text: the next connection of this
-  /// index must not inherit it.
+  /// The client closed the connection. Kept: a connection with only an incomplete request keeps
+  /// slot and entry in ReceivingSockets, for the list can be seen. It does not keep the text: the
+  /// next connection of this index must not inherit it.
   void ForgetClosed(std::int16_t socket);
   /// Frees all the connection's slots, and its requests leave ProcessQueue.
   void ForgetConnection(std::int16_t socket);

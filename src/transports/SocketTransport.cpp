@@ -252,8 +252,8 @@ void SocketTransport::SendFailure(HeldResponse& response) {
 }
 
 void SocketTransport::SendResponse(HeldResponse& response) {
-  // Counts the characters before line breaks are replaced, and its own send is not judged (kept:
-  // clients use it as a size hint and read up to the end-of-data mark).
+  // Kept: the header counts the characters before line breaks are replaced, and its own send is not
+  // judged; clients use it as a size hint and read up to the end-of-data mark.
   const auto length = static_cast<std::int64_t>(response.sText.size());
   if (iReplyTo != 0) Queue(ToText(length + 2).append(kAttributeMarkText));
   if (SendBlocks(response)) Send(kEndOfDataMarkText);
@@ -266,7 +266,7 @@ bool SocketTransport::SendBlocks(HeldResponse& response) {
     const TextView piece = rest.substr(0, oSettings.BlockSize());
     rest.remove_prefix(piece.size());
     response.oShare.Resize(response.oShare.Size() - piece.size() * kQueuedBytes);
-    // A line break across the edge of two blocks goes out as CR and LF (kept: required).
+    // Kept: a line break across the edge of two blocks goes out as CR and LF, as clients expect it.
     ReplaceLineBreaks(piece, block);
     if (!Send(block)) return false;
     Log(iReplyTo, u"Results: ", block);

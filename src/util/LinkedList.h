@@ -18,8 +18,8 @@ class LinkedList {
   /// Nothing, a number, a text, or an object (compared by identity only).
   using Value = std::variant<std::monostate, std::int32_t, double, Text, std::shared_ptr<void>>;
 
-  /// How Find compares the searched value with a node's item. Numbers sort before texts; nothing
-  /// counts as 0 beside a number and as an empty text beside a text.
+  /// The comparison that Find makes between the searched value and a node's item. Numbers sort
+  /// before texts; nothing counts as 0 beside a number and as an empty text beside a text.
   enum Condition : std::int32_t {
     kEqual = 0,
     kNotEqual = 1,
@@ -61,8 +61,8 @@ class LinkedList {
   void Remove(std::int32_t index = 0);
   void RemoveByKey(const Value& value, std::int32_t condition = kEqual,
                    std::int32_t startIndex = -1, bool descending = false);
-  /// Drops every value, but leaves count, ends and current position as they were (kept: required).
-  /// A list is emptied for further use by assigning a new one.
+  /// Drops every value. Kept: count, ends and current position stay as they were, as they always
+  /// did. A list is emptied for further use by assigning a new one.
   void RemoveAll();
 
   /// Searches from the node behind startIndex (before it when descending), from the current node on

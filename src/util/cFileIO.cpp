@@ -43,8 +43,8 @@ void AppendSeparator(Text& folder) {
   if (!folder.ends_with(u'\\')) folder.push_back(u'\\');
 }
 
-// How much of the path is there without being made: the drive, or a network path's server and
-// share; the root's separator on POSIX.
+// The length of the part that is there without being made: the drive, or a network path's server
+// and share; the root's separator on POSIX.
 std::size_t LengthOfStart(TextView path) {
   if (path.starts_with(u"\\\\")) {
     const std::size_t share = path.find(u'\\', 2);

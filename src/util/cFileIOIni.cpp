@@ -63,8 +63,8 @@ TextView TakePiece(TextView& text, char16_t separator) {
 }
 
 // An entry that the buffer had no room for is a row as well, as far as it goes.
-// A value that itself contains "=" is cut there, and an entry without "=" ends the filling: its row
-// has a name only and the rows after it are empty. kept: the table has always been like this.
+// Kept: a value that itself contains "=" is cut there, and an entry without "=" ends the filling:
+// its row has a name only and the rows after it are empty. The table has always been like this.
 void FillTable(TextView entries, std::vector<std::pair<Text, Text>>& table) {
   const auto ended = std::count(entries.begin(), entries.end(), u'\0');
   const bool isLastCut = !entries.empty() && entries.back() != u'\0';

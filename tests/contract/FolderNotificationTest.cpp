@@ -35,7 +35,7 @@ constexpr milliseconds kShort{300};    // long enough for what is not to come
 constexpr int kBurst = 1000;
 constexpr char kOrder[] = "OSTREL_TEST_FOLDER_ORDER";
 
-// What the second process does to a folder, named by the first word of its order.
+// The orders that the second process carries out in a folder, by the first word of each.
 
 void Write(const std::filesystem::path& file) { std::ofstream(file) << "text"; }
 

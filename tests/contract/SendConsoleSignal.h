@@ -1,4 +1,4 @@
-// What the person in front of the program does.
+// The signal with which a person in front of the program ends it.
 #pragma once
 
 namespace ostrel {

@@ -19,8 +19,9 @@ from system import PROGRAMS, UNDER_WINE, as_known, command, program_file
 LIMIT = 20  # seconds that one response or step may take
 BETWEEN_TRIES = 0.02
 
-# What each operation fails with: (error, error, ...), "short" for half of what was asked. The numbers
-# are the system's own. Writing to standard output is not among them: its lines are what is looked at.
+# The errors with which each operation fails: (error, error, ...), "short" for half of what was asked.
+# The numbers are the system's own. Writing to standard output is not among them: the scenarios judge
+# by its lines.
 if UNDER_WINE:
     OPERATIONS = {
         "CreateFileW": (32, 5), "ReadFile": (1117,), "WriteFile": (112,), "FlushFileBuffers": (1117,),

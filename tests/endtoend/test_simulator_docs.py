@@ -18,7 +18,7 @@ ID = r"[0-9A-F]+-\d{10}"
 TIME = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d"
 ITERATOR = r"\{[0-9A-Fa-f-]{36}\}"
 SEQUENCE = r"\d{10}"
-# What is another one each time.
+# The parts of a response that are different each time.
 VOLATILE = re.compile(rf"(?P<time>{TIME})|(?P<iterator>{ITERATOR})|\b(?P<id>{ID})\b|\b(?P<sequence>{SEQUENCE})\b")
 SHAPES = {"time": TIME, "iterator": ITERATOR, "id": ID, "sequence": SEQUENCE}
 

@@ -1,4 +1,4 @@
-// What the fuzzer calls; the program has one target.
+// The function that the fuzzer calls; the program has one target.
 #include "tests/fuzz/FuzzTarget.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);

@@ -26,7 +26,7 @@ struct Registered {
   }
 };
 
-/// What is told of a failure besides: the seed that is being replayed.
+/// The name of the seed that is being replayed; a failure names it.
 std::string& InputName();
 /// Says what did not hold, and ends the program.
 void Require(bool condition, const char* what);

@@ -10,7 +10,7 @@ namespace {
 
 using fuzz::Require;
 
-// What follows a journal is read whatever is wrong with the records before.
+// A record behind a journal is read whatever is wrong with the records before.
 void WriteWhatWasRead(std::string bytes, Journal journal) {
   for (const Changes& changes : journal.changes) bytes += journal.writer.Changed(changes);
   const Journal twice = ReadJournal(bytes);

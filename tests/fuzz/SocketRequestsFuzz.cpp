@@ -213,7 +213,7 @@ class Conversation : public SocketService {
     Require(connection.sReceived == whole, "a response arrives whole");
   }
 
-  // What happens while a request is in work and between the blocks of its response.
+  // The events while a request is in work and between the blocks of its response.
   void Nested() {
     if (iDepth == kDeepest) return;
     ++iDepth;

@@ -25,7 +25,8 @@ int PendingError(int descriptor) {
   return error == 0 ? 0 : SocketErrorOf(error);
 }
 
-/// How a stream ended, 0 for an orderly end; nothing while there is something left to receive.
+/// The error with which a stream ended, 0 for an orderly end; nothing while there is something left
+/// to receive.
 std::optional<int> EndOfStream(int descriptor) {
   char next;
   const auto peeked = recv(descriptor, &next, 1, MSG_PEEK | MSG_DONTWAIT);

@@ -25,7 +25,7 @@ HANDLE LookUpToSystem(LookUpHandle lookUp) {
   return reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(lookUp));
 }
 
-/// How a stream ended, 0 for an orderly end; nothing while it has not.
+/// The error with which a stream ended, 0 for an orderly end; nothing while it has not.
 std::optional<int> EndOfStream(SocketHandle handle) {
   char next;
   const int peeked = recv(SystemSocket(handle), &next, 1, MSG_PEEK);

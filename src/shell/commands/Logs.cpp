@@ -81,7 +81,7 @@ Text Logs::HistoryHeader() const {
 
 void Logs::WriteHistoryFile(TextView text) {
   if (!oSettings.bHistory) return;
-  // The name is not in the line (kept: required).
+  // Kept: the name is not in the line; people know the line like this.
   AddStatus(u"Creating Log File: ");
   Text content = HistoryHeader().append(text);
   cFileIO file;
@@ -124,7 +124,7 @@ void Logs::mnuToolsCommLog_Click() {
     WriteCommLog(u"----> Comm Log enabled <-----");
     for (const Text& line : Circumstances(oSettings)) WriteCommLog(line);
   } else {
-    // Reaches no file, for the log is off by now (kept: turning it off leaves no closing line).
+    // Kept: reaches no file, for the log is off by now. Readers of the log expect no closing line.
     WriteCommLog(u"----> Comm Log Disabled <-----");
   }
 }

@@ -16,8 +16,8 @@ class frmAbout {
   frmAbout(const frmAbout&) = delete;
   frmAbout& operator=(const frmAbout&) = delete;
 
-  /// Makes the window, or brings the open one to the front. It stays open, beside the main window,
-  /// until OK or Unload: nobody waits for it.
+  /// Makes the window, or brings the open one to the front. It stays open beside the main window:
+  /// nobody waits for it.
   void Show();
   /// Harmless when it is not open.
   void Unload();

@@ -16,8 +16,8 @@ namespace ostrel {
 struct AppSettings : GatewaySettings, TransportSettings {
   Text sStatusPath;  // folder of status.txt, no separator at its end
   cFileIO oCommLog;  // bound to the communication log, closed between lines
-  /// Database flavour: 0 none, 1 D3/Linux, 2 D3/NT, 3 UniVerse, 4 OpenInsight. A flavour
-  /// decides which transport is wanted; 0 and any other number leave that to the two below.
+  /// Database flavour: 0 none, 1 D3/Linux, 2 D3/NT, 3 UniVerse, 4 OpenInsight. A flavour decides
+  /// which transport is wanted; 0 and any other number leave that to the two below.
   std::int32_t lCommType = 0;
   bool bFolderWatch = false;   // the folder transport is wanted
   bool bSocketServer = false;  // the socket transport is wanted

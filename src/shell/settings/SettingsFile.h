@@ -22,10 +22,11 @@ class SettingsFile {
                Text programFolder, std::function<void()> unload);
 
   /// Reads every key; a missing one takes its default, and without the file all of them do, after
-  /// the message and the unload. A transport that is on stays on, whatever the file says now (kept:
-  /// required). Raises RunTimeError with the key and its value for what is not a number or does not
-  /// fit, and for a company file name with control characters; the keys after it keep their earlier
-  /// values. So do those that cannot be read because another program has taken the file meanwhile.
+  /// the message and the unload. Kept: a transport that is on stays on, whatever the file says now,
+  /// since toggling lasts until the next start. Raises RunTimeError with the key and its value for
+  /// what is not a number or does not fit, and for a company file name with control characters; the
+  /// keys after it keep their earlier values. So do those that cannot be read because another
+  /// program has taken the file meanwhile.
   void LoadSettings();
 
   /// The menu item "Log History".

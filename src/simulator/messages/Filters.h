@@ -34,7 +34,7 @@ struct Filters {
 
 Filters MakeFilters(const Call& call);
 
-/// How much of the objects the message wants back. Lines are always among it, or only when asked
+/// The part of the objects that the message wants back. Lines are always in it, or only when asked
 /// for with IncludeLineItems.
 View ViewOf(const Call& call, bool alwaysLines);
 

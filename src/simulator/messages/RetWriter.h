@@ -11,7 +11,7 @@
 
 namespace ostrel::simulator {
 
-/// How much of an object is asked for.
+/// The part of an object that is asked for.
 struct View {
   int version = 130;                   // of qbXML, times ten: later fields are left out
   bool lines = true;                   // of transactions

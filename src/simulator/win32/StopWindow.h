@@ -1,6 +1,6 @@
-// How a running stand-in is ended from outside, at once: for its clients it is as if QuickBooks had
-// been ended in the middle of their work. A process that was simply killed would leave COM with a
-// class that nobody serves.
+// Ends a running stand-in from outside, at once: for its clients it is as if QuickBooks had been
+// ended in the middle of their work. A process that was simply killed would leave COM with a class
+// that nobody serves.
 #pragma once
 
 #include <windows.h>

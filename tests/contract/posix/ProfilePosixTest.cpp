@@ -1,4 +1,4 @@
-// What only our own profile functions promise; Windows compares names by rules of its own.
+// The promises of our own profile functions alone; Windows compares names by rules of its own.
 #include <gtest/gtest.h>
 
 #include "platform/Profile.h"

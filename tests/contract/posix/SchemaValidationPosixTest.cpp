@@ -1,4 +1,4 @@
-// What libxml2 tells of a fault besides that it is there.
+// The details that libxml2 tells of a fault.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What the POSIX sockets do when descriptors run out, and what they cost.
+// The POSIX sockets when descriptors run out, and the descriptors that they cost.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>

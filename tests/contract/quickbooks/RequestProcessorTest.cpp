@@ -28,7 +28,7 @@ Text Request(TextView message) {
          Text(message) + u"</QBXMLMsgsRq></QBXML>";
 }
 
-/// What an operation failed with; number 0 when it did not.
+/// The error with which an operation failed; number 0 when it did not.
 RequestProcessorError FailureOf(const std::function<void()>& operation) {
   try {
     operation();

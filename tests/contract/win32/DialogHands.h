@@ -1,5 +1,5 @@
-// What a person does to a dialog while the program waits for the answer: done by a timer, from
-// inside the dialog's own loop.
+// The hands of a person in front of a dialog, while the program waits for it to be answered: a
+// timer moves them from inside the dialog's own loop.
 #pragma once
 
 #include <windows.h>

@@ -1,4 +1,4 @@
-// What is Windows' own about nested handlers: message boxes and menus have loops of their own.
+// Nested handlers on Windows, where message boxes and menus have loops of their own.
 #include <windows.h>
 #include <gtest/gtest.h>
 
@@ -47,7 +47,7 @@ class TestWindow {
   HWND oWindow;
 };
 
-/// What message boxes and menus do inside: a loop that knows nothing of ours.
+/// The loop inside a message box or a menu, which knows nothing of ours.
 void RunLoopOfTheSystems(const std::optional<bool>& until) {
   MSG message;
   while (!until && GetMessageA(&message, nullptr, 0, 0) > 0) DispatchMessageA(&message);

@@ -1,4 +1,4 @@
-// What the sockets do when the thread's message queue is full, and how they are set up.
+// The sockets when the thread's message queue is full, and the options that they are given.
 #include <winsock2.h>
 #include <gtest/gtest.h>
 

@@ -26,7 +26,7 @@ std::span<const Command> DesktopCommands();
 HWND WindowOf(const std::wstring& field);
 std::wstring FieldOf(HWND window);
 
-/// How long another program may take to answer a message, in milliseconds.
+/// The time that another program has to answer a message, in milliseconds.
 inline constexpr UINT kAnswerLimit = 10'000;
 
 /// The answer; raises CommandError when there is none in time.

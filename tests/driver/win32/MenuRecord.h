@@ -1,5 +1,5 @@
-// What the hook leaves for the driver. Handles of menus mean nothing in another process than their
-// own: the hook, which runs in it, writes down what the menu says.
+// The record that the hook leaves for the driver. Handles of menus mean nothing in another process
+// than their own: the hook, which runs in it, writes down what the menu says.
 #pragma once
 
 #include <windows.h>

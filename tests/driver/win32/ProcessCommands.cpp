@@ -38,7 +38,7 @@ class OpenedProcess {
   bool isOwn = false;
 };
 
-/// What started programs read and write: the driver's own streams are the tests'.
+/// The streams of started programs: the driver's own are the tests'.
 HANDLE Nothing() {
   static const HANDLE nothing = [] {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};

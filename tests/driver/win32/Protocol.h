@@ -1,5 +1,5 @@
-// What is said on standard input and output: a line of fields divided by tabs, in UTF-8. A tab, a
-// line break or a backslash inside a field is written \t, \n, \r or \\.
+// The lines on standard input and output: fields divided by tabs, in UTF-8. A tab, a line break or
+// a backslash inside a field is written \t, \n, \r or \\.
 #pragma once
 
 #include <stdexcept>

@@ -9,8 +9,8 @@ namespace ostrel::driver {
 /// In front of the system's from the first call on.
 void OpenTrayShell();
 
-/// What was said since the last call; of each operation six fields: 0 add, 1 modify or 2 delete,
-/// the window, the icon's number, the flags, the callback message, the tip.
+/// The operations since the last call, six fields each: 0 add, 1 modify or 2 delete, the window,
+/// the icon's number, the flags, the callback message, the tip.
 Fields TakeTrayOperations();
 
 }  // namespace ostrel::driver

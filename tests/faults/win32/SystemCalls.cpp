@@ -2,7 +2,7 @@
 // says. A program calls an imported function through a pointer of a known name; these are the
 // pointers, defined here before the import libraries can.
 #include <winsock2.h>
-// What follows needs the types of the one above.
+// The headers below need the types of the one above.
 #include <windows.h>
 
 #include "tests/faults/FaultPlan.h"

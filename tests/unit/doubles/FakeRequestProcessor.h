@@ -37,7 +37,7 @@ struct FakeQuickBooks {
         RequestProcessorError(static_cast<std::int32_t>(hresult), std::move(description)));
   }
 
-  /// What the program is given to create request processor objects with.
+  /// The factory with which the program creates request processor objects.
   std::function<std::unique_ptr<RequestProcessor>()> Factory();
 };
 

@@ -9,7 +9,7 @@
 
 namespace ostrel::doubles {
 
-/// What becomes of the servers that the program creates; outlives them.
+/// The fate of the servers that the program creates; outlives them.
 struct FakeNetwork {
   struct Sent {
     std::int16_t iSocket;

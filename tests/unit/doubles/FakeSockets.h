@@ -27,7 +27,7 @@ class FakeSockets final : public platform::SocketLayer,
                           public platform::SocketNotifications,
                           public platform::HostNames {
  public:
-  /// What the next and all further calls of an operation fail with; 0: they succeed.
+  /// The errors with which the next and all further calls of an operation fail; 0: they succeed.
   struct Errors {
     int open = 0, close = 0, bind = 0, listen = 0, connect = kWouldBlock, shutdown = 0, send = 0;
     int select = 0, startUp = 0, lookUp = 0;
@@ -55,7 +55,7 @@ class FakeSockets final : public platform::SocketLayer,
       platform::SocketProtocol::kTcp, 8192, 8192, {0x7F000001, 4999}, {0x0A000001, 50000}};
   std::optional<std::uint32_t> hostAddress = 0x0A000002;
 
-  // What was done.
+  // The calls that were made.
   std::set<SocketHandle> open, selected, shutDown;
   int starts = 0, cleanUps = 0, sinksConnected = 0, sends = 0, backlog = 0;
   SocketAddress bound, connectedTo;

@@ -52,7 +52,7 @@ class RequestHandlerTest : public ::testing::Test {
     received.clear();
   }
 
-  // What QuickBooks receives for a request when the session is open.
+  // The request as QuickBooks receives it when the session is open.
   Text ReceivedFor(TextView request) {
     BeOpen();
     Process(Text(request));

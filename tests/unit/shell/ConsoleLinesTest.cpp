@@ -17,7 +17,7 @@ using std::chrono::seconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What reads the lines: nothing while it sleeps.
+// The reader of the lines: takes none while it sleeps.
 class Reader {
  public:
   void Sleep() {

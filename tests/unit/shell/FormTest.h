@@ -1,4 +1,4 @@
-// What a test of the main form needs around it: a window, a clock, QuickBooks, a network and a
+// The surroundings of the main form in a test: a window, a clock, QuickBooks, a network and a
 // settings file of its own.
 #pragma once
 
@@ -105,7 +105,7 @@ class FormTest : public testing::Test {
   doubles::FakeClock Clock;
   doubles::FakeQuickBooks QuickBooks;
   doubles::FakeNetwork Network;
-  /// What the folder's next watcher sees.
+  /// The events that the folder's next watcher sees.
   std::deque<doubles::FakeFolderNotification::Step> FolderSteps;
   SocketTransport* Transport = nullptr;  // once a server has been created
   int iUnloads = 0;

@@ -1,4 +1,4 @@
-// What tests of the commands that use the QuickBooks session need around them.
+// The surroundings of the commands that use the QuickBooks session, for their tests.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -25,7 +25,7 @@ class CompanyFileTest : public testing::Test {
  protected:
   CompanyFileTest() { oStorage.Files[kPath] = "old"; }
 
-  // What the next one to open the company finds: the file, and the names that its journal adds.
+  // The company as the next one to open it finds it: the file, and the names that its journal adds.
   std::string Reopened() {
     CompanyFile file(kPath, oStorage);
     CompanyFile::Contents contents;
@@ -171,7 +171,7 @@ TEST_F(CompanyFileTest, KeepsAJournalWhoseBeginningIsDamaged) {
   EXPECT_EQ(oStorage.Files.size(), 3u);
 }
 
-// What it says is proved by the record behind it.
+// The record behind that line proves what it says.
 TEST_F(CompanyFileTest, ReadsAJournalOfWhichOnlyTheFirstLineIsDamaged) {
   Open().Append(Adding("a"));
   oStorage.Files[kJournal][3] = 'X';

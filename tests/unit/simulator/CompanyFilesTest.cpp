@@ -107,7 +107,7 @@ TEST_F(CompanyFilesTest, LeaveNothingOfALockThatIsGivenBack) {
   EXPECT_EQ(oFiles.Lock(oFolder.Path(u"a.qbw")).error, 0);
 }
 
-// What a process that was killed leaves behind.
+// A process that was killed leaves its lock behind.
 TEST_F(CompanyFilesTest, TakeALockThatNobodyHolds) {
   oFolder.Write(u".a.qbw.lock", "");
 

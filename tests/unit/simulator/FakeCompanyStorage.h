@@ -22,7 +22,7 @@ class FakeCompanyStorage : public simulator::CompanyStorage {
   /// Raised instead of the change of this number, counted from 1; 0: never.
   struct Crash {};
   int iCrashAt = 0;
-  /// What that change writes before it crashes.
+  /// Bytes that the change writes before it crashes.
   std::size_t lWrittenBeforeCrash = 0;
 
   int Read(TextView path, std::string& bytes) override {

@@ -94,7 +94,7 @@ TEST(Journal, TornAnywhereEndsWithItsLastWholeRecord) {
   }
 }
 
-// What a journal adds, a word a record: "Zoë Last", and what is left out as "-2".
+// The names that a journal adds, a word a record: "Zoë Last", and "-2" for a record left out.
 std::string Told(const Journal& journal) {
   std::string told;
   for (std::size_t i = 0; i < journal.changes.size(); ++i) {

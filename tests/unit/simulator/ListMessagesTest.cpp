@@ -10,7 +10,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// What an AddRq of each kind needs beside the name.
+// The fields that an AddRq of each kind needs beside the name.
 const std::map<std::string, std::string>& Needs() {
   const std::string account = Books::Ref("AccountRef", "Sales");
   static const std::map<std::string, std::string> needs = {

@@ -1,4 +1,4 @@
-// What becomes of an open company's changes on disk.
+// The changes of an open company on disk.
 #include <gtest/gtest.h>
 
 #include "simulator/company/Journal.h"
@@ -10,7 +10,7 @@ namespace {
 
 const Text kJournal = Text(Conversation::kPath) + u".journal";
 
-// What the disk held when the process was killed, in the hands of another one an hour later.
+// The disk of a process that was killed, in the hands of another one an hour later.
 class Survivor : public Books {
  public:
   explicit Survivor(const Books& killed) : Books("<Company/>") {

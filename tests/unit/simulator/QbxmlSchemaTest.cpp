@@ -173,7 +173,7 @@ TEST_F(QbxmlSchemaTest, TheFrameIsCheckedToo) {
   }
 }
 
-// What the fuzzer's seeds hold, well-formed or not.
+// The fuzzer's seeds hold requests of every sort, well-formed or not.
 TEST_F(QbxmlSchemaTest, WhatTheEngineTakesFromTheSeedsIsValid) {
   int taken = 0;
 

@@ -34,7 +34,7 @@ class SimulatedRequestProcessorTest : public testing::Test {
     oStorage.Files[Text(file)] = "<Company><Behaviour " + attributes + "/></Company>";
   }
 
-  // What runs may put something else into its own place.
+  // An action may put something else into its own place while it runs.
   static void RunCopy(const std::function<void()>& action) {
     const std::function<void()> copy = action;
     copy();

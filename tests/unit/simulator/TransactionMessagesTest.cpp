@@ -15,7 +15,7 @@ const std::string kAbbott = Books::Ref("CustomerRef", "Abbott");
 std::string Line(const std::string& fields) { return Books::Leaf("InvoiceLineAdd", fields); }
 std::string Item(const std::string& name) { return Books::Ref("ItemRef", name); }
 
-// What an AddRq of each kind of transaction needs.
+// The fields that an AddRq of each kind of transaction needs.
 std::string FieldsOfNew(const std::string& kind) {
   const std::string expense = "<ExpenseLineAdd>" + Books::Ref("AccountRef", "Supplies") +
                               "<Amount>5.00</Amount>" + "</ExpenseLineAdd>";

@@ -75,7 +75,7 @@ TEST_F(CSocketServerTest, IsStoppedAndWithoutAStateWhenItIsMade) {
   EXPECT_EQ(server->ConnectionCount(), 0);
 }
 
-TEST_F(CSocketServerTest, SaysThatItStoppedWheneverItStarts) {  // kept: handlers expect it
+TEST_F(CSocketServerTest, SaysThatItStoppedWheneverItStarts) {  // Kept: handlers expect it
   Text ip = u"127.0.0.1";
 
   EXPECT_TRUE(server->StartServer(4999, ip));
@@ -142,7 +142,7 @@ TEST_F(CSocketServerTest, StartsAfterAFailedStart) {
   EXPECT_TRUE(Start());
 }
 
-TEST_F(CSocketServerTest, SaysTwiceThatItStopped) {  // kept: handlers expect it
+TEST_F(CSocketServerTest, SaysTwiceThatItStopped) {  // Kept: handlers expect it
   ASSERT_TRUE(Start());
   Arrives();
   log.clear();

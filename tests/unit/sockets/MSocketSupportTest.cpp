@@ -314,7 +314,7 @@ TEST(SocketErrorText, KnowsTheTextOfEachNumber) {
   EXPECT_EQ(SocketErrorText(11004), u"Valid name, no data record of requested type.");
 }
 
-TEST(SocketErrorText, NamesTheRemoteServerForAReset) {  // kept: people know it from the status list
+TEST(SocketErrorText, NamesTheRemoteServerForAReset) {  // Kept: people know it from the status list
   EXPECT_EQ(SocketErrorText(10054), u"Connection closed by Remote server.");
 }
 

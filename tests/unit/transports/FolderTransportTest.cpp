@@ -27,7 +27,7 @@ using testing::Not;
 using testing::SizeIs;
 using WaitResult = platform::FolderNotification::WaitResult;
 
-// What another program does that has a file open.
+// A file that another program has open.
 class HeldOpen {
  public:
   explicit HeldOpen(const Text& path) {
@@ -385,7 +385,7 @@ TEST_F(FolderTransportTest, EmptiesTheStatusFileBeforeTheFirstFileOfAScan) {
   EXPECT_THAT(Trace.StatusFiles, SizeIs(1));
 }
 
-// What cannot be taken.
+// Files that cannot be taken.
 
 TEST_F(FolderTransportTest, SaysNothingOfAWriterThatEndsBeforeTheNextLook) {
   Ask(u"a.osl");
@@ -595,7 +595,7 @@ TEST_F(FolderTransportTest, ServesTheLongestNames) {
   }
 }
 
-// What goes wrong once the request has been deleted.
+// Failures once the request has been deleted.
 
 TEST_F(FolderTransportTest, RespondsToATooLongRequestWithAnError) {
   Transport.lLongestRequest = 10;

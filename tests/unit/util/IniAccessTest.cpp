@@ -126,7 +126,7 @@ TEST_F(IniAccessTest, BlanksAroundAValueAreRemoved) {
   EXPECT_EQ(Value(u"c", u" x "), u"x");
 }
 
-// kept: reading a setting leaves an empty file behind
+// Kept: reading a setting leaves an empty file behind.
 TEST_F(IniAccessTest, ReadingAMissingFileCreatesItEmpty) {
   EXPECT_EQ(Value(u"History"), u"fallback");
 
@@ -160,12 +160,12 @@ TEST_F(IniAccessTest, CharactersOfTheCodePageComeBack) {
 TEST_F(IniAccessTest, ASectionIsATableOfNamesAndValues) {
   Given("[General]\r\na=1\r\nb=2=3\r\nc=\r\n[Other]\r\nd=4\r\n");
 
-  // kept: a value is cut at its first "="
+  // Kept: a value is cut at its first "="
   EXPECT_THAT(Section(u"General"),
               ElementsAre(Pair(u"a", u"1"), Pair(u"b", u"2"), Pair(u"c", u"")));
 }
 
-// kept: the table has the size of the section, but is not filled beyond such an entry
+// Kept: the table has the size of the section, but is not filled beyond such an entry.
 TEST_F(IniAccessTest, AnEntryWithoutAnEqualsSignEndsTheTable) {
   Given("[General]\r\na=1\r\nb\r\nc=3\r\n");
 
@@ -288,7 +288,7 @@ TEST_F(NamelessIniAccessTest, ReadingRaisesFileNotFoundAndSetsTheDefault) {
   EXPECT_EQ(error.Description, oFile.FullFileName() + u" not Found");
 }
 
-// kept: the section is read under the same source
+// Kept: the section is read under the same source.
 TEST_F(NamelessIniAccessTest, ReadingASectionRaisesUnderTheSourceOfReading) {
   const RunTimeError error = Raised([&] { Section(u"General"); });
 

@@ -227,7 +227,7 @@ TEST_F(cFileIOTest, OpeningToReadStartsAtTheBeginning) {
   EXPECT_EQ(oFile.CurrentPos(), 0);
 }
 
-// kept: the cursor of an object that is used again decides where the file ends
+// Kept: the cursor of an object that is used again decides where the file ends.
 TEST_F(cFileIOTest, OpeningToWriteOnlyLeavesTheCursorWhereItWas) {
   Given("0123456789");
   oFile.SetCursorPos(4);
@@ -837,7 +837,7 @@ TEST_F(cFileIOTest, RecyclingTakesTheFileAway) {
 TEST_F(cFileIOTest, MakesEveryMissingFolderAlongAPath) {
   EXPECT_EQ(oFile.ValidateDirectory(oFolder.Path(u"One\\two\\\\three")), 0);
 
-  EXPECT_TRUE(oFolder.Has(u"one/two/three"));  // kept: folders are made in lower case
+  EXPECT_TRUE(oFolder.Has(u"one/two/three"));  // Kept: folders are made in lower case
   EXPECT_EQ(oFile.ValidateDirectory(oFolder.Path(u"one\\TWO\\three\\")), 0);
 }
 

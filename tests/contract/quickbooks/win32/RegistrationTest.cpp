@@ -23,7 +23,7 @@ class RegistrationTest : public testing::Test {
     RegSetKeyValueW(HKEY_CLASSES_ROOT, (Path() + L"\\" + kind).c_str(), nullptr, REG_SZ,
                     server.c_str(), static_cast<DWORD>((server.size() + 1) * sizeof(wchar_t)));
   }
-  /// What clients of the class get.
+  /// The server that clients of the class get.
   std::wstring Server() const {
     wchar_t value[260] = L"";
     DWORD size = sizeof value;
