@@ -1,3 +1,7 @@
+// Both servers of the comparison run in a process of their own, and the load program drives them
+// over the wire. The gateway is the product's, from its sockets to its request handler; only
+// QuickBooks is a double that responds at once, so that nothing but the gateway is measured. The
+// plain copy sends as many bytes from memory, blocking: the least that any server could cost.
 #include "bench/LoadServer.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// The request is written beside its place and renamed, so that the gateway never sees half of it.
+// Its response is renamed before it is read: from then on it is ours, and the gateway may put a
+// notice or the next response of the name there. A folder that reports no changes, and one on a
+// network that loses some, is looked at twice a second.
 #include "clients/FolderExchange.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// Letters change their case by the table of Windows-1252, whatever the system's locale: a name that
+// the product has turned to lower case is then the same on every machine. UTF-8 is only read and
+// written at the edges (consoles, company files, schemas). An ill-formed start costs one byte and
+// becomes one replacement character, so that a damaged text loses nothing behind the damage.
 #include "util/Text.h"
 
 #include <charconv>

@@ -1,3 +1,8 @@
+// A file is opened without sharing: as long as it is open, every other program is refused, and a
+// file that another one has open is refused here. A link is recognised on the open handle, not
+// before, so that nobody can put one in its place in between. Reading and writing name their
+// position, in pieces that a network drive takes, and devices that only look like files (CON, a
+// pipe) are closed again.
 #include "platform/Files.h"
 
 #include <windows.h>

@@ -1,6 +1,8 @@
 // The system's own functions, in their 8-bit form: the bytes go in and come out as they are. They
-// do not tell a file that cannot be read from one that is missing, so the file is opened beside
-// them.
+// have three faults that are made good here. They do not tell a file that cannot be read from one
+// that is missing, so the file is opened beside them, several times when somebody else has it for a
+// moment. They cannot name a file outside the code page, so its short name is used. They cut a long
+// result without a word, so the buffer has room for one byte more than was asked for.
 #include "platform/Profile.h"
 
 #include <windows.h>

@@ -1,3 +1,8 @@
+// Every message is made from the tables of kinds: each kind has an Add, a Mod and a Query, and each
+// family of kinds a Query of its own; only a handful are named one by one. The catalog is made once
+// and says for each message its elements, attributes and handler, so that checking a request, the
+// schema and the handlers cannot disagree. The second half is the steps that the handlers share: a
+// change is found, merged and committed, and its response shows the object as it is stored.
 #include "simulator/messages/Messages.h"
 
 #include <algorithm>

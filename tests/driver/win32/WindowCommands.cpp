@@ -1,3 +1,5 @@
+// The commands that find windows, read them and operate them. Everything goes by messages with a
+// time limit, as from a person's hands: a program that hangs fails a command and not the test run.
 #include <array>
 
 #include "tests/driver/win32/Commands.h"
