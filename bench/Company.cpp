@@ -32,9 +32,9 @@ class Client {
         "<?xml version=\"1.0\"?><?qbxml version=\"13.0\"?><QBXML><QBXMLMsgsRq "
         "onError=\"stopOnError\">" +
         message + "</QBXMLMsgsRq></QBXML>";
-    std::string answer = ToUtf8(oProcessor.ProcessRequest(sTicket, FromUtf8(request)));
-    if (answer.find("statusCode=\"0\"") != std::string::npos) return answer;
-    throw std::runtime_error(answer.substr(0, 500));
+    std::string response = ToUtf8(oProcessor.ProcessRequest(sTicket, FromUtf8(request)));
+    if (response.find("statusCode=\"0\"") != std::string::npos) return response;
+    throw std::runtime_error(response.substr(0, 500));
   }
 
  private:
@@ -92,14 +92,14 @@ class Pages {
   Seconds Next() {
     const std::string attributes =
         sId.empty() ? "iterator=\"Start\"" : "iterator=\"Continue\" iteratorID=\"" + sId + "\"";
-    std::string answer;
+    std::string response;
     const Seconds time = TimeOf([&] {
-      answer = oClient.Ask("<CustomerQueryRq " + attributes +
-                           "><MaxReturned>100</MaxReturned></CustomerQueryRq>");
+      response = oClient.Ask("<CustomerQueryRq " + attributes +
+                             "><MaxReturned>100</MaxReturned></CustomerQueryRq>");
     });
     const std::string key = "iteratorID=\"";
-    const std::size_t at = answer.find(key) + key.size();
-    sId = answer.substr(at, answer.find('"', at) - at);
+    const std::size_t at = response.find(key) + key.size();
+    sId = response.substr(at, response.find('"', at) - at);
     return time;
   }
 

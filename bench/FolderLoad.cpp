@@ -13,7 +13,7 @@
 namespace ostrel::bench {
 namespace {
 
-// QuickBooks' stand-in answers it at once.
+// QuickBooks' stand-in responds to it at once.
 constexpr std::string_view kRequest = "QUICKBOOKSINFO\r\n";
 
 // Looks so often that the looking does not show in milliseconds.
@@ -21,7 +21,7 @@ template <typename Condition>
 void Await(Condition condition) {
   const auto end = BenchClock::now() + std::chrono::seconds(60);
   while (!condition()) {
-    if (BenchClock::now() > end) throw std::runtime_error("an answer file did not come");
+    if (BenchClock::now() > end) throw std::runtime_error("a response file did not come");
     std::this_thread::sleep_for(std::chrono::microseconds(100));
   }
 }
@@ -39,7 +39,7 @@ Seconds TimeOfRequest(const GatewayProgram& gateway, const Text& name) {
     Await([&] { return gateway.ResponseFolder().Has(name); });
   });
   if (gateway.ResponseFolder().Read(name).find("<ProductName>") == std::string::npos) {
-    throw std::runtime_error("an answer file of another content");
+    throw std::runtime_error("a response file of another content");
   }
   return time;
 }

@@ -48,10 +48,10 @@ class Client {
   void Send(std::string_view bytes) const { oConnection.Send(bytes); }
   void SendRequest(std::string_view text) const { Send(std::string(text) + kEndOfDataByte); }
 
-  void AwaitBeginOfAnswer() const { oConnection.AwaitBytes(); }
+  void AwaitBeginOfResponse() const { oConnection.AwaitBytes(); }
 
   /// Reads up to the end-of-data mark; how many bytes that were, the mark included.
-  std::size_t AwaitAnswer() {
+  std::size_t AwaitResponse() {
     std::size_t total = 0;
     for (std::size_t received;; total += received) {
       received = oConnection.Receive(oBuffer);
@@ -62,7 +62,7 @@ class Client {
 
   std::size_t Ask(std::string_view text) {
     SendRequest(text);
-    return AwaitAnswer();
+    return AwaitResponse();
   }
 
  private:
@@ -126,7 +126,7 @@ std::string Prepare(std::size_t characters) {
 }
 
 // The bytes of a response of this length on the wire: line breaks within a block are one byte.
-std::size_t BytesOfAnswer(std::size_t characters) {
+std::size_t BytesOfResponse(std::size_t characters) {
   const Text response = SampleResponse(characters);
   std::size_t bytes = std::to_string(characters + 2).size() + 2;
   for (TextView rest = response; !rest.empty();) {
@@ -142,13 +142,13 @@ Seconds TimeOfResponse(Client& client, std::size_t characters, std::size_t expec
   client.Ask(Prepare(characters));
   std::size_t received = 0;
   const Seconds time = TimeOf([&] { received = client.Ask(kHandOut); });
-  if (received != expectedBytes) throw std::runtime_error("an answer of another length");
+  if (received != expectedBytes) throw std::runtime_error("a response of another length");
   return time;
 }
 
 void MeasureResponses(Figures& figures) {
-  const std::size_t bytes = BytesOfAnswer(kSize);
-  const std::size_t bytesTwice = BytesOfAnswer(2 * kSize);
+  const std::size_t bytes = BytesOfResponse(kSize);
+  const std::size_t bytesTwice = BytesOfResponse(2 * kSize);
   const Server server;
   Client client = server.Connect();
   Copier copier = server.ConnectCopier();
@@ -215,16 +215,16 @@ void MeasureSlowReader(Figures& figures) {
   other.Ask(Prepare(kSize));
   process.ForgetPeak();
   slow.SendRequest(WithHeaderLine(kHandOutAsQuickBooks));
-  slow.AwaitBeginOfAnswer();
+  slow.AwaitBeginOfResponse();
   other.Ask(kTake);  // its turn comes when the long response is queued whole
-  const std::size_t received = slow.AwaitAnswer();
-  if (received != BytesOfAnswer(kSize)) throw std::runtime_error("an answer of another length");
+  const std::size_t received = slow.AwaitResponse();
+  if (received != BytesOfResponse(kSize)) throw std::runtime_error("a response of another length");
   const double above = static_cast<double>(process.PeakMemory()) - idle;
   figures.AtMost("64 M response to a slow reader, peak above the idle program",
                  above / static_cast<double>(kSize), 6, "B/char");
 }
 
-// Receive, assemble, queue, one tick, request handler with QuickBooks answering at once, send.
+// Receive, assemble, queue, one tick, request handler with QuickBooks responding at once, send.
 void MeasureSmallRequests(Figures& figures) {
   constexpr int kRequests = 1000;
   const std::string request = SmallRequest();
@@ -236,9 +236,9 @@ void MeasureSmallRequests(Figures& figures) {
     for (int i = 0; i < kRequests; ++i) client.Ask(request);
   });
   const Seconds used = server.Process().CpuTime() - before;
-  figures.AtMost("2 KB request with a 10 KB answer, processor time", used.count() * 1e6 / kRequests,
-                 300, "us");
-  figures.AtMost("2 KB request with a 10 KB answer, until it is there",
+  figures.AtMost("2 KB request with a 10 KB response, processor time",
+                 used.count() * 1e6 / kRequests, 300, "us");
+  figures.AtMost("2 KB request with a 10 KB response, until it is there",
                  taken.count() * 1e3 / kRequests, 20, "ms");
 }
 

@@ -36,7 +36,7 @@ class NoTrace : public Trace {
   void WriteStatusFile(TextView) override {}
 };
 
-// Answers at once.
+// Responds at once.
 class QuickBooks : public RequestProcessor {
  public:
   explicit QuickBooks(Text& prepared) : sPrepared(prepared) {}
@@ -45,7 +45,7 @@ class QuickBooks : public RequestProcessor {
   Text BeginSession(TextView, FileMode) override { return u"ticket"; }
   Text ProcessRequest(TextView, TextView request) override {
     static const Text handOut = FromAscii(kHandOutAsQuickBooks);
-    return Contains(request, handOut) ? std::exchange(sPrepared, {}) : sAnswer;
+    return Contains(request, handOut) ? std::exchange(sPrepared, {}) : sResponse;
   }
   Text GetCurrentCompanyFileName(TextView) override { return u"load.qbw"; }
   void EndSession(TextView) override {}
@@ -55,7 +55,7 @@ class QuickBooks : public RequestProcessor {
 
  private:
   Text& sPrepared;
-  Text sAnswer = SampleResponse(kAnswerCharacters);
+  Text sResponse = SampleResponse(kResponseCharacters);
 };
 
 class LoadServer : private SocketService {

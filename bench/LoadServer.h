@@ -8,18 +8,18 @@
 
 namespace ostrel::bench {
 
-// Requests to the gateway. Every other one goes to the request handler, and gets an answer of
-// kAnswerCharacters from QuickBooks.
+// Requests to the gateway. Every other one goes to the request handler, and gets a response of
+// kResponseCharacters from QuickBooks.
 /// Makes a response of as many characters as the number behind it says, and keeps it.
 inline constexpr std::string_view kPrepare = "PREPARE ";
-/// Answered with that response.
+/// Responded to with that response.
 inline constexpr std::string_view kHandOut = "HAND OUT";
-/// Taken and answered with a word.
+/// Taken, with a word as the response.
 inline constexpr std::string_view kTake = "TAKE ";
-/// A word in a request that makes QuickBooks answer with the prepared response.
+/// A word in a request that makes QuickBooks respond with the prepared response.
 inline constexpr std::string_view kHandOutAsQuickBooks = "PreparedQueryRq";
 
-inline constexpr std::size_t kAnswerCharacters = 10 * 1024;
+inline constexpr std::size_t kResponseCharacters = 10 * 1024;
 
 /// A command to the copying server, in its memory form. kOut: it sends so many bytes; kIn: it
 /// receives so many and then sends one.

@@ -33,7 +33,7 @@ void ResponseFile(benchmark::State& state) {
   const Text response = SampleResponse(Size(state));
   const ScratchFolder folder;
   for ([[maybe_unused]] auto _ : state) {
-    if (!WriteResponseFile(response, folder.Path(u"answer.osl"))) state.SkipWithError("no file");
+    if (!WriteResponseFile(response, folder.Path(u"response.osl"))) state.SkipWithError("no file");
   }
 }
 

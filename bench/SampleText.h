@@ -1,4 +1,4 @@
-// Texts as QuickBooks answers with.
+// Texts as QuickBooks responds with.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace ostrel::bench {
 
 inline constexpr std::size_t kMega = 1024 * 1024;
 
-/// The answer to a customer query, one tag a line, with CR LF line breaks, exactly so many
+/// The response to a customer query, one tag a line, with CR LF line breaks, exactly so many
 /// characters long (at least 1000).
 Text SampleResponse(std::size_t characters);
 

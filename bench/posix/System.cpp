@@ -1,6 +1,6 @@
 // The load program's own side is not measured, so its sockets block and its reads from /proc may be
 // slow. A server is started by fork and exec: this program has threads, and between the two only
-// functions are called that may be.
+// those functions are called that POSIX allows there.
 #include "bench/System.h"
 
 #include <fcntl.h>

@@ -13,28 +13,28 @@ def put(gateway, name, text):
     beside.rename(gateway.process_folder / name)
 
 
-def answer_file(gateway, name):
-    """The content of the answer file; None while there is none."""
+def response_file(gateway, name):
+    """The content of the response file; None while there is none."""
     try:
         return (gateway.response_folder / name).read_bytes()
     except FileNotFoundError:
         return None
 
 
-def wait_for_answer(gateway, name, limit=LIMIT):
-    """Waits for the answer, takes it away and returns its content."""
-    answer = wait_until(
-        lambda: answer_file(gateway, name),
-        lambda: f"answer {name}; seen: {gateway.lines} {gateway.errors}",
+def wait_for_response(gateway, name, limit=LIMIT):
+    """Waits for the response, takes it away and returns its content."""
+    response = wait_until(
+        lambda: response_file(gateway, name),
+        lambda: f"response {name}; seen: {gateway.lines} {gateway.errors}",
         limit,
     )
     (gateway.response_folder / name).unlink()
-    return answer
+    return response
 
 
 def ask(gateway, name, text):
     put(gateway, name, text)
-    return wait_for_answer(gateway, name)
+    return wait_for_response(gateway, name)
 
 
 def requests_waiting(gateway):

@@ -71,7 +71,7 @@ class Client:
         return True
 
     def ask(self, text):
-        """Sends one request and returns header and body of the answer, both as bytes."""
+        """Sends one request and returns header and body of the response, both as bytes."""
         self.send(text.encode("cp1252") if isinstance(text, str) else text)
         self.send(END_OF_DATA)
         header, _, body = self.read_frame().partition(ATTRIBUTE_MARK)

@@ -25,12 +25,12 @@ def request_of(number):
     return f"QBFILENAME:client{number}.qbw".encode()
 
 
-def answer_of(number):
+def response_of(number):
     return f"<QBFileName>client{number}.qbw</QBFileName>".encode()
 
 
 @pytest.mark.parametrize("count", [12, 50])
-def test_interleaved_clients_each_get_their_own_answer(running, count):
+def test_interleaved_clients_each_get_their_own_response(running, count):
     clients = [running.connect() for _ in range(count)]
     pieces = []
     for number in range(count):
@@ -44,7 +44,7 @@ def test_interleaved_clients_each_get_their_own_answer(running, count):
         clients[number].send(pieces[number].pop(0))
 
     for number, client in enumerate(clients):
-        assert answer_of(number) in client.read_frame()
+        assert response_of(number) in client.read_frame()
 
 
 def begin_to_connect(port):
@@ -66,7 +66,7 @@ def test_clients_that_come_at_the_same_moment_are_all_served(running):
         received = b""
         while not received.endswith(END_OF_DATA):
             received += connection.recv(4096) or pytest.fail(f"connection {number} was closed")
-        assert answer_of(number) in received
+        assert response_of(number) in received
         connection.close()
 
 
@@ -105,7 +105,7 @@ def leaves_after_the_header(running):
     client.reset()
 
 
-def leaves_after_the_answer(running):
+def leaves_after_the_response(running):
     client = running.connect()
     client.ask(request_of(1))
     client.close()
@@ -118,7 +118,7 @@ STAGES = [
     resets_with_a_request_queued,
     resets_inside_a_request,
     leaves_after_the_header,
-    leaves_after_the_answer,
+    leaves_after_the_response,
 ]
 
 
@@ -131,10 +131,10 @@ def test_a_client_that_leaves_disturbs_nobody(running, leave):
         leave(running)
 
     _, body = stays.ask(b"NAME:client7.qbw")
-    assert answer_of(7) in body
+    assert response_of(7) in body
 
 
-def test_a_client_that_leaves_while_its_answer_is_sent_disturbs_nobody(gateway):
+def test_a_client_that_leaves_while_its_response_is_sent_disturbs_nobody(gateway):
     gateway.write_settings(Communication_BlockSize="1")
     gateway.start()
     leaver = gateway.connect()
@@ -142,7 +142,7 @@ def test_a_client_that_leaves_while_its_answer_is_sent_disturbs_nobody(gateway):
     assert leaver.socket.recv(1)
     leaver.reset()
 
-    assert answer_of(3) in gateway.ask(request_of(3))[1]
+    assert response_of(3) in gateway.ask(request_of(3))[1]
     assert gateway.stop() == 0
 
 
@@ -155,7 +155,7 @@ def test_the_request_of_a_client_that_left_is_not_answered_to_the_next(running):
     with running.connect() as client:
         _, body = client.ask(request_of(1))
 
-    assert answer_of(1) in body
+    assert response_of(1) in body
 
 
 @pytest.mark.posix_only("Wine's five waiting connections: each one too many costs seconds")
@@ -168,7 +168,7 @@ def test_five_thousand_connections_opened_and_dropped(running):
             client.reset() if number % 2 else client.close()
     resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
 
-    assert answer_of(9) in running.ask(request_of(9))[1]
+    assert response_of(9) in running.ask(request_of(9))[1]
 
 
 @pytest.mark.posix_only("Wine's five waiting connections: each one too many costs seconds")
@@ -177,13 +177,13 @@ def test_a_thousand_idle_connections_leave_the_gateway_idle(running):
     resource.setrlimit(resource.RLIMIT_NOFILE, (hard, hard))
     clients = [running.connect() for _ in range(1000)]
 
-    assert answer_of(1) in clients[999].ask(request_of(1))[1]
-    assert answer_of(2) in clients[0].ask(request_of(2))[1]
+    assert response_of(1) in clients[999].ask(request_of(1))[1]
+    assert response_of(2) in clients[0].ask(request_of(2))[1]
 
     for client in clients:
         client.close()
     resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
-    assert answer_of(3) in running.ask(request_of(3))[1]
+    assert response_of(3) in running.ask(request_of(3))[1]
 
 
 def ask_for_much(gateway):
@@ -269,7 +269,7 @@ def test_a_client_with_too_many_requests_is_ended_and_shuts_nobody_out(gateway):
 
     gateway.wait_for_status("ended: more than 1000 requests wait")
     assert b"CustomerQueryRs" in slow.read_frame()
-    assert answer_of(4) in gateway.ask(request_of(4))[1]
+    assert response_of(4) in gateway.ask(request_of(4))[1]
 
 
 def test_a_gateway_starts_again_while_clients_of_the_last_one_are_still_connected(gateway):
@@ -282,7 +282,7 @@ def test_a_gateway_starts_again_while_clients_of_the_last_one_are_still_connecte
 
     gateway.start()
 
-    assert answer_of(5) in gateway.ask(request_of(5))[1]
+    assert response_of(5) in gateway.ask(request_of(5))[1]
     assert gateway.stop() == 0
 
 

@@ -19,24 +19,24 @@ BOOKS = """
 
 
 class Talk:
-    """One client's connection; its messages go out in their frame, and answers come back as trees."""
+    """One client's connection; its messages go out in their frame, and responses come back as trees."""
 
     def __init__(self, gateway):
         self.client = gateway.connect()
 
-    def answers(self, messages, on_error="stopOnError"):
+    def responses(self, messages, on_error="stopOnError"):
         header, body = self.client.ask(qbxml(messages, on_error, "13.0"))
         assert header.isdigit(), (header, body)
         return list(ElementTree.fromstring(body.decode("cp1252"))[0])
 
     def ask(self, message):
-        (answer,) = self.answers(message)
-        return answer
+        (response,) = self.responses(message)
+        return response
 
     def done(self, message):
-        answer = self.ask(message)
-        assert answer.get("statusCode") == "0", answer.get("statusMessage")
-        return answer[0]
+        response = self.ask(message)
+        assert response.get("statusCode") == "0", response.get("statusMessage")
+        return response[0]
 
     def add_customer(self, name):
         return self.done(
@@ -44,11 +44,11 @@ class Talk:
         )
 
     def customer(self, name):
-        answer = self.ask(f"<CustomerQueryRq><FullName>{name}</FullName></CustomerQueryRq>")
-        return answer[0] if len(answer) else None
+        response = self.ask(f"<CustomerQueryRq><FullName>{name}</FullName></CustomerQueryRq>")
+        return response[0] if len(response) else None
 
     def set_phone(self, customer, phone):
-        """As somebody who knows the customer as it was in an answer."""
+        """As somebody who knows the customer as it was in a response."""
         return self.ask(
             f"<CustomerModRq><CustomerMod><ListID>{customer.findtext('ListID')}</ListID>"
             f"<EditSequence>{customer.findtext('EditSequence')}</EditSequence>"
@@ -77,11 +77,11 @@ class Talk:
 
     def delete(self, category, kind, key):
         id_name = "ListID" if category == "List" else "TxnID"
-        answer = self.ask(
+        response = self.ask(
             f"<{category}DelRq><{category}DelType>{kind}</{category}DelType>"
             f"<{id_name}>{key}</{id_name}></{category}DelRq>"
         )
-        return answer.get("statusCode")
+        return response.get("statusCode")
 
 
 @pytest.fixture
@@ -99,12 +99,12 @@ def talk(books):
     return Talk(books)
 
 
-def names(answer):
-    return [customer.findtext("Name") for customer in answer.findall("CustomerRet")]
+def names(response):
+    return [customer.findtext("Name") for customer in response.findall("CustomerRet")]
 
 
-def codes(answers):
-    return [answer.get("statusCode") for answer in answers]
+def codes(responses):
+    return [response.get("statusCode") for response in responses]
 
 
 def test_from_the_first_customer_to_the_last_deletion(talk):
@@ -172,10 +172,10 @@ BAD_SECOND = (
     ],
 )
 def test_an_error_stops_what_follows_only_when_asked_to(talk, on_error, expected, kept):
-    answers = talk.answers(BAD_SECOND, on_error)
+    responses = talk.responses(BAD_SECOND, on_error)
 
-    assert codes(answers) == expected
-    assert [answer.get("requestID") for answer in answers] == ["a", "b", "c"]
+    assert codes(responses) == expected
+    assert [response.get("requestID") for response in responses] == ["a", "b", "c"]
     assert names(talk.ask("<CustomerQueryRq/>")) == kept
 
 
@@ -248,7 +248,7 @@ def test_the_report_tells_what_is_wrong_and_where(talk, message, line, reason):
 
 
 def refusal(talk, request, within=20):
-    """The header of the answer, which must come in time; others are served after it."""
+    """The header of the response, which must come in time; others are served after it."""
     started = time.monotonic()
     header, _ = talk.client.ask(request)
     assert time.monotonic() - started < within

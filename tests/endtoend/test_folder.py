@@ -5,10 +5,10 @@ import os
 import pytest
 
 from company import saved
-from folder import SlowWriter, answer_file, ask, put, requests_waiting, wait_for_answer
+from folder import SlowWriter, ask, put, requests_waiting, response_file, wait_for_response
 from gateway import CUSTOMER_QUERY, customer_add, qbxml, wait_until
 
-CLOSE_ANSWER = (
+CLOSE_RESPONSE = (
     b"<QBXML>\r\n"
     b"   <QBXMLMsgsRs>\r\n"
     b'      <CloseQBRs requestID="99" statusCode="0" statusSeverity="Info" statusMessage="Status OK">\r\n'
@@ -30,14 +30,14 @@ def watching(gateway):
     assert list(gateway.response_folder.glob("*.part")) == []
 
 
-def test_an_answer_is_laid_out_with_indentation(watching):
-    assert ask(watching, "close.osl", "CLOSEQB:") == CLOSE_ANSWER
+def test_a_response_is_laid_out_with_indentation(watching):
+    assert ask(watching, "close.osl", "CLOSEQB:") == CLOSE_RESPONSE
 
 
-def test_an_answer_of_quickbooks_is_laid_out_with_indentation(watching):
-    answer = ask(watching, "query.osl", qbxml(CUSTOMER_QUERY))
+def test_a_response_of_quickbooks_is_laid_out_with_indentation(watching):
+    response = ask(watching, "query.osl", qbxml(CUSTOMER_QUERY))
 
-    assert answer == (
+    assert response == (
         b'<?xml version="1.0" ?>\r\n'
         b"<QBXML>\r\n"
         b"   <QBXMLMsgsRs>\r\n"
@@ -48,7 +48,7 @@ def test_an_answer_of_quickbooks_is_laid_out_with_indentation(watching):
     )
 
 
-def test_an_error_answer_is_two_lines(gateway):
+def test_an_error_response_is_two_lines(gateway):
     gateway.write_company(beginSessionError="0x80040408")
     gateway.start_watching()
 
@@ -76,7 +76,7 @@ def test_files_waiting_at_start_are_all_answered(gateway):
     gateway.start_watching()
 
     for name in names:
-        assert wait_for_answer(gateway, name) == CLOSE_ANSWER
+        assert wait_for_response(gateway, name) == CLOSE_RESPONSE
     assert requests_waiting(gateway) == []
     assert gateway.stop() == 0
 
@@ -87,10 +87,10 @@ def test_a_file_written_slowly_is_taken_when_it_is_complete(watching):
         writer.write(prolog + "?>")
         watching.wait_for_status("Request file slow.osl waits: it cannot be read")
         writer.write("<Q" + envelope)
-        assert answer_file(watching, "slow.osl") is None
+        assert response_file(watching, "slow.osl") is None
         writer.close()
 
-    assert b"<CustomerQueryRs" in wait_for_answer(watching, "slow.osl")
+    assert b"<CustomerQueryRs" in wait_for_response(watching, "slow.osl")
 
 
 @pytest.mark.posix_only("Wine is told nothing of who else has a file open")
@@ -100,10 +100,10 @@ def test_a_file_written_slowly_by_who_takes_no_lock_is_taken_when_it_is_complete
         watching.wait_for_status("Request file slow.osl waits: it cannot be read")
         print(prolog + "?>", file=file, flush=True)
         assert b"<CloseQBRs" in ask(watching, "other.osl", "CLOSEQB:")
-        assert answer_file(watching, "slow.osl") is None
+        assert response_file(watching, "slow.osl") is None
         file.write("<Q" + envelope)
 
-    assert b"<CustomerQueryRs" in wait_for_answer(watching, "slow.osl")
+    assert b"<CustomerQueryRs" in wait_for_response(watching, "slow.osl")
 
 
 def test_a_last_line_without_a_line_break_gets_one(gateway):
@@ -129,9 +129,9 @@ def test_lines_may_end_in_any_way(watching, end):
 def test_a_file_in_utf_16(watching):
     request = qbxml(customer_add("Caf\u00e9 M\u00fcller"))
 
-    answer = ask(watching, "wide.osl", b"\xff\xfe" + request.encode("utf-16-le"))
+    response = ask(watching, "wide.osl", b"\xff\xfe" + request.encode("utf-16-le"))
 
-    assert b'<CustomerAddRs requestID="1" statusCode="0"' in answer
+    assert b'<CustomerAddRs requestID="1" statusCode="0"' in response
     assert "Caf\u00e9 M\u00fcller" in saved(watching.company_file)
 
 
@@ -153,18 +153,18 @@ def test_garbage_is_answered_by_an_error(watching, content):
         "a" * 100 + ".osl",
     ],
 )
-def test_the_answer_has_the_name_of_the_request(watching, name):
+def test_the_response_has_the_name_of_the_request(watching, name):
     put(watching, name, "CLOSEQB:")
 
-    assert wait_until(lambda: os.listdir(watching.response_folder), "an answer")
-    assert wait_for_answer(watching, name) == CLOSE_ANSWER
+    assert wait_until(lambda: os.listdir(watching.response_folder), "a response")
+    assert wait_for_response(watching, name) == CLOSE_RESPONSE
 
 
 def test_files_of_other_extensions_are_left_alone(watching):
     for name in ("note.txt", "request.osl.bak", "request.osl2", "osl", "request"):
         put(watching, name, "CLOSEQB:")
 
-    assert ask(watching, "request.osl", "CLOSEQB:") == CLOSE_ANSWER
+    assert ask(watching, "request.osl", "CLOSEQB:") == CLOSE_RESPONSE
     assert len(requests_waiting(watching)) == 5 and not any(watching.response_folder.iterdir())
     for name in requests_waiting(watching):
         (watching.process_folder / name).unlink()
@@ -174,20 +174,20 @@ def test_a_folder_of_a_requests_name_is_passed_over(watching):
     (watching.process_folder / "a.osl").mkdir()
     (watching.process_folder / "a.osl" / "inner.osl").write_text("CLOSEQB:")
 
-    assert ask(watching, "b.osl", "CLOSEQB:") == CLOSE_ANSWER
+    assert ask(watching, "b.osl", "CLOSEQB:") == CLOSE_RESPONSE
     assert requests_waiting(watching) == ["a.osl"]
     assert not any(watching.response_folder.iterdir())
     (watching.process_folder / "a.osl" / "inner.osl").unlink()
     (watching.process_folder / "a.osl").rmdir()
 
 
-def test_an_answer_left_from_before_is_overwritten(watching):
+def test_a_response_left_from_before_is_overwritten(watching):
     stale = watching.response_folder / "again.osl"
     stale.write_bytes(b"of an earlier request, and longer than what comes now" * 1000)
 
     put(watching, "again.osl", "CLOSEQB:")
 
-    wait_until(lambda: stale.read_bytes() == CLOSE_ANSWER, "the new answer")
+    wait_until(lambda: stale.read_bytes() == CLOSE_RESPONSE, "the new response")
 
 
 def test_two_hundred_files_at_once_are_answered_once_each(watching):
@@ -196,21 +196,21 @@ def test_two_hundred_files_at_once_are_answered_once_each(watching):
         put(watching, name, qbxml(customer_add(customer)))
 
     for name, customer in names.items():
-        answer = wait_for_answer(watching, name)
+        response = wait_for_response(watching, name)
         # A second run of the same request would have been refused: the name exists.
-        assert b'statusCode="0"' in answer and customer.encode() in answer
+        assert b'statusCode="0"' in response and customer.encode() in response
     assert requests_waiting(watching) == [] and not any(watching.response_folder.iterdir())
     assert saved(watching.company_file).count("<Name>Customer ") == 200
 
 
-def test_a_long_answer_arrives_whole(watching):
+def test_a_long_response_arrives_whole(watching):
     for start in range(0, 1000, 250):
         many = "".join(customer_add(f"Buyer {n:04}", str(n)) for n in range(start, start + 250))
         ask(watching, "many.osl", qbxml(many))
 
-    answer = ask(watching, "all.osl", qbxml(CUSTOMER_QUERY))
+    response = ask(watching, "all.osl", qbxml(CUSTOMER_QUERY))
 
-    assert answer.count(b"<Name>Buyer ") == 1000 and answer.endswith(b"</QBXML>\r\n")
+    assert response.count(b"<Name>Buyer ") == 1000 and response.endswith(b"</QBXML>\r\n")
 
 
 @pytest.mark.posix_only("SIGUSR1 switches the communication log")
@@ -245,12 +245,12 @@ def test_the_loading_notice_goes_to_the_next_waiting_request(gateway):
 
     gateway.start_watching()
 
-    notice = wait_until(lambda: answer_file(gateway, "second.osl"), "the loading notice")
+    notice = wait_until(lambda: response_file(gateway, "second.osl"), "the loading notice")
     assert notice == b"ERROR 99\r\nLoading Quickbooks\r\n"
-    assert answer_file(gateway, "first.osl") is None
-    assert b"<CustomerQueryRs" in wait_for_answer(gateway, "first.osl")
+    assert response_file(gateway, "first.osl") is None
+    assert b"<CustomerQueryRs" in wait_for_response(gateway, "first.osl")
     wait_until(
-        lambda: b"<CustomerQueryRs" in (answer_file(gateway, "second.osl") or b""), "the answer"
+        lambda: b"<CustomerQueryRs" in (response_file(gateway, "second.osl") or b""), "the response"
     )
     assert gateway.stop() == 0
 
@@ -261,12 +261,12 @@ def test_a_request_that_waits_alone_gets_no_loading_notice(gateway):
 
     put(gateway, "alone.osl", qbxml(CUSTOMER_QUERY))
 
-    assert b"<CustomerQueryRs" in wait_for_answer(gateway, "alone.osl")
+    assert b"<CustomerQueryRs" in wait_for_response(gateway, "alone.osl")
     assert not any(gateway.response_folder.iterdir())
     assert gateway.stop() == 0
 
 
-def test_an_exit_during_a_request_waits_for_its_answer(gateway):
+def test_an_exit_during_a_request_waits_for_its_response(gateway):
     gateway.write_company(processRequestSeconds="2")
     gateway.start_watching()
     put(gateway, "last.osl", qbxml(CUSTOMER_QUERY))
@@ -277,7 +277,7 @@ def test_an_exit_during_a_request_waits_for_its_answer(gateway):
 
     answered = [path.name for path in gateway.response_folder.iterdir()]
     assert len(answered) == 1 and len(requests_waiting(gateway)) == 1
-    assert b"<CustomerQueryRs" in wait_for_answer(gateway, answered[0])
+    assert b"<CustomerQueryRs" in wait_for_response(gateway, answered[0])
 
 
 def test_what_waits_at_the_end_is_answered_at_the_next_start(gateway):
@@ -288,7 +288,7 @@ def test_what_waits_at_the_end_is_answered_at_the_next_start(gateway):
 
     gateway.start_watching()
 
-    assert wait_for_answer(gateway, "later.osl") == CLOSE_ANSWER
+    assert wait_for_response(gateway, "later.osl") == CLOSE_RESPONSE
     assert gateway.stop() == 0
 
 
@@ -303,7 +303,7 @@ def test_two_thousand_files_leave_nothing_open_and_no_memory_taken(gateway, monk
         for number in range(200):
             put(gateway, f"n{number}.osl", "CLOSEQB:")
         for number in range(200):
-            wait_for_answer(gateway, f"n{number}.osl")
+            wait_for_response(gateway, f"n{number}.osl")
 
     two_hundred()
     files, memory = gateway.open_files(), gateway.memory()

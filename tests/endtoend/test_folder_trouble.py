@@ -1,4 +1,4 @@
-"""Request files that cannot be taken and answers that cannot be written: nothing is lost, each
+"""Request files that cannot be taken and responses that cannot be written: nothing is lost, each
 trouble is told once, and all others go on."""
 
 import contextlib
@@ -9,7 +9,7 @@ import time
 import pytest
 
 from company import saved
-from folder import SlowWriter, answer_file, ask, put, requests_waiting, wait_for_answer
+from folder import SlowWriter, ask, put, requests_waiting, response_file, wait_for_response
 from gateway import CUSTOMER_QUERY, customer_add, qbxml, wait_until
 from limits import disk_full_after, permissions_count
 from system import UNDER_WINE, as_known
@@ -43,7 +43,7 @@ def test_a_file_locked_by_its_writer_waits_and_holds_up_no_other(gateway):
         assert len(told(gateway, "locked.osl")) == 1
         writer.close()
 
-    assert b"<CloseQBRs" in wait_for_answer(gateway, "locked.osl")
+    assert b"<CloseQBRs" in wait_for_response(gateway, "locked.osl")
     assert gateway.stop() == 0
 
 
@@ -59,7 +59,7 @@ def test_a_file_that_cannot_be_read_waits(gateway):
     assert b"<CloseQBRs" in ask(gateway, "other.osl", "CLOSEQB:")
 
     (gateway.process_folder / "secret.osl").chmod(0o600)
-    assert b"<CloseQBRs" in wait_for_answer(gateway, "secret.osl")
+    assert b"<CloseQBRs" in wait_for_response(gateway, "secret.osl")
     assert gateway.stop() == 0
 
 
@@ -81,11 +81,11 @@ def test_a_file_that_cannot_be_deleted_is_not_carried_out(gateway):
     try:
         assert "it cannot be deleted" in keeps_waiting(gateway, "forever.osl")
         assert "Once Only" not in saved(gateway.company_file)
-        assert answer_file(gateway, "forever.osl") is None
+        assert response_file(gateway, "forever.osl") is None
     finally:
         make_deletable(gateway, "forever.osl")
 
-    assert b'statusCode="0"' in wait_for_answer(gateway, "forever.osl")
+    assert b'statusCode="0"' in wait_for_response(gateway, "forever.osl")
     assert saved(gateway.company_file).count("<Name>Once Only<") == 1
     assert gateway.stop() == 0
 
@@ -106,7 +106,7 @@ def test_a_response_folder_that_goes_during_a_request_is_made_again(gateway):
 
     shutil.rmtree(gateway.response_folder, ignore_errors=UNDER_WINE)
 
-    assert wait_for_answer(gateway, "a.osl")
+    assert wait_for_response(gateway, "a.osl")
     assert gateway.stop() == 0
 
 
@@ -123,11 +123,11 @@ def test_nothing_is_taken_while_the_response_folder_is_read_only(gateway):
     finally:
         gateway.response_folder.chmod(0o755)
 
-    assert b'statusCode="0"' in wait_for_answer(gateway, "a.osl")
+    assert b'statusCode="0"' in wait_for_response(gateway, "a.osl")
     assert gateway.stop() == 0
 
 
-def test_nothing_is_taken_while_a_folder_stands_in_the_answers_place(gateway):
+def test_nothing_is_taken_while_a_folder_stands_in_the_responses_place(gateway):
     gateway.start_watching()
     (gateway.response_folder / "a.osl").mkdir()
     put(gateway, "a.osl", "CLOSEQB:")
@@ -135,21 +135,21 @@ def test_nothing_is_taken_while_a_folder_stands_in_the_answers_place(gateway):
     assert "its response cannot be written" in keeps_waiting(gateway, "a.osl")
     (gateway.response_folder / "a.osl").rmdir()
 
-    assert b"<CloseQBRs" in wait_for_answer(gateway, "a.osl")
+    assert b"<CloseQBRs" in wait_for_response(gateway, "a.osl")
     assert gateway.stop() == 0
 
 
-def test_an_answer_whose_place_is_held_open_by_its_reader_comes_later(gateway):
+def test_a_response_whose_place_is_held_open_by_its_reader_comes_later(gateway):
     gateway.start_watching()
     place = gateway.response_folder / "a.osl"
     with SlowWriter(place) as reader:
-        reader.write("the answer of before")
+        reader.write("the response of before")
         put(gateway, "a.osl", "CLOSEQB:")
         wait_until(lambda: requests_waiting(gateway) == [], "the request taken")
         assert b"<CloseQBRs" in ask(gateway, "b.osl", "CLOSEQB:")
         reader.close()
 
-    wait_until(lambda: b"<CloseQBRs" in place.read_bytes(), "the new answer")
+    wait_until(lambda: b"<CloseQBRs" in place.read_bytes(), "the new response")
     assert list(gateway.response_folder.glob("*.part")) == []
     assert gateway.stop() == 0
 
@@ -165,18 +165,18 @@ def test_nothing_is_taken_while_the_disk_is_full(gateway):
 
 
 @pytest.mark.posix_only("a limit on file sizes is set")
-def test_a_disk_that_fills_up_under_an_answer_leaves_an_error_file(gateway):
+def test_a_disk_that_fills_up_under_a_response_leaves_an_error_file(gateway):
     customers = "".join(
         f"<Customer><ListID>{n}</ListID><Name>Buyer {n}</Name></Customer>" for n in range(300)
     )
     gateway.write_company(customers)
     gateway.start_watching(preexec=disk_full_after(8192))
 
-    answer = ask(gateway, "a.osl", qbxml(CUSTOMER_QUERY))
+    response = ask(gateway, "a.osl", qbxml(CUSTOMER_QUERY))
 
-    lines = answer.decode("cp1252").split("\r\n")
+    lines = response.decode("cp1252").split("\r\n")
     assert lines[0].startswith("ERROR ") and "could not be written" in lines[1]
-    assert len(answer) < 4096 and lines[2:] == [""]
+    assert len(response) < 4096 and lines[2:] == [""]
     assert b"<CloseQBRs" in ask(gateway, "b.osl", "CLOSEQB:")
     assert gateway.stop() == 0
 
@@ -207,7 +207,7 @@ def test_a_request_of_300_megabytes_is_answered_by_an_error(gateway):
         file.truncate(300 << 20)
     (gateway.process_folder / "huge.new").rename(gateway.process_folder / "huge.osl")
 
-    lines = wait_for_answer(gateway, "huge.osl").decode("cp1252").split("\r\n")
+    lines = wait_for_response(gateway, "huge.osl").decode("cp1252").split("\r\n")
 
     assert lines[0].startswith("ERROR ") and "too long" in lines[1]
     assert requests_waiting(gateway) == []
@@ -246,7 +246,7 @@ def same_folder_by_a_link(gateway):
         same_folder_by_a_link,
     ],
 )
-def test_one_folder_for_requests_and_answers_is_refused(gateway, said):
+def test_one_folder_for_requests_and_responses_is_refused(gateway, said):
     gateway.process_folder.mkdir()
     put(gateway, "a.osl", "CLOSEQB:")
     gateway.write_settings(Communication_Folder="1", General_ResponsePath=said(gateway))
@@ -290,7 +290,7 @@ def test_a_request_in_work_when_the_gateway_is_killed_gets_an_error(gateway):
 
     gateway.start_watching()
 
-    assert wait_for_answer(gateway, "a.osl") == GATEWAY_ENDED
+    assert wait_for_response(gateway, "a.osl") == GATEWAY_ENDED
     assert left_over(gateway) == []
     assert gateway.has_status("Request file a.osl was in work when the gateway ended")
     assert gateway.stop() == 0
@@ -302,7 +302,7 @@ def test_it_gets_its_error_at_a_start_without_the_folder_transport_too(gateway):
     gateway.write_settings()
     gateway.start()
 
-    assert wait_for_answer(gateway, "a.osl") == GATEWAY_ENDED
+    assert wait_for_response(gateway, "a.osl") == GATEWAY_ENDED
     assert gateway.stop() == 0
 
 
@@ -314,7 +314,7 @@ def test_a_request_that_was_not_deleted_yet_is_carried_out(gateway):
 
     gateway.start_watching()
 
-    assert b"<CloseQBRs" in wait_for_answer(gateway, "a.osl")
+    assert b"<CloseQBRs" in wait_for_response(gateway, "a.osl")
     assert left_over(gateway) == [] and not gateway.has_status("was in work")
     assert gateway.stop() == 0
 
@@ -345,8 +345,8 @@ def test_a_finished_response_without_a_place_survives_a_kill(gateway):
 
     gateway.start_watching()
 
-    wait_until(lambda: b"Finished" in (answer_file(gateway, "a.osl") or b""), "the response")
-    assert b'<CustomerAddRs requestID="1" statusCode="0"' in wait_for_answer(gateway, "a.osl")
+    wait_until(lambda: b"Finished" in (response_file(gateway, "a.osl") or b""), "the response")
+    assert b'<CustomerAddRs requestID="1" statusCode="0"' in wait_for_response(gateway, "a.osl")
     assert left_over(gateway) == []
     assert gateway.stop() == 0
 
@@ -357,16 +357,16 @@ def test_a_gateway_killed_after_its_notice_answers_who_got_it(gateway):
     for name in ("first.osl", "second.osl"):
         put(gateway, name, qbxml(CUSTOMER_QUERY))
     gateway.start_watching()
-    wait_until(lambda: answer_file(gateway, "second.osl"), "the loading notice")
+    wait_until(lambda: response_file(gateway, "second.osl"), "the loading notice")
     gateway.kill()
     (gateway.response_folder / "third.osl.note").write_bytes(b"ERROR 9")
     gateway.write_company()
 
     gateway.start_watching()
 
-    assert wait_for_answer(gateway, "first.osl") == GATEWAY_ENDED
+    assert wait_for_response(gateway, "first.osl") == GATEWAY_ENDED
     wait_until(
-        lambda: b"<CustomerQueryRs" in (answer_file(gateway, "second.osl") or b""), "the response"
+        lambda: b"<CustomerQueryRs" in (response_file(gateway, "second.osl") or b""), "the response"
     )
     assert left_over(gateway) == []
     assert gateway.stop() == 0
@@ -386,7 +386,7 @@ def test_names_that_differ_in_case_are_different_requests(gateway):
 
     wait_until(lambda: len(list(gateway.response_folder.glob("*.[oO]*"))) == 3, "three responses")
     for name, customer in names.items():
-        assert f"<Name>{customer}</Name>".encode() in wait_for_answer(gateway, name)
+        assert f"<Name>{customer}</Name>".encode() in wait_for_response(gateway, name)
     assert gateway.stop() == 0
 
 
@@ -398,7 +398,7 @@ def test_the_longest_names_are_answered(gateway, length):
     beside.write_bytes(b"CLOSEQB:")
     beside.rename(gateway.process_folder / name)
 
-    assert b"<CloseQBRs" in wait_for_answer(gateway, name)
+    assert b"<CloseQBRs" in wait_for_response(gateway, name)
     assert left_over(gateway) == []
     assert gateway.stop() == 0
 
@@ -410,7 +410,7 @@ def test_the_longest_name_in_work_when_the_gateway_is_killed_gets_an_error(gatew
 
     gateway.start_watching()
 
-    assert wait_for_answer(gateway, "m" * 251 + ".osl") == GATEWAY_ENDED
+    assert wait_for_response(gateway, "m" * 251 + ".osl") == GATEWAY_ENDED
     assert gateway.stop() == 0
 
 
@@ -443,7 +443,7 @@ def test_a_request_that_is_a_link_is_not_read(gateway):
 
     assert "symbolic link" in keeps_waiting(gateway, "a.osl")
     assert b"<CloseQBRs" in ask(gateway, "b.osl", "CLOSEQB:")
-    assert secret.read_text() == "the password" and answer_file(gateway, "a.osl") is None
+    assert secret.read_text() == "the password" and response_file(gateway, "a.osl") is None
     assert gateway.stop() == 0
 
 
@@ -460,5 +460,5 @@ def test_a_link_in_the_response_folder_is_not_written_to(gateway, place):
     assert "symbolic link" in keeps_waiting(gateway, "a.osl")
     assert precious.read_text() == "precious"
     (gateway.response_folder / place).unlink()
-    assert b"<CloseQBRs" in wait_for_answer(gateway, "a.osl")
+    assert b"<CloseQBRs" in wait_for_response(gateway, "a.osl")
     assert gateway.stop() == 0

@@ -90,7 +90,7 @@ def test_the_communication_log_follows_a_request(running):
 
     running.ask("QBFILENAME:a.qbw")
 
-    wait_until(lambda: "Results: " in running.comm_log(), "the answer in the log")
+    wait_until(lambda: "Results: " in running.comm_log(), "the response in the log")
     lines = [line.split("\t", 1)[1] for line in running.comm_log().splitlines()]
     assert lines[0] == "----> Comm Log enabled <-----"
     assert re.fullmatch(r"Version: \d+\.\d+\.\d+", lines[1])

@@ -14,7 +14,7 @@ MUST_TEST = (
 )
 
 
-def test_a_slow_open_sends_the_loading_notice_and_then_the_answer(gateway):
+def test_a_slow_open_sends_the_loading_notice_and_then_the_response(gateway):
     gateway.write_company(beginSessionSeconds="6")
     gateway.start()
     started = time.monotonic()

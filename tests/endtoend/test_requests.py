@@ -1,4 +1,4 @@
-"""qbXML in, qbXML out: how requests may arrive and how answers are framed."""
+"""qbXML in, qbXML out: how requests may arrive and how responses are framed."""
 
 import pytest
 
@@ -114,7 +114,7 @@ def test_a_line_break_across_a_block_edge_stays_as_it_is(gateway):
 
 
 @pytest.mark.parametrize("change", [-1, 0, 1])
-def test_an_answer_of_about_one_block_arrives_whole(gateway, change):
+def test_a_response_of_about_one_block_arrives_whole(gateway, change):
     reply = b"<QBXML><QBXMLMsgsRs><QBFileNameRs"
     gateway.start()
     _, expected = gateway.ask("QBFILENAME:x")

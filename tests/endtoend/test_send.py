@@ -63,14 +63,14 @@ class Listener:
 
 class FolderPlayer:
     """A gateway's place is taken by a thread that takes one request file and then does what the test
-    wants with its name: each answer is put there, and the next once it has been fetched."""
+    wants with its name: each response is put there, and the next once it has been fetched."""
 
-    def __init__(self, folder, *answers):
+    def __init__(self, folder, *responses):
         self.process = folder / "process"
         self.response = folder / "response"
         self.process.mkdir()
         self.response.mkdir()
-        self.answers = answers
+        self.responses = responses
         self.request = None
         self.seen = set()
         self.thread = threading.Thread(target=self._serve, daemon=True)
@@ -94,15 +94,15 @@ class FolderPlayer:
         path = wait_until(self._request_file, "a request file")
         self.request = path.read_bytes()
         path.unlink()
-        answer = self.response / path.name
-        for content in self.answers:
-            wait_until(lambda: not answer.exists(), "the answer is fetched")
-            part = answer.with_suffix(".part")
+        response = self.response / path.name
+        for content in self.responses:
+            wait_until(lambda: not response.exists(), "the response is fetched")
+            part = response.with_suffix(".part")
             part.write_bytes(content)
-            part.rename(answer)
+            part.rename(response)
 
 
-def test_an_answer_is_printed_with_exit_code_0(running):
+def test_a_response_is_printed_with_exit_code_0(running):
     result = send("--port", running.port, "CLOSEQB:")
 
     assert result.returncode == 0, result.stderr
@@ -144,14 +144,14 @@ def test_an_unknown_host_is_exit_code_2():
     assert result.returncode == 2 and b"no-such-host.invalid" in result.stderr
 
 
-def test_no_answer_in_time_is_exit_code_3():
+def test_no_response_in_time_is_exit_code_3():
     with Listener(b"", then_close=False) as silent:
         result = send("--port", silent.port, "--timeout", "1", "CLOSEQB:")
 
     assert result.returncode == 3 and result.stderr
 
 
-def test_a_connection_that_ends_before_the_answer_is_exit_code_2():
+def test_a_connection_that_ends_before_the_response_is_exit_code_2():
     with Listener(b"10\xfehalf an ans") as rude:
         result = send("--port", rude.port, "CLOSEQB:")
 
@@ -194,7 +194,7 @@ def test_raw_prints_every_byte_as_it_came():
     assert result.stdout == b"8\xfe<a>\xfe</a>\x1f"
 
 
-def test_the_loading_notice_is_told_and_the_answer_awaited():
+def test_the_loading_notice_is_told_and_the_response_awaited():
     with Listener(b"ERROR: 99\x1f8\xfe<a></a>\x1f") as listener:
         result = send("--port", listener.port, "X")
 
@@ -202,7 +202,7 @@ def test_the_loading_notice_is_told_and_the_answer_awaited():
     assert b"<a></a>" in result.stdout and b"99" in result.stderr
 
 
-def test_an_error_answer_shows_number_and_text():
+def test_an_error_response_shows_number_and_text():
     with Listener(b"ERROR: 1046\xfeWhat to do\x1f") as listener:
         result = send("--port", listener.port, "X")
 
@@ -210,7 +210,7 @@ def test_an_error_answer_shows_number_and_text():
     assert b"1046" in result.stderr and b"What to do" in result.stderr + result.stdout
 
 
-def test_an_answer_outside_seven_bits():
+def test_a_response_outside_seven_bits():
     with Listener("9\u00feCaf\u00e9\x1f".encode("cp1252")) as listener:
         result = send("--port", listener.port, "Caf\u00e9")
 
@@ -221,7 +221,7 @@ def test_an_answer_outside_seven_bits():
 # -- through files ---------------------------------------------------------------------------------
 
 
-def test_folder_answer_is_printed_and_its_file_removed(tmp_path):
+def test_folder_response_is_printed_and_its_file_removed(tmp_path):
     player = FolderPlayer(tmp_path, b"<QBXML>\r\n   <A>1</A>\r\n</QBXML>\r\n")
 
     result = player.send("CLOSEQB:")
@@ -232,7 +232,7 @@ def test_folder_answer_is_printed_and_its_file_removed(tmp_path):
     assert player.left_behind() == []
 
 
-def test_folder_answer_is_fetched_at_once(tmp_path):
+def test_folder_response_is_fetched_at_once(tmp_path):
     player = FolderPlayer(tmp_path, *[b"ERROR 99\r\nLoading Quickbooks\r\n"] * 50, b"<A/>\r\n")
     start = time.monotonic()
 
@@ -250,7 +250,7 @@ def test_folder_request_has_cr_lf_line_breaks_and_its_header(tmp_path):
     assert player.request == b"MY.ROUTINE\r\n<a>\r\n<b/>\r\n</a>\r\n"
 
 
-def test_folder_request_and_answer_are_in_the_code_page(tmp_path):
+def test_folder_request_and_response_are_in_the_code_page(tmp_path):
     player = FolderPlayer(tmp_path, "<A>Caf\u00e9</A>\r\n".encode("cp1252"))
 
     result = player.send("Caf\u00e9")
@@ -287,7 +287,7 @@ def test_folder_error_file_is_exit_code_1(tmp_path):
     assert result.stdout == b"" and player.left_behind() == []
 
 
-def test_folder_loading_notice_is_told_and_the_answer_awaited(tmp_path):
+def test_folder_loading_notice_is_told_and_the_response_awaited(tmp_path):
     player = FolderPlayer(tmp_path, b"ERROR 99\r\nLoading Quickbooks\r\n", b"<A/>\r\n")
 
     result = player.send("X")
@@ -324,7 +324,7 @@ def test_folder_that_cannot_be_written_is_exit_code_2(tmp_path):
     assert result.returncode == 2 and b"/proc" in result.stderr
 
 
-def test_folder_without_an_answer_is_exit_code_3_and_the_request_taken_back(tmp_path):
+def test_folder_without_a_response_is_exit_code_3_and_the_request_taken_back(tmp_path):
     player = FolderPlayer(tmp_path)
 
     result = send("--folder", player.process, player.response, "--timeout", "1", "X")
@@ -333,7 +333,7 @@ def test_folder_without_an_answer_is_exit_code_3_and_the_request_taken_back(tmp_
     assert player.left_behind() == []
 
 
-def test_folder_request_that_was_taken_is_told_with_the_answers_place(tmp_path):
+def test_folder_request_that_was_taken_is_told_with_the_responses_place(tmp_path):
     player = FolderPlayer(tmp_path)
 
     result = player.send("--timeout", "1", "X")

@@ -12,7 +12,7 @@ from system import ROOT, UNDER_WINE, as_known, command, program_file
 
 DOCUMENT = (ROOT / "docs" / "simulator.md").read_text(encoding="utf-8")
 SCHEMA = ROOT / "samples" / "qbxmlops30.xsd"
-BLOCK = re.compile(r"^```xml (company \S+|request|answer)\n(.*?)\n```$", re.M | re.S)
+BLOCK = re.compile(r"^```xml (company \S+|request|response)\n(.*?)\n```$", re.M | re.S)
 
 ID = r"[0-9A-F]+-\d{10}"
 TIME = r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d[+-]\d\d:\d\d"
@@ -76,7 +76,7 @@ def runs_of(written):
     return runs
 
 
-def require_answer(values, written, lines):
+def require_response(values, written, lines):
     start = 0
     for number, run in enumerate(runs_of(written)):
         places = range(start, len(lines) - len(run) + 1)
@@ -104,7 +104,7 @@ class Reader:
         self.gateway = gateway
         self.client = gateway.connect()
         self.values = Values()
-        self.answer = None
+        self.response = None
 
     def company(self, name, text):
         path = self.gateway.folder / name
@@ -117,14 +117,14 @@ class Reader:
         if not text.startswith("<?"):
             text = qbxml(f"\n{text}\n", on_error="stopOnError", version="13.0")
         header, body = self.client.ask(text)
-        self.answer = header.decode(), body.decode("cp1252")
+        self.response = header.decode(), body.decode("cp1252")
 
     def check(self, written):
-        header, body = self.answer
+        header, body = self.response
         if written.startswith("ERROR: "):
             return require_error(written, header, body)
         assert header.isdigit(), (header, body)
-        return require_answer(self.values, written, body.replace("\xfe", "\n").split("\n"))
+        return require_response(self.values, written, body.replace("\xfe", "\n").split("\n"))
 
 
 def test_every_example_is_answered_as_the_document_says(gateway):
@@ -136,7 +136,7 @@ def test_every_example_is_answered_as_the_document_says(gateway):
         kind, _, name = block[1].partition(" ")
         line = DOCUMENT.count("\n", 0, block.start()) + 1
         try:
-            if kind == "answer":
+            if kind == "response":
                 reader.check(block[2])
             else:
                 getattr(reader, kind)(name, block[2])
@@ -197,7 +197,7 @@ def section(title):
 
 def test_every_status_code_has_an_example():
     listed = set(re.findall(r"^\| (\d+) \|", section("Status codes"), re.M))
-    answered = set(re.findall(r'statusCode="(\d+)"', "\n".join(blocks("answer"))))
+    answered = set(re.findall(r'statusCode="(\d+)"', "\n".join(blocks("response"))))
     source = (ROOT / "src" / "simulator" / "values" / "Status.cpp").read_text()
 
     assert set(re.findall(r"(?:return \{|Convert\(|^ *)\s*(\d+), [k\"t]", source, re.M)) | {"0"} == listed

@@ -8,7 +8,7 @@ import time
 
 import pytest
 
-from folder import answer_file, ask, put, requests_waiting, wait_for_answer
+from folder import ask, put, requests_waiting, response_file, wait_for_response
 from gateway import CUSTOMER_QUERY, END_OF_DATA, LIMIT, qbxml, wait_until
 from system import UNDER_WINE, as_known
 
@@ -47,7 +47,7 @@ def test_the_flavour_decides_which_transports_run(gateway, flavour, folder, tcp,
     if watches:
         # The file class turns folder names to lower case.
         gateway.wait_for_status(f"Watching Folder: {as_known(gateway.process_folder).lower()}")
-        assert b"<CloseQBRs" in wait_for_answer(gateway, "a.osl")
+        assert b"<CloseQBRs" in wait_for_response(gateway, "a.osl")
 
     assert is_listening(gateway) == listens
     if watches or listens:
@@ -93,15 +93,15 @@ class Side(threading.Thread):
         try:
             for number in range(self.count):
                 company = f"{self.label}-{number}.qbw"
-                answer = self.ask_once(f"{self.label}-{number}", f"QBFILENAME:{company}")
-                if f"<QBFileName>{company}</QBFileName>".encode() not in answer:
-                    self.wrong.append((company, answer))
+                response = self.ask_once(f"{self.label}-{number}", f"QBFILENAME:{company}")
+                if f"<QBFileName>{company}</QBFileName>".encode() not in response:
+                    self.wrong.append((company, response))
                 self.done += 1
         except Exception as problem:  # told by the test, on its own thread
             self.wrong.append(problem)
 
 
-def test_answers_of_both_transports_are_never_crossed(gateway):
+def test_responses_of_both_transports_are_never_crossed(gateway):
     gateway.start_watching()
     clients = [gateway.connect() for _ in range(5)]
 
@@ -144,7 +144,7 @@ def test_a_socket_request_waits_while_a_file_is_in_work(gateway):
 
     assert b"<CloseQBRs" in gateway.ask("CLOSEQB:")[1]
 
-    assert b"<CustomerQueryRs" in answer_file(gateway, "a.osl")
+    assert b"<CustomerQueryRs" in response_file(gateway, "a.osl")
     assert gateway.stop() == 0
 
 
@@ -165,7 +165,7 @@ def test_a_flood_of_files_does_not_starve_a_socket_client(gateway):
     assert len(list(gateway.response_folder.iterdir())) == flood
 
 
-def median_of_an_answer(gateway):
+def median_of_a_response(gateway):
     times = []
     with gateway.connect() as client:
         for _ in range(15):
@@ -177,11 +177,11 @@ def median_of_an_answer(gateway):
 
 def test_a_socket_request_is_answered_as_quickly_while_a_folder_is_watched(gateway):
     gateway.start()
-    alone = median_of_an_answer(gateway)
+    alone = median_of_a_response(gateway)
     assert gateway.stop() == 0
 
     gateway.start_watching()
-    beside = median_of_an_answer(gateway)
+    beside = median_of_a_response(gateway)
     assert gateway.stop() == 0
 
     assert beside < 1.5 * alone + 0.02, (alone, beside)

@@ -279,7 +279,7 @@ def begin_slow_request(program, seconds):
     return client
 
 
-def test_an_exit_during_a_request_waits_for_its_answer(program):
+def test_an_exit_during_a_request_waits_for_its_response(program):
     client = begin_slow_request(program, "1")
 
     program.choose("E&xit")

@@ -101,7 +101,7 @@ class TestMenuBar:
 
 def is_watching(program):
     folder.put(program, "probe.osl", qbxml(CUSTOMER_QUERY))
-    return b"<CustomerQueryRs" in folder.wait_for_answer(program, "probe.osl")
+    return b"<CustomerQueryRs" in folder.wait_for_response(program, "probe.osl")
 
 
 def is_serving(program):
@@ -272,7 +272,7 @@ def open_test_request(program):
     return program.dialog(holding="edit")
 
 
-def test_a_test_request_offers_quickbooksinfo_and_shows_the_answer(program):
+def test_a_test_request_offers_quickbooksinfo_and_shows_the_response(program):
     program.start("-debug")
     box = open_test_request(program)
     assert box.text() == "Request" + "QUICKBOOKSINFO"
