@@ -1,6 +1,6 @@
 // The load program's own side is not measured, so its sockets block and its reads from /proc may be
-// slow. A server is started by fork and exec: this program has threads, and between the two only
-// those functions are called that POSIX allows there.
+// slow. A server is started by fork and exec, and between the two only those functions are called
+// that POSIX allows there in a process with threads.
 #include "bench/System.h"
 
 #include <fcntl.h>
