@@ -57,9 +57,11 @@ std::unique_ptr<TextForm> MakeTextForm(const TextFormDescription& description);
 std::unique_ptr<NotifyIcon> MakeNotifyIcon();
 std::unique_ptr<Processes> MakeProcesses();
 
-/// Asks the marked window of another instance to be seen, in front. False when no window has the
-/// mark or the one that has it is about to end.
-bool ActivateMarkedWindow(TextView mark);
+/// The first of all programs' windows that has the mark; 0 when none has.
+WindowHandle FindMarkedWindow(TextView mark);
+/// Asks a window of this program, in another instance, to be seen in front. False when it is about
+/// to end.
+bool ActivateWindow(WindowHandle window);
 
 /// The program itself, which defines this: a program that has a window is entered in the system's
 /// own way. commandLine: as it was written, without the program's name. Returns the exit code.

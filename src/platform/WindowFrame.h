@@ -12,6 +12,7 @@ enum class WindowState { kNormal, kMinimised, kMaximised };
 
 /// An icon of the system, as windows and the notification area share it; 0: none.
 using IconHandle = std::intptr_t;
+using WindowHandle = std::intptr_t;  // of any program; 0: none
 
 class WindowFrame {
  public:

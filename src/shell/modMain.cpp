@@ -20,16 +20,23 @@ bool IsFirstInstance(const Program& program, std::unique_ptr<platform::InstanceL
   return lock != nullptr;
 }
 
-bool ActivatePreviousInstance(const Program& program) { return program.activatePreviousInstance(); }
+platform::WindowHandle FindPreviousInstance(const Program& program) {
+  return program.findPreviousInstance ? program.findPreviousInstance() : 0;
+}
+
+bool ActivatePreviousInstance(const Program& program, platform::WindowHandle hWnd) {
+  return program.activatePreviousInstance(hWnd);
+}
 
 // An instance that is about to end, or that has only begun, holds the lock and shows no window: it
 // is looked for until the program's patience has gone.
-Start FindPreviousInstance(const Program& program, std::unique_ptr<platform::InstanceLock>& lock) {
+Start BeFirstOrActivate(const Program& program, std::unique_ptr<platform::InstanceLock>& lock) {
   using Steady = std::chrono::steady_clock;
   constexpr std::chrono::milliseconds kPause(50);
   for (const auto until = Steady::now() + program.patience;;) {
     if (IsFirstInstance(program, lock)) return Start::kFirst;
-    if (ActivatePreviousInstance(program)) return Start::kActivated;
+    const platform::WindowHandle hWnd = FindPreviousInstance(program);
+    if (hWnd != 0 && ActivatePreviousInstance(program, hWnd)) return Start::kActivated;
     if (Steady::now() >= until) return Start::kNotFound;
     std::this_thread::sleep_for(kPause);
   }
@@ -39,7 +46,7 @@ Start FindPreviousInstance(const Program& program, std::unique_ptr<platform::Ins
 
 int Main(Program program) {
   std::unique_ptr<platform::InstanceLock> instance;
-  const Start start = FindPreviousInstance(program, instance);
+  const Start start = BeFirstOrActivate(program, instance);
   if (start == Start::kActivated) return 0;
   if (start == Start::kNotFound) {
     program.surroundings.window.ShowMessage(

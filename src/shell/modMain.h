@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/SingleInstance.h"
+#include "platform/WindowFrame.h"
 #include "shell/frmMain.h"
 #include "util/Text.h"
 
@@ -14,8 +15,11 @@ namespace ostrel::modMain {
 struct Program {
   /// `unloaded` is Main's own.
   frmMain::Surroundings surroundings;
-  /// Brings the window of the running instance to the front; false when there is none to be found.
-  std::function<bool()> activatePreviousInstance;
+  /// The window of the running instance; 0 when there is none to be found. A program without a
+  /// window leaves this and the next one out.
+  std::function<platform::WindowHandle()> findPreviousInstance;
+  /// Brings that window to the front; false when it is about to end.
+  std::function<bool(platform::WindowHandle window)> activatePreviousInstance;
   /// The form exists and loads next: what the system tells can be wired to it.
   std::function<void(frmMain&)> formCreated;
   /// Whether this is the first instance: what it returns is held while the program runs.

@@ -94,7 +94,7 @@ FrameWindow::FrameWindow(const ApplicationWindowDescription& description)
 /// Messages are not handled any more, since the receivers of events may be gone. The menu is taken
 /// out first: it is not the window's to destroy.
 FrameWindow::~FrameWindow() {
-  StopAnswering();
+  Detach();
   SetMenu(Handle(), nullptr);
   Destroy();
 }
@@ -119,7 +119,7 @@ std::span<const MessageEntry<FrameWindow>> FrameWindow::Messages() {
 }
 
 MessageResult FrameWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  return AnswerFromTable(*this, Messages(), message, wParam, lParam);
+  return DispatchByTable(*this, Messages(), message, wParam, lParam);
 }
 
 // --- requests of the program

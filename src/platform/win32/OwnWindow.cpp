@@ -32,11 +32,11 @@ void OwnWindow::Create(const Frame& frame) {
   SetWindowLongPtrW(hWindow, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
 
-void OwnWindow::StopAnswering() { SetWindowLongPtrW(hWindow, GWLP_USERDATA, 0); }
+void OwnWindow::Detach() { SetWindowLongPtrW(hWindow, GWLP_USERDATA, 0); }
 
 void OwnWindow::Destroy() {
   if (hWindow == nullptr) return;
-  StopAnswering();
+  Detach();
   DestroyWindow(std::exchange(hWindow, nullptr));
 }
 

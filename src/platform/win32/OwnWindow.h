@@ -22,8 +22,9 @@ struct MessageEntry {
   MessageResult (Window::*handler)(WPARAM wParam, LPARAM lParam);
 };
 
+/// The result of the handler that the table has for the message; nothing when it has none.
 template <typename Window>
-MessageResult AnswerFromTable(Window& window, std::span<const MessageEntry<Window>> table,
+MessageResult DispatchByTable(Window& window, std::span<const MessageEntry<Window>> table,
                               UINT message, WPARAM wParam, LPARAM lParam) {
   for (const auto& entry : table) {
     if (entry.message == message) return (window.*entry.handler)(wParam, lParam);
@@ -49,15 +50,15 @@ class OwnWindow {
   OwnWindow() = default;
   virtual ~OwnWindow() { Destroy(); }
 
-  /// Hidden, where and as large as the system likes. Raises std::runtime_error
-  /// when the system has no window left.
+  /// Hidden, where and as large as the system likes. Raises std::runtime_error when the system has
+  /// no window left.
   void Create(const Frame& frame);
-  /// From here on the system handles every message.
-  void StopAnswering();
+  /// Parts the object from its window: from here on the system handles every message.
+  void Detach();
   /// Harmless when repeated.
   void Destroy();
 
-  /// May raise: then the system answers.
+  /// May raise: the message is left to the system then.
   virtual MessageResult OnMessage(UINT message, WPARAM wParam, LPARAM lParam) = 0;
 
   /// Runs what the program does at a message that the system or its user has caused, as

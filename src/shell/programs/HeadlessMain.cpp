@@ -72,7 +72,6 @@ int Run(const HeadlessOptions& options) {
                        .programFolder = platform::ProgramFolder(),
                        .commandLine = options.sCommandLine,
                        .unloaded = {}},
-      .activatePreviousInstance = [] { return false; },
       .formCreated = formCreated,
       .endUnlessServing = true,
   });

@@ -55,7 +55,8 @@ int platform::RunWindowProgram(TextView commandLine) {
                        .programFolder = ProgramFolder(),
                        .commandLine = Text(commandLine),
                        .unloaded = {}},
-      .activatePreviousInstance = [] { return ActivateMarkedWindow(frmMain::kWindowMark); },
+      .findPreviousInstance = [] { return FindMarkedWindow(frmMain::kWindowMark); },
+      .activatePreviousInstance = ActivateWindow,
       .formCreated = [&window](frmMain& form) { WireWindow(*window, form); },
   });
 }

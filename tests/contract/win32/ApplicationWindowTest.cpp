@@ -340,7 +340,8 @@ TEST_F(ApplicationWindowTest, AnotherInstanceAsksTheMarkedWindowToBeSeen) {
     return true;
   };
 
-  EXPECT_TRUE(ActivateMarkedWindow(u"Ostrel_TEST"));
+  ASSERT_EQ(FindMarkedWindow(u"Ostrel_TEST"), reinterpret_cast<WindowHandle>(Handle()));
+  EXPECT_TRUE(ActivateWindow(FindMarkedWindow(u"Ostrel_TEST")));
 
   EXPECT_EQ(asked, 1);
   EXPECT_TRUE(IsWindowVisible(Handle()));
@@ -350,7 +351,7 @@ TEST_F(ApplicationWindowTest, AWindowThatIsAboutToEndIsNotActivated) {
   Window.SetMark(u"Ostrel_TEST");
   Window.RestoreRequest = [] { return false; };
 
-  EXPECT_FALSE(ActivateMarkedWindow(u"Ostrel_TEST"));
+  EXPECT_FALSE(ActivateWindow(FindMarkedWindow(u"Ostrel_TEST")));
 
   EXPECT_FALSE(IsWindowVisible(Handle()));
 }
@@ -362,13 +363,16 @@ TEST_F(ApplicationWindowTest, AnotherInstanceRestoresTheMinimisedWindow) {
   Window.SetState(WindowState::kMinimised);
   ASSERT_TRUE(IsIconic(Handle()));
 
-  EXPECT_TRUE(ActivateMarkedWindow(u"Ostrel_TEST"));
+  ASSERT_EQ(FindMarkedWindow(u"Ostrel_TEST"), reinterpret_cast<WindowHandle>(Handle()));
+  EXPECT_TRUE(ActivateWindow(FindMarkedWindow(u"Ostrel_TEST")));
 
   EXPECT_TRUE(AwaitEvents([&] { return !IsIconic(Handle()); }));
 }
 
-TEST_F(ApplicationWindowTest, NoMarkedWindowIsNotActivated) {
-  EXPECT_FALSE(ActivateMarkedWindow(u"Ostrel_TEST"));
+TEST_F(ApplicationWindowTest, AWindowWithoutTheMarkIsNotFound) {
+  Window.SetMark(u"Ostrel_OTHER");
+
+  EXPECT_EQ(FindMarkedWindow(u"Ostrel_TEST"), 0);
 }
 
 TEST_F(ApplicationWindowTest, WhatAHandlerRaisesDoesNotLeaveTheWindow) {

@@ -13,12 +13,18 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 class modMainTest : public FormTest {
  protected:
   modMain::Program Program(Text commandLine = {}) {
     return {.surroundings = Surroundings(std::move(commandLine)),
-            .activatePreviousInstance = [this] { return bWindowFound; },
+            .findPreviousInstance = [this] { return bWindowFound ? kWindow : 0; },
+            .activatePreviousInstance =
+                [this](platform::WindowHandle window) {
+                  EXPECT_EQ(window, kWindow);
+                  return !bWindowEnds;
+                },
             .formCreated =
                 [this](frmMain& form) {
                   bFormCreated = true;
@@ -48,12 +54,15 @@ class modMainTest : public FormTest {
     modMainTest& oTest;
   };
 
+  static constexpr platform::WindowHandle kWindow = 4711;
+
   Text sLockName;
   int iAttemptsInVain = 0;
   int iLocksHeld = 0;
   bool bMarkedAtRelease = false;
   bool bAnotherRuns = false;
   bool bWindowFound = false;
+  bool bWindowEnds = false;
   bool bFormCreated = false;
   std::unique_ptr<platform::Timer> tmrExit;
 };
@@ -148,6 +157,14 @@ TEST_F(modMainTest, BringsTheRunningInstanceToTheFront) {
 
   EXPECT_FALSE(bFormCreated);
   EXPECT_THAT(Window.Messages, IsEmpty());
+}
+
+TEST_F(modMainTest, DoesNotCountOnAWindowThatIsAboutToEnd) {
+  bAnotherRuns = bWindowFound = bWindowEnds = true;
+
+  EXPECT_EQ(modMain::Main(Program()), 1);
+
+  EXPECT_THAT(Window.Messages, SizeIs(1));
 }
 
 TEST_F(modMainTest, TellsThatTheRunningInstanceCannotBeFound) {

@@ -23,25 +23,27 @@ BOOL CALLBACK StopAtMarked(HWND window, LPARAM lParam) {
 
 }  // namespace
 
-bool ActivateMarkedWindow(TextView mark) {
+WindowHandle FindMarkedWindow(TextView mark) {
   Search search{ToWide(mark)};
   EnumWindows(StopAtMarked, reinterpret_cast<LPARAM>(&search));
-  if (search.found == nullptr) return false;
+  return reinterpret_cast<WindowHandle>(search.found);
+}
 
+bool ActivateWindow(WindowHandle handle) {
+  const auto window = reinterpret_cast<HWND>(handle);
   DWORD process = 0;
-  GetWindowThreadProcessId(search.found, &process);
+  GetWindowThreadProcessId(window, &process);
   AllowSetForegroundWindow(process);
   // An instance that hangs must not make this one hang.
   constexpr UINT limit = 2000;  // milliseconds
-  if (IsIconic(search.found)) {
-    SendMessageTimeoutW(search.found, WM_SYSCOMMAND, SC_RESTORE, 0, SMTO_ABORTIFHUNG, limit,
-                        nullptr);
+  if (IsIconic(window)) {
+    SendMessageTimeoutW(window, WM_SYSCOMMAND, SC_RESTORE, 0, SMTO_ABORTIFHUNG, limit, nullptr);
   }
   // Only the window itself can leave the notification area.
-  DWORD_PTR answer = kRestored;  // of an instance that is busy for longer: it will be seen later
-  SendMessageTimeoutW(search.found, RestoreRequest(), 0, 0, SMTO_ABORTIFHUNG, limit, &answer);
-  if (answer != kRestored) return false;
-  SetForegroundWindow(search.found);
+  DWORD_PTR result = kRestored;  // of an instance that is busy for longer: it will be seen later
+  SendMessageTimeoutW(window, RestoreRequest(), 0, 0, SMTO_ABORTIFHUNG, limit, &result);
+  if (result != kRestored) return false;
+  SetForegroundWindow(window);
   return true;
 }
 
