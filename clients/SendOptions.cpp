@@ -97,12 +97,8 @@ SendOptions ParseSendOptions(const std::vector<Text>& arguments) {
   }
   if (options.help) return options;
   if (rest.empty()) throw UsageError(u"there is no request");
-  if (rest.front().starts_with(u"--")) {
-    throw UsageError(u"there is no option " + rest.front());
-  }
-  if (rest.size() > 1) {
-    throw UsageError(u"one request only: put quotes around a text with blanks");
-  }
+  if (rest.front().starts_with(u"--")) throw UsageError(u"there is no option " + rest.front());
+  if (rest.size() > 1) throw UsageError(u"one request only: put quotes around a text with blanks");
   if (options.folders && (options.host || options.port)) {
     throw UsageError(u"either --folder, or --host and --port");
   }

@@ -40,9 +40,7 @@ void SimulatedRequestProcessor::OpenConnection(TextView, TextView applicationNam
 Text SimulatedRequestProcessor::BeginSession(TextView companyFile, FileMode mode) {
   RequireNoSession();
   simulator::RequireNoLongWork();
-  if (mode < FileMode::kSingleUser || mode > FileMode::kDoNotCare) {
-    Fail(Hresult::kInvalidParameter);
-  }
+  if (mode < FileMode::kSingleUser || mode > FileMode::kDoNotCare) Fail(Hresult::kInvalidParameter);
   const Counted counted(iOutstanding);
   auto company = oQuickBooks.Open(companyFile, mode, bGivenUp);
   RequireNoSession();

@@ -36,9 +36,7 @@ constexpr std::int32_t kLargestChunk = 1024 * 1024;
 }
 
 void RaiseIf(int error, TextView source) {
-  if (error != 0) {
-    Raise(error, source);
-  }
+  if (error != 0) Raise(error, source);
 }
 
 std::uint16_t CheckedPort(std::int32_t port, TextView source) {
@@ -109,12 +107,8 @@ void CSocket::Connect(std::optional<TextView> host, std::optional<std::int32_t> 
   lRemotePort = port.value_or(lRemotePort);
   CheckedPort(lRemotePort, source);
   CancelResolve();
-  if (lHandle == kNoSocket) {
-    vbSocket();
-  }
-  if (const auto ip = ParseDottedAddress(sRemoteHost)) {
-    return ConnectTo(*ip, source);
-  }
+  if (lHandle == kNoSocket) vbSocket();
+  if (const auto ip = ParseDottedAddress(sRemoteHost)) return ConnectTo(*ip, source);
   iState = SocketState::kResolvingHost;
   lLookUp = oSupport.ResolveHost(sRemoteHost, *this);
   if (lLookUp == 0) {
@@ -133,9 +127,7 @@ void CSocket::ConnectTo(std::uint32_t ip, TextView source) {
     iState = SocketState::kError;
     Raise(error, source);
   }
-  if (iProtocol == SocketProtocol::kUdp) {
-    iState = SocketState::kConnected;
-  }
+  if (iProtocol == SocketProtocol::kUdp) iState = SocketState::kConnected;
 }
 
 void CSocket::Bind(std::optional<std::int32_t> port, std::optional<TextView> address) {
@@ -143,9 +135,7 @@ void CSocket::Bind(std::optional<std::int32_t> port, std::optional<TextView> add
   const auto checkedPort = CheckedPort(port.value_or(lLocalPort), source);
   lLocalPort = checkedPort;
   sLocalIP = address.value_or(sLocalIP);
-  if (lHandle == kNoSocket) {
-    vbSocket();
-  }
+  if (lHandle == kNoSocket) vbSocket();
   const std::uint32_t ip = sLocalIP.empty() ? 0 : oSupport.AddressOf(sLocalIP);
   RaiseIf(oSupport.Layer().Bind(lHandle, {ip, checkedPort}), source);
   lLocalPort = oSupport.Layer().Properties(lHandle).value.local.port;
@@ -229,17 +219,13 @@ void CSocket::EndSendingWhenQueueIsEmpty() {
 }
 
 void CSocket::CancelResolve() {
-  if (lLookUp != 0) {
-    oSupport.CancelResolve(std::exchange(lLookUp, 0));
-  }
+  if (lLookUp != 0) oSupport.CancelResolve(std::exchange(lLookUp, 0));
 }
 
 /// 0, or the error number of closing the system's socket. What was received stays.
 int CSocket::LetGo() {
   CancelResolve();
-  if (lHandle == kNoSocket) {
-    return 0;
-  }
+  if (lHandle == kNoSocket) return 0;
   oSupport.UnregisterSocket(lHandle);
   ++lIncarnation;
   oSendQueue.Clear();
@@ -255,9 +241,7 @@ void CSocket::SendData(const SocketValue& vData) {
                        u"Wrong protocol or connection state for the requested transaction or "
                        u"request.");
   }
-  if (lHandle == kNoSocket) {
-    vbSocket();
-  }
+  if (lHandle == kNoSocket) vbSocket();
   RaiseIf(bEndsSending ? kShutDown : 0, u"CSocket.SendData");
   const std::size_t before = oSendQueue.Size();
   std::visit(Enqueue{oSendQueue}, vData);
@@ -272,9 +256,7 @@ void CSocket::SendData(const SocketValue& vData) {
 
 /// One attempt. 0, or the error number; what cannot be sent on a lost connection is dropped.
 int CSocket::PassQueuedData() {
-  if (oSendQueue.Empty()) {
-    return 0;
-  }
+  if (oSendQueue.Empty()) return 0;
   const platform::SocketAddress peer = {lRemoteAddress, static_cast<std::uint16_t>(lRemotePort)};
   const bool udp = iProtocol == SocketProtocol::kUdp;
   const auto sent = oSupport.Layer().Send(lHandle, oSendQueue.Front(), udp ? &peer : nullptr);
@@ -284,9 +266,7 @@ int CSocket::PassQueuedData() {
     ReportSendProgress(sent.value);
     return 0;
   }
-  if (sent.error == kWouldBlock) {
-    return 0;
-  }
+  if (sent.error == kWouldBlock) return 0;
   if (IsLost(sent.error)) {
     oSendQueue.Clear();
     bSendPending = false;
@@ -332,9 +312,7 @@ platform::SocketResult<std::int32_t> CSocket::RecvToBuffer() {
 void CSocket::OnReadEvent() {
   const auto received = RecvToBuffer();
   RaiseIf(received.error, u"CSocket.RecvToBuffer");
-  if (received.value > 0) {
-    ReportDataArrival();
-  }
+  if (received.value > 0) ReportDataArrival();
 }
 
 void CSocket::OnWriteEvent() {
@@ -368,9 +346,7 @@ void CSocket::OnConnectEvent() {
 /// a handler has meanwhile closed the socket.
 bool CSocket::Drain() {
   const auto own = lIncarnation;
-  while (lIncarnation == own && RecvToBuffer().value > 0) {
-    ReportDataArrival();
-  }
+  while (lIncarnation == own && RecvToBuffer().value > 0) ReportDataArrival();
   return lIncarnation == own;
 }
 
@@ -381,35 +357,25 @@ bool CSocket::PassAllQueuedData() {
   std::size_t before;
   do {
     before = oSendQueue.Size();
-    if (PassQueuedData() != 0) {
-      break;
-    }
+    if (PassQueuedData() != 0) break;
   } while (lIncarnation == own && oSendQueue.Size() < before);
   return lIncarnation == own;
 }
 
 void CSocket::OnCloseEvent() {
-  if (!Drain()) {
-    return;
-  }
+  if (!Drain()) return;
   const bool silently = iState == SocketState::kClosing;
   iState = SocketState::kClosing;
-  if (!PassAllQueuedData()) {
-    return;
-  }
+  if (!PassAllQueuedData()) return;
   DestroySocket();
   iState = SocketState::kClosed;
-  if (!silently) {
-    ReportClose();
-  }
+  if (!silently) ReportClose();
 }
 
 void CSocket::PostGetHostEvent(int error, std::uint32_t ip) {
   constexpr TextView source = u"CSocket.PostGetHostEvent";
   lLookUp = 0;
-  if (error != 0) {
-    return Fail(error, Text(SocketErrorText(error)), source);
-  }
+  if (error != 0) return Fail(error, Text(SocketErrorText(error)), source);
   iState = SocketState::kHostResolved;
   ConnectTo(ip, source);
 }

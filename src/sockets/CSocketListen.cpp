@@ -38,9 +38,7 @@ bool CSocketListen::StartListen(std::int32_t Port, Text& LocalIP) {
 
 void CSocketListen::Listen(std::int32_t Port, Text& LocalIP) {
   const Text address = LocalIP;
-  if (LocalIP.empty()) {
-    LocalIP = oSupport.OwnAddress();
-  }
+  if (LocalIP.empty()) LocalIP = oSupport.OwnAddress();
   oListen->CloseSocket();
   oListen->Bind(Port, address);
   oListen->Listen();
@@ -56,15 +54,11 @@ void CSocketListen::AwaitListening() {
   }
   sState = u"Listenning";
   bListenning = true;
-  if (const auto handler = Events.ServerListening) {
-    handler(true);
-  }
+  if (const auto handler = Events.ServerListening) handler(true);
 }
 
 void CSocketListen::NotifyStartFailed() {
-  if (const auto handler = Events.StartFailed) {
-    handler();
-  }
+  if (const auto handler = Events.StartFailed) handler();
 }
 
 bool CSocketListen::StopListen() {
@@ -76,9 +70,7 @@ bool CSocketListen::StopListen() {
   }
   sState = u"Closed";
   bListenning = false;
-  if (const auto handler = Events.ServerListening) {
-    handler(false);
-  }
+  if (const auto handler = Events.ServerListening) handler(false);
   return false;
 }
 
@@ -95,15 +87,11 @@ void CSocketListen::oListen_OnConnectionRequest(std::int32_t requestID) {
 
 void CSocketListen::oListen_OnError(std::uint16_t Number, Text& Description, std::int32_t Scode,
                                     TextView Source) {
-  if (const auto handler = Events.Error) {
-    handler(Number, Description, Scode, Source);
-  }
+  if (const auto handler = Events.Error) handler(Number, Description, Scode, Source);
 }
 
 void CSocketListen::oListen_OnClose() {
-  if (const auto handler = Events.OnClose) {
-    handler();
-  }
+  if (const auto handler = Events.OnClose) handler();
 }
 
 }  // namespace ostrel

@@ -61,9 +61,7 @@ void CSocketServer::Subscribe() {
   events.ServerListening = [this](bool listening) { oListen_ServerListening(listening); };
   events.OnClose = [this] { CloseAllSockets(); };
   events.StartFailed = [this] {
-    if (const auto handler = Events.StartFailed) {
-      handler();
-    }
+    if (const auto handler = Events.StartFailed) handler();
   };
 }
 
@@ -91,13 +89,9 @@ bool CSocketServer::Start(std::int32_t Port, Text& LocalIP) {
   const auto listener = oListen;
   LeaveInErr(
       [&] { listener->StopListen(); });  // Kept: handlers expect ServerStopped with every start
-  if (life.expired() || listener != oListen) {
-    return false;
-  }
+  if (life.expired() || listener != oListen) return false;
   const bool started = listener->StartListen(Port, LocalIP);
-  if (life.expired() || listener != oListen) {
-    return false;
-  }
+  if (life.expired() || listener != oListen) return false;
   bServerStarted = started;
   return started;
 }
@@ -105,9 +99,7 @@ bool CSocketServer::Start(std::int32_t Port, Text& LocalIP) {
 bool CSocketServer::StopServer() {
   const std::weak_ptr<void> life = oLife;
   StopListening();
-  if (life.expired()) {
-    return false;
-  }
+  if (life.expired()) return false;
   ReleaseListener();
   CloseEverySocket();
   sState = u"Closed";
@@ -138,9 +130,7 @@ std::int32_t CSocketServer::ConnectionCount() const {
 
 std::int32_t CSocketServer::OpenConnectionCount() const {
   std::int32_t count = 0;
-  for (const auto& socket : oConnections) {
-    count += Reusable(socket) ? 0 : 1;
-  }
+  for (const auto& socket : oConnections) count += Reusable(socket) ? 0 : 1;
   return count;
 }
 
@@ -165,9 +155,7 @@ void CSocketServer::SendString(TextView Data, std::int32_t lIndex) { SendData(Da
 
 void CSocketServer::BroadcastData(const SocketValue& vData) {
   Err.Clear();
-  for (std::int32_t i = 1; i <= ConnectionCount(); ++i) {
-    SendTo(SocketAt(i), vData);
-  }
+  for (std::int32_t i = 1; i <= ConnectionCount(); ++i) SendTo(SocketAt(i), vData);
 }
 
 void CSocketServer::CloseSocket(std::int16_t Index) {
@@ -242,9 +230,7 @@ std::int16_t CSocketServer::TakeSlot() {
     const bool stays = oConnections[index]->State() != SocketState::kClosing;
     lSearchFrom += index == lSearchFrom && stays ? 1 : 0;
   }
-  if (index > most) {
-    return 0;
-  }
+  if (index > most) return 0;
   if (index == oConnections.size()) {
     oConnections.emplace_back();
   } else if (const auto closed = std::move(oConnections[index])) {
@@ -256,9 +242,7 @@ std::int16_t CSocketServer::TakeSlot() {
 /// A connection that cannot be served is closed; the listener and all others go on.
 void CSocketServer::oListen_ConnectionRequest(std::int32_t requestID) {
   const std::int16_t index = TakeSlot();
-  if (index == 0) {
-    return;
-  }
+  if (index == 0) return;
   const auto socket = CSocket::Create(oSupport);
   oConnections[static_cast<std::size_t>(index)] = socket;
   socket->SetCallback(index, this);
@@ -277,26 +261,18 @@ void CSocketServer::oListen_Error(std::uint16_t Number, Text& Description, std::
   const std::weak_ptr<void> life = oLife;
   Err.Clear();
   LeaveInErr([&] {
-    if (const auto handler = Events.Error) {
-      handler(0, Number, Description, Scode, Source);
-    }
+    if (const auto handler = Events.Error) handler(0, Number, Description, Scode, Source);
   });
-  if (!life.expired()) {
-    CloseEverySocket();
-  }
+  if (!life.expired()) CloseEverySocket();
 }
 
 void CSocketServer::oListen_ServerListening(bool listening) {
-  if (const auto handler = listening ? Events.ServerStarted : Events.ServerStopped) {
-    handler();
-  }
+  if (const auto handler = listening ? Events.ServerStarted : Events.ServerStopped) handler();
 }
 
 void CSocketServer::OnDataArrival(std::int16_t Index, std::int32_t bytesTotal) {
   const auto socket = SocketAt(Index);
-  if (!socket) {
-    return;
-  }
+  if (!socket) return;
   Text data;
   socket->GetData(data, bytesTotal);
   if (const auto handler = Events.DataArrival) {
@@ -316,9 +292,7 @@ void CSocketServer::OnClose(std::int16_t Index) {
 void CSocketServer::OnError(std::int16_t Index, std::uint16_t Number, Text& Description,
                             std::int32_t Scode, TextView Source, TextView, std::int32_t, bool&) {
   SearchFrom(Index);
-  if (const auto handler = Events.Error) {
-    handler(Index, Number, Description, Scode, Source);
-  }
+  if (const auto handler = Events.Error) handler(Index, Number, Description, Scode, Source);
 }
 
 }  // namespace ostrel

@@ -11,9 +11,7 @@ std::optional<std::uint32_t> TakeNumber(TextView& text) {
     number = number * 10 + (text[digits] - u'0');
     ++digits;
   }
-  if (digits == 0 || number > 255) {
-    return std::nullopt;
-  }
+  if (digits == 0 || number > 255) return std::nullopt;
   text.remove_prefix(digits);
   return number;
 }
@@ -23,14 +21,10 @@ std::optional<std::uint32_t> TakeNumber(TextView& text) {
 std::optional<std::uint32_t> ParseDottedAddress(TextView text) {
   std::uint32_t ip = 0;
   for (int part = 0; part < 4; ++part) {
-    if (part > 0 && !text.starts_with(u'.')) {
-      return std::nullopt;
-    }
+    if (part > 0 && !text.starts_with(u'.')) return std::nullopt;
     text.remove_prefix(part > 0 ? 1 : 0);
     const auto number = TakeNumber(text);
-    if (!number) {
-      return std::nullopt;
-    }
+    if (!number) return std::nullopt;
     ip = ip << 8 | *number;
   }
   return text.empty() ? std::optional(ip) : std::nullopt;

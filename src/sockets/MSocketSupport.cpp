@@ -61,9 +61,7 @@ MSocketSupport::MSocketSupport(platform::SocketLayer& layer,
 MSocketSupport::~MSocketSupport() { Cleanup(); }
 
 void MSocketSupport::InitWinsockService() {
-  if (bStarted) {
-    return;
-  }
+  if (bStarted) return;
   const auto started = oNotifications.StartUp();
   if (started.error != 0) {
     throw RunTimeError(started.error, u"MSocketSupport.InitWinsockService",
@@ -87,17 +85,13 @@ void MSocketSupport::Cleanup() {
 // The sink of notifications is made on first need.
 bool MSocketSupport::HaveSink(TextView source) {
   bConnected = bConnected || oNotifications.ConnectSink(*this);
-  if (!bConnected) {
-    Err.Set(kCanceled, Text(source), u"The operation was canceled.");
-  }
+  if (!bConnected) Err.Set(kCanceled, Text(source), u"The operation was canceled.");
   return bConnected;
 }
 
 bool MSocketSupport::RegisterSocket(SocketHandle socket, SocketOwner& owner) {
   constexpr TextView source = u"MSocketSupport.RegisterSocket";
-  if (!HaveSink(source)) {
-    return false;
-  }
+  if (!HaveSink(source)) return false;
   oRegistry[SocketKey(socket)] = &owner;
   const int error = oNotifications.Select(socket);
   if (error != 0) {
@@ -114,9 +108,7 @@ bool MSocketSupport::UnregisterSocket(SocketHandle socket) {
 
 LookUpHandle MSocketSupport::ResolveHost(TextView host, SocketOwner& owner) {
   constexpr TextView source = u"MSocketSupport.ResolveHost";
-  if (!HaveSink(source)) {
-    return 0;
-  }
+  if (!HaveSink(source)) return 0;
   const auto started = oNotifications.StartLookUp(TextToBytes(host));
   if (started.error != 0) {
     Err.Set(started.error, Text(source), Text(SocketErrorText(started.error)));
@@ -132,9 +124,7 @@ void MSocketSupport::CancelResolve(LookUpHandle lookUp) {
 }
 
 std::uint32_t MSocketSupport::AddressOf(TextView host) {
-  if (const auto dotted = ParseDottedAddress(host)) {
-    return *dotted;
-  }
+  if (const auto dotted = ParseDottedAddress(host)) return *dotted;
   InitWinsockService();
   return oNames.AddressOf(TextToBytes(host)).value_or(kNoAddress);
 }
@@ -159,9 +149,7 @@ void MSocketSupport::Offer(SocketHandle connection) {
 }
 
 void MSocketSupport::Disown(SocketHandle connection) {
-  if (oOffered.erase(connection) != 0) {
-    oLayer.Close(connection);
-  }
+  if (oOffered.erase(connection) != 0) oLayer.Close(connection);
 }
 
 std::span<char> MSocketSupport::ReceiveBuffer(std::int32_t bytes) {

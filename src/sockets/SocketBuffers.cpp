@@ -34,9 +34,7 @@ void ReceiveBuffer::Remove(std::size_t count) {
 void ReceiveBuffer::Clear() {
   taken = 0;
   bytes.clear();
-  if (bytes.capacity() > kKeptBytes) {
-    bytes.shrink_to_fit();
-  }
+  if (bytes.capacity() > kKeptBytes) bytes.shrink_to_fit();
 }
 
 /// The last chunk while it has room, else a new one. The first takes no more than its own bytes:
@@ -84,17 +82,13 @@ void SendQueue::Remove(std::size_t count) {
 
 void SendQueue::RemoveLast(std::size_t count) {
   size -= count;
-  if (Empty()) {
-    return Clear();
-  }
+  if (Empty()) return Clear();
   while (count > 0) {
     std::string& last = chunks.back().sBytes;
     const std::size_t part = std::min(count, last.size());
     last.resize(last.size() - part);
     count -= part;
-    if (last.empty()) {
-      chunks.pop_back();
-    }
+    if (last.empty()) chunks.pop_back();
   }
 }
 

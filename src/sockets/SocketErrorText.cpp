@@ -61,9 +61,7 @@ constexpr ErrorText kErrorTexts[] = {
 
 TextView SocketErrorText(int number) {
   for (const ErrorText& entry : kErrorTexts) {
-    if (entry.number == number) {
-      return entry.text;
-    }
+    if (entry.number == number) return entry.text;
   }
   return u"Unknown error.";
 }

@@ -35,25 +35,19 @@ class TemporaryFile {
 // Every byte, line ends and Ctrl-Z included, more than once through any buffer.
 std::string AllBytes() {
   std::string bytes;
-  for (int i = 0; i < 300'000; ++i) {
-    bytes.push_back(static_cast<char>(i % 256));
-  }
+  for (int i = 0; i < 300'000; ++i) bytes.push_back(static_cast<char>(i % 256));
   return bytes;
 }
 
 TEST(Console, ArgumentsAreThoseAfterTheProgramsName) {
   std::vector<std::string> own = testing::internal::GetArgvs();
   std::vector<char*> argv;
-  for (std::string& argument : own) {
-    argv.push_back(argument.data());
-  }
+  for (std::string& argument : own) argv.push_back(argument.data());
 
   const std::vector<Text> arguments = ProgramArguments(static_cast<int>(argv.size()), argv.data());
 
   std::vector<Text> expected;
-  for (std::size_t i = 1; i < own.size(); ++i) {
-    expected.push_back(FromUtf8(own[i]));
-  }
+  for (std::size_t i = 1; i < own.size(); ++i) expected.push_back(FromUtf8(own[i]));
   EXPECT_EQ(arguments, expected);
 }
 
@@ -100,9 +94,7 @@ void ExitWithZeroWhenInputIsReadAs(const std::string& content) {
   std::optional<std::string> input;
   {
     const TemporaryFile file(content);
-    if (std::freopen(file.Name().c_str(), "rb", stdin) != nullptr) {
-      input = ReadStandardInput();
-    }
+    if (std::freopen(file.Name().c_str(), "rb", stdin) != nullptr) input = ReadStandardInput();
     std::fclose(stdin);
   }
   std::_Exit(input == content ? 0 : 1);

@@ -17,9 +17,7 @@ using std::chrono::steady_clock;
 template <typename Condition>
 bool Await(Condition condition) {
   const auto limit = steady_clock::now() + std::chrono::seconds(10);
-  while (!condition() && steady_clock::now() < limit) {
-    DoEventsFor(milliseconds(5));
-  }
+  while (!condition() && steady_clock::now() < limit) DoEventsFor(milliseconds(5));
   return condition();
 }
 

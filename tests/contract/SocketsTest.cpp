@@ -63,9 +63,7 @@ class SocketsTest : public testing::Test {
     connected = notifier.ConnectSink(sink);
   }
   ~SocketsTest() override {
-    for (const SocketHandle socket : opened) {
-      sockets.Close(socket);
-    }
+    for (const SocketHandle socket : opened) sockets.Close(socket);
     notifier.DisconnectSink();
     notifier.CleanUp();
   }
@@ -243,9 +241,7 @@ TEST_F(SocketsTest, KnowsBothEndsOfAConnection) {
 TEST_F(SocketsTest, CarriesEveryByte) {
   const auto [client, server] = ConnectedPair();
   std::string all;
-  for (int byte = 0; byte < 256; ++byte) {
-    all.push_back(static_cast<char>(byte));
-  }
+  for (int byte = 0; byte < 256; ++byte) all.push_back(static_cast<char>(byte));
 
   Send(client, all);
   ASSERT_TRUE(AwaitEvent(server, SocketEvent::kRead));

@@ -37,9 +37,7 @@ class TimerList {
   }
 
   static void SetEnabled(TimerEntry& timer, bool enabled) {
-    if (enabled && !timer.enabled) {
-      timer.due = LoopClock::now() + timer.interval;
-    }
+    if (enabled && !timer.enabled) timer.due = LoopClock::now() + timer.interval;
     timer.enabled = enabled;
   }
 
@@ -54,9 +52,7 @@ class TimerList {
   /// The next tick of all enabled timers; the clock's maximum without any.
   LoopClock::time_point NextDue() const {
     auto next = LoopClock::time_point::max();
-    for (const auto& timer : timers) {
-      next = timer->enabled ? std::min(next, timer->due) : next;
-    }
+    for (const auto& timer : timers) next = timer->enabled ? std::min(next, timer->due) : next;
     return next;
   }
 
@@ -79,9 +75,7 @@ class TimerList {
   std::shared_ptr<TimerEntry> FirstDue(LoopClock::time_point now) const {
     std::shared_ptr<TimerEntry> first;
     for (const auto& timer : timers) {
-      if (timer->enabled && timer->due <= now && (!first || timer->due < first->due)) {
-        first = timer;
-      }
+      if (timer->enabled && timer->due <= now && (!first || timer->due < first->due)) first = timer;
     }
     return first;
   }

@@ -41,9 +41,7 @@ void WriteAll(int descriptor, std::string_view bytes) {
 
 std::vector<Text> ProgramArguments(int argc, char* argv[]) {
   std::vector<Text> arguments;
-  for (int i = 1; i < argc; ++i) {
-    arguments.push_back(FromUtf8(argv[i]));
-  }
+  for (int i = 1; i < argc; ++i) arguments.push_back(FromUtf8(argv[i]));
   return arguments;
 }
 
@@ -52,9 +50,7 @@ std::optional<std::string> ReadStandardInput() {
   std::array<char, 65536> piece;
   for (;;) {
     const ssize_t length = read(STDIN_FILENO, piece.data(), piece.size());
-    if (length == 0) {
-      return input;
-    }
+    if (length == 0) return input;
     if (length > 0) {
       input.append(piece.data(), static_cast<std::size_t>(length));
     } else if (errno != EINTR) {

@@ -88,9 +88,7 @@ void Signals::SetHandler(ConsoleSignal signal, std::function<void()> handler) {
   action.sa_flags = SA_RESTART;
   handlers[static_cast<std::size_t>(signal)] = std::move(handler);
   for (const auto& [number, meaning] : kSignals) {
-    if (meaning == signal && !IsToOutliveItsTerminal(number)) {
-      sigaction(number, &action, nullptr);
-    }
+    if (meaning == signal && !IsToOutliveItsTerminal(number)) sigaction(number, &action, nullptr);
   }
 }
 
@@ -100,9 +98,7 @@ void Signals::Dispatch() {
     for (const auto& [number, meaning] : kSignals) {
       // A copy: the handler may put another one in its place.
       const auto handler = handlers[static_cast<std::size_t>(meaning)];
-      if (number == byte && handler) {
-        handler();
-      }
+      if (number == byte && handler) handler();
     }
   }
 }

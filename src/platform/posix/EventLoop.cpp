@@ -84,9 +84,7 @@ Loop& TheLoop() {
 }
 
 Loop::Loop() : epoll(epoll_create1(EPOLL_CLOEXEC)) {
-  if (epoll < 0) {
-    throw std::system_error(errno, std::generic_category(), "event loop");
-  }
+  if (epoll < 0) throw std::system_error(errno, std::generic_category(), "event loop");
   oMailboxEntry->descriptor = oMailbox->Descriptor();
   oMailboxEntry->handler = [this](short) { oMailbox->RunTasks(); };
   Add(*oMailboxEntry, POLLIN);
@@ -123,18 +121,14 @@ void Loop::SetEvents(WatchEntry& entry, short events) {
 /// False when the system has no memory for it. A descriptor without events is taken out: the system
 /// would go on reporting its hang-up.
 bool Loop::TellSystem(WatchEntry& entry) const {
-  if (entry.events == entry.told) {
-    return true;
-  }
+  if (entry.events == entry.told) return true;
   const int change = entry.events == 0 ? EPOLL_CTL_DEL
                      : entry.told == 0 ? EPOLL_CTL_ADD
                                        : EPOLL_CTL_MOD;
   epoll_event wanted{};
   wanted.events = static_cast<std::uint32_t>(entry.events);
   wanted.data.ptr = &entry;
-  if (epoll_ctl(epoll, change, entry.descriptor, &wanted) != 0) {
-    return false;
-  }
+  if (epoll_ctl(epoll, change, entry.descriptor, &wanted) != 0) return false;
   entry.told = entry.events;
   return true;
 }
@@ -149,9 +143,7 @@ void Loop::TellChanges() {
 
 int MillisecondsUntil(LoopClock::time_point time) {
   using std::chrono::milliseconds;
-  if (time == kForEver) {
-    return -1;
-  }
+  if (time == kForEver) return -1;
   const auto wait = std::chrono::ceil<milliseconds>(time - LoopClock::now()).count();
   constexpr milliseconds::rep longest = 1'000'000;
   return static_cast<int>(std::clamp<milliseconds::rep>(wait, 0, longest));
@@ -165,9 +157,7 @@ void Loop::Wait(LoopClock::time_point waitUntil) {
   for (int i = 0; i < ready; ++i) {
     const epoll_event& event = found[static_cast<std::size_t>(i)];
     auto& entry = *static_cast<WatchEntry*>(event.data.ptr);
-    if (entry.reported == 0) {
-      queue.push_back(entry.shared_from_this());
-    }
+    if (entry.reported == 0) queue.push_back(entry.shared_from_this());
     entry.reported = static_cast<short>(event.events);
   }
 }
@@ -191,9 +181,7 @@ void Loop::DispatchQueue() noexcept {
     const std::shared_ptr<WatchEntry> entry = std::move(queue.front());
     queue.pop_front();
     const short reported = std::exchange(entry->reported, short{0});
-    if (!entry->destroyed && entry->events != 0) {
-      RunHandler(*entry, reported);
-    }
+    if (!entry->destroyed && entry->events != 0) RunHandler(*entry, reported);
     TickDue();
   }
 }
@@ -206,9 +194,7 @@ void Loop::Round(LoopClock::time_point waitUntil) {
 
 bool Loop::DispatchUntil(const std::function<bool()>& done, LoopClock::time_point deadline) {
   while (!done()) {
-    if (quitCode || LoopClock::now() >= deadline) {
-      return false;
-    }
+    if (quitCode || LoopClock::now() >= deadline) return false;
     Round(deadline);
   }
   return true;
@@ -290,9 +276,7 @@ void LoopMailbox::Post(std::function<void()> task) {
 
 bool LoopMailbox::Take(std::function<void()>& task) {
   const std::lock_guard lock(oMutex);
-  if (tasks.empty()) {
-    return false;
-  }
+  if (tasks.empty()) return false;
   task = std::move(tasks.front());
   tasks.pop_front();
   return true;
@@ -308,9 +292,7 @@ void LoopMailbox::RunTasks() {
     const std::lock_guard lock(oMutex);
     waiting = tasks.size();
   }
-  for (std::function<void()> task; waiting > 0 && Take(task); --waiting) {
-    task();
-  }
+  for (std::function<void()> task; waiting > 0 && Take(task); --waiting) task();
 }
 
 }  // namespace ostrel::platform

@@ -35,9 +35,7 @@ class PosixHostNames final : public HostNames {
     getifaddrs(&first);
     const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> interfaces(first, freeifaddrs);
     for (const ifaddrs* interface = first; interface != nullptr; interface = interface->ifa_next) {
-      if (const auto address = OutwardAddress(*interface)) {
-        return *address;
-      }
+      if (const auto address = OutwardAddress(*interface)) return *address;
     }
     return INADDR_LOOPBACK;
   }

@@ -71,9 +71,7 @@ LookUpThread::~LookUpThread() {
 
 bool LookUpThread::Start(std::string host, Completion completion) {
   const std::lock_guard lock(oShared->mutex);
-  if (oShared->requests.size() >= kMostWaiting) {
-    return false;
-  }
+  if (oShared->requests.size() >= kMostWaiting) return false;
   try {
     if (!running) {
       std::thread(Work, oShared).detach();
@@ -91,9 +89,7 @@ void LookUpThread::Work(const std::shared_ptr<Shared>& shared) noexcept {
   std::unique_lock lock(shared->mutex);
   for (;;) {
     shared->changed.wait(lock, [&] { return shared->ended || !shared->requests.empty(); });
-    if (shared->ended) {
-      return;
-    }
+    if (shared->ended) return;
     Shared::Request request = std::move(shared->requests.front());
     shared->requests.pop_front();
     lock.unlock();

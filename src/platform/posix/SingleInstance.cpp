@@ -22,9 +22,7 @@ class NameLock : public InstanceLock {
   /// -1: holds nothing.
   explicit NameLock(int descriptor) : iDescriptor(descriptor) {}
   ~NameLock() override {
-    if (iDescriptor >= 0) {
-      close(iDescriptor);
-    }
+    if (iDescriptor >= 0) close(iDescriptor);
   }
   NameLock(const NameLock&) = delete;
   NameLock& operator=(const NameLock&) = delete;
@@ -36,9 +34,7 @@ class NameLock : public InstanceLock {
 // FNV-1a: the same in every process and every build.
 std::uint64_t Fingerprint(std::string_view bytes) {
   std::uint64_t hash = 14695981039346656037U;
-  for (const char c : bytes) {
-    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
-  }
+  for (const char c : bytes) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
   return hash;
 }
 

@@ -39,9 +39,7 @@ constexpr std::pair<int, int> kLookUpErrors[] = {
 template <typename Table>
 int Find(const Table& table, int key, int otherwise) {
   for (const auto& [own, number] : table) {
-    if (own == key) {
-      return number;
-    }
+    if (own == key) return number;
   }
   return otherwise;
 }

@@ -57,9 +57,7 @@ class PosixNotifications final : public SocketNotifications {
 
 int PosixNotifications::AnnounceTo(SocketHandle socket, SocketSink* sink) {
   WatchedSocket* const own = TheSockets().Find(socket);
-  if (own == nullptr) {
-    return kNotASocket;
-  }
+  if (own == nullptr) return kNotASocket;
   try {
     own->AnnounceTo(sink);
     return 0;

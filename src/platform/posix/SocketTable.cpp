@@ -35,9 +35,7 @@ WatchedSocket* SocketTable::Find(SocketHandle socket) const {
 
 bool SocketTable::Close(SocketHandle socket) {
   const auto found = sockets.find(socket);
-  if (found == sockets.end()) {
-    return false;
-  }
+  if (found == sockets.end()) return false;
   found->second->Close();
   sockets.erase(found);
   ResumeAccepting();
@@ -47,9 +45,7 @@ bool SocketTable::Close(SocketHandle socket) {
 void SocketTable::SetSink(SocketSink* sink) {
   oSink = sink;
   if (sink == nullptr) {
-    for (const auto& [handle, socket] : sockets) {
-      socket->AnnounceTo(nullptr);
-    }
+    for (const auto& [handle, socket] : sockets) socket->AnnounceTo(nullptr);
   }
 }
 
@@ -61,9 +57,7 @@ void SocketTable::PauseAccepting(SocketHandle listener) {
 void SocketTable::ResumeAccepting() {
   oResume.SetEnabled(false);
   for (const SocketHandle listener : std::exchange(paused, {})) {
-    if (WatchedSocket* socket = Find(listener)) {
-      socket->AwaitConnection();
-    }
+    if (WatchedSocket* socket = Find(listener)) socket->AwaitConnection();
   }
 }
 

@@ -109,9 +109,7 @@ SocketResult<SocketHandle> PosixSockets::Open(SocketProtocol protocol) {
 
 int PosixSockets::Bind(SocketHandle socket, SocketAddress address) {
   WatchedSocket* const own = TheSockets().Find(socket);
-  if (own == nullptr) {
-    return kNotASocket;
-  }
+  if (own == nullptr) return kNotASocket;
   const sockaddr_in system = ToSystem(address);
   return ResultOf(
       bind(own->Descriptor(), reinterpret_cast<const sockaddr*>(&system), sizeof system));
@@ -119,14 +117,10 @@ int PosixSockets::Bind(SocketHandle socket, SocketAddress address) {
 
 int PosixSockets::Listen(SocketHandle socket, int backlog) {
   WatchedSocket* const own = TheSockets().Find(socket);
-  if (own == nullptr) {
-    return kNotASocket;
-  }
+  if (own == nullptr) return kNotASocket;
   // A full queue makes Linux drop a connection's first packet, which costs its client a second.
   const int error = ResultOf(listen(own->Descriptor(), std::max(backlog, SOMAXCONN)));
-  if (error == 0) {
-    own->Became(SocketRole::kListening);
-  }
+  if (error == 0) own->Became(SocketRole::kListening);
   return error;
 }
 
@@ -152,24 +146,18 @@ SocketResult<SocketHandle> PosixSockets::Accept(SocketHandle listener) {
 
 int PosixSockets::Connect(SocketHandle socket, SocketAddress peer) {
   WatchedSocket* const own = TheSockets().Find(socket);
-  if (own == nullptr) {
-    return kNotASocket;
-  }
+  if (own == nullptr) return kNotASocket;
   const sockaddr_in system = ToSystem(peer);
   const int error = ResultOf(
       connect(own->Descriptor(), reinterpret_cast<const sockaddr*>(&system), sizeof system));
-  if (own->Role() == SocketRole::kDatagram || (error != 0 && error != kWouldBlock)) {
-    return error;
-  }
+  if (own->Role() == SocketRole::kDatagram || (error != 0 && error != kWouldBlock)) return error;
   own->Became(SocketRole::kConnecting);
   return kWouldBlock;
 }
 
 int PosixSockets::ShutdownSend(SocketHandle socket) {
   WatchedSocket* const own = TheSockets().Find(socket);
-  if (own == nullptr) {
-    return kNotASocket;
-  }
+  if (own == nullptr) return kNotASocket;
   const int error = ResultOf(shutdown(own->Descriptor(), SHUT_WR));
   own->sendingEnded = own->sendingEnded || error == 0;
   return error;
@@ -186,9 +174,7 @@ SocketResult<std::int32_t> PosixSockets::Send(SocketHandle socket, std::span<con
   }
   sockaddr_in system{};
   const bool addressed = peer != nullptr && own->Role() == SocketRole::kDatagram;
-  if (addressed) {
-    system = ToSystem(*peer);
-  }
+  if (addressed) system = ToSystem(*peer);
   const auto sent = sendto(own->Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL,
                            addressed ? reinterpret_cast<sockaddr*>(&system) : nullptr,
                            addressed ? sizeof system : 0);
@@ -196,9 +182,7 @@ SocketResult<std::int32_t> PosixSockets::Send(SocketHandle socket, std::span<con
     return {0, kShutDown};
   }
   const int error = sent < 0 ? SocketErrorOf(errno) : 0;
-  if (error == 0 || error == kWouldBlock) {
-    own->AwaitWrite();
-  }
+  if (error == 0 || error == kWouldBlock) own->AwaitWrite();
   return {error == 0 ? static_cast<std::int32_t>(sent) : 0, error};
 }
 

@@ -30,9 +30,7 @@ int PendingError(int descriptor) {
 std::optional<int> EndOfStream(int descriptor) {
   char next;
   const auto peeked = recv(descriptor, &next, 1, MSG_PEEK | MSG_DONTWAIT);
-  if (peeked > 0 || (peeked < 0 && (errno == EAGAIN || errno == EINTR))) {
-    return std::nullopt;
-  }
+  if (peeked > 0 || (peeked < 0 && (errno == EAGAIN || errno == EINTR))) return std::nullopt;
   return peeked == 0 ? 0 : SocketErrorOf(errno);
 }
 
@@ -46,9 +44,7 @@ WatchedSocket::~WatchedSocket() { Close(); }
 void WatchedSocket::Close() {
   oSink = nullptr;
   oWatch.reset();
-  if (descriptor >= 0) {
-    close(std::exchange(descriptor, -1));
-  }
+  if (descriptor >= 0) close(std::exchange(descriptor, -1));
 }
 
 void WatchedSocket::AnnounceTo(SocketSink* sink) {
@@ -80,23 +76,15 @@ void WatchedSocket::AwaitConnection() { AwaitRead(); }
 
 short WatchedSocket::Events() const {
   const int reading = awaitsRead ? POLLIN : 0;
-  if (closeAnnounced || role == SocketRole::kNew) {
-    return 0;
-  }
-  if (role == SocketRole::kConnecting) {
-    return POLLOUT;
-  }
-  if (role == SocketRole::kListening) {
-    return static_cast<short>(reading);
-  }
+  if (closeAnnounced || role == SocketRole::kNew) return 0;
+  if (role == SocketRole::kConnecting) return POLLOUT;
+  if (role == SocketRole::kListening) return static_cast<short>(reading);
   const int ending = awaitsRead && role == SocketRole::kStream ? POLLRDHUP : 0;
   return static_cast<short>(reading | ending | (awaitsWrite ? POLLOUT : 0));
 }
 
 void WatchedSocket::Watch() {
-  if (oWatch) {
-    oWatch->SetEvents(Events());
-  }
+  if (oWatch) oWatch->SetEvents(Events());
 }
 
 void WatchedSocket::OnPoll(short reported) {
@@ -137,21 +125,13 @@ void WatchedSocket::StreamReported(short reported) {
   awaitsRead = awaitsRead && !readable;
   awaitsWrite = awaitsWrite && !writable;
   Watch();
-  if (end) {
-    return Announce(SocketEvent::kClose, *end);
-  }
-  if (readable) {
-    Announce(SocketEvent::kRead);
-  }
-  if (writable) {
-    Announce(SocketEvent::kWrite);
-  }
+  if (end) return Announce(SocketEvent::kClose, *end);
+  if (readable) Announce(SocketEvent::kRead);
+  if (writable) Announce(SocketEvent::kWrite);
 }
 
 void WatchedSocket::Announce(SocketEvent event, int error) {
-  if (oSink != nullptr) {
-    oSink->OnSocket(descriptor, event, error);
-  }
+  if (oSink != nullptr) oSink->OnSocket(descriptor, event, error);
 }
 
 }  // namespace ostrel::platform

@@ -56,9 +56,7 @@ std::vector<Text> ProgramArguments(int, char*[]) {
   int count = 0;
   const std::unique_ptr<LPWSTR, FreeLocal> owner(CommandLineToArgvW(GetCommandLineW(), &count));
   std::vector<Text> arguments;
-  for (int i = 1; owner && i < count; ++i) {
-    arguments.push_back(FromWide(owner.get()[i]));
-  }
+  for (int i = 1; owner && i < count; ++i) arguments.push_back(FromWide(owner.get()[i]));
   return arguments;
 }
 

@@ -23,9 +23,7 @@ constexpr UINT_PTR kTickTimer = 1;
 constexpr DWORD kDialogClass = 0x8002;  // the atom of the system's dialogs
 
 DWORD MillisecondsUntil(LoopClock::time_point time) {
-  if (time == kForEver) {
-    return INFINITE;
-  }
+  if (time == kForEver) return INFINITE;
   const auto wait = std::chrono::ceil<milliseconds>(time - LoopClock::now()).count();
   constexpr milliseconds::rep longest = 1'000'000;
   return static_cast<DWORD>(std::clamp<milliseconds::rep>(wait, 0, longest));
@@ -33,9 +31,7 @@ DWORD MillisecondsUntil(LoopClock::time_point time) {
 
 /// Tab, Enter, Escape and access keys in a form.
 bool IsDialogKey(MSG& message) {
-  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) {
-    return false;
-  }
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
   const HWND form = GetAncestor(message.hwnd, GA_ROOT);
   const bool isDialog = form != nullptr && GetClassLongW(form, GCW_ATOM) == kDialogClass;
   return isDialog && IsDialogMessageW(form, &message);
@@ -105,18 +101,14 @@ void Loop::Tick() noexcept {
   ++handlers;
   const bool ticked = oTimers.TickDue();
   --handlers;
-  if (ticked) {
-    TimersChanged();
-  }
+  if (ticked) TimersChanged();
 }
 
 /// After a message of this loop's own the loop looks at the timers by itself.
 void Loop::RunHandlers(HWND window, UINT message, HandlerRef run) noexcept {
   const bool own = window == oDispatchedTo && message == dispatched;
   oDispatchedTo = nullptr;
-  if (own) {
-    return run();
-  }
+  if (own) return run();
   ++handlers;
   run();
   Tick();
@@ -126,9 +118,7 @@ void Loop::RunHandlers(HWND window, UINT message, HandlerRef run) noexcept {
 /// Sets the system timer for the next tick.
 void Loop::TimersChanged() {
   const auto next = oTimers.NextDue();
-  if (next == armedFor) {
-    return;
-  }
+  if (next == armedFor) return;
   armedFor = next;
   if (next == kForEver) {
     KillTimer(oWindow, kTickTimer);
@@ -140,9 +130,7 @@ void Loop::TimersChanged() {
 /// One message, then the timers. False when no message waits.
 bool Loop::DispatchOne() {
   MSG message;
-  if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-    return false;
-  }
+  if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) return false;
   if (message.message == WM_QUIT) {
     Quit(static_cast<int>(message.wParam));
     return true;
@@ -178,15 +166,9 @@ bool Loop::DispatchUntil(HANDLE object, LoopClock::time_point deadline,
   const DWORD count = object == nullptr ? 0 : 1;
   for (;;) {
     Tick();
-    if (cancelled && cancelled()) {
-      return false;
-    }
-    if (count != 0 && WaitForSingleObject(object, 0) == WAIT_OBJECT_0) {
-      return true;
-    }
-    if (quitCode || LoopClock::now() >= deadline) {
-      return false;
-    }
+    if (cancelled && cancelled()) return false;
+    if (count != 0 && WaitForSingleObject(object, 0) == WAIT_OBJECT_0) return true;
+    if (quitCode || LoopClock::now() >= deadline) return false;
     if (!DispatchOne()) {
       const DWORD wait = MillisecondsUntil(std::min(deadline, oTimers.NextDue()));
       MsgWaitForMultipleObjectsEx(count, &object, wait, QS_ALLINPUT, MWMO_INPUTAVAILABLE);

@@ -92,9 +92,7 @@ int TrayWindow::PopUpMenu(const std::vector<PopupItem>& items, int defaultIndex)
     const UINT kind = (isSeparator ? MF_SEPARATOR : MF_STRING) | (item.enabled ? 0u : MF_GRAYED);
     AppendMenuW(menu.get(), kind, ++command, ToWide(item.caption).c_str());
   }
-  if (defaultIndex >= 0) {
-    SetMenuDefaultItem(menu.get(), static_cast<UINT>(defaultIndex), TRUE);
-  }
+  if (defaultIndex >= 0) SetMenuDefaultItem(menu.get(), static_cast<UINT>(defaultIndex), TRUE);
   return TrackAtCursor(menu.get()) - 1;
 }
 

@@ -67,9 +67,7 @@ void SocketWindow::RegisterMessages() {
 bool SocketWindow::Create(SocketSink& sink) {
   oWindow = CreateWindowExA(0, "STATIC", "SOCKET_WINDOW", 0, 0, 0, 0, 0, nullptr, nullptr,
                             GetModuleHandleA(nullptr), nullptr);
-  if (oWindow == nullptr) {
-    return false;
-  }
+  if (oWindow == nullptr) return false;
   const auto own = reinterpret_cast<LONG_PTR>(&SocketWindow::OnMessage);
   oPreviousProcedure = reinterpret_cast<WNDPROC>(SetWindowLongPtrA(oWindow, GWLP_WNDPROC, own));
   oSink = &sink;
@@ -108,9 +106,7 @@ SocketResult<LookUpHandle> SocketWindow::StartLookUp(const std::string& host) {
 
 /// A reply that can no longer be called back is kept until it has come.
 void SocketWindow::CancelLookUp(LookUpHandle lookUp) {
-  if (WSACancelAsyncRequest(LookUpToSystem(lookUp)) == 0) {
-    lookUps.erase(lookUp);
-  }
+  if (WSACancelAsyncRequest(LookUpToSystem(lookUp)) == 0) lookUps.erase(lookUp);
 }
 
 void SocketWindow::Opened(SocketHandle socket, bool awaitsConnection) {
@@ -118,9 +114,7 @@ void SocketWindow::Opened(SocketHandle socket, bool awaitsConnection) {
 }
 
 void SocketWindow::Connecting(SocketHandle handle) {
-  if (Socket* const socket = Find(handle)) {
-    socket->connecting = true;
-  }
+  if (Socket* const socket = Find(handle)) socket->connecting = true;
 }
 
 bool SocketWindow::AwaitsConnection(SocketHandle handle) {
@@ -139,9 +133,7 @@ void SocketWindow::Sent(SocketHandle handle) {
 
 void SocketWindow::Received(SocketHandle handle) {
   Socket* const socket = Find(handle);
-  if (socket != nullptr && std::exchange(socket->closeWaits, false)) {
-    Post(handle, FD_CLOSE);
-  }
+  if (socket != nullptr && std::exchange(socket->closeWaits, false)) Post(handle, FD_CLOSE);
 }
 
 void SocketWindow::PauseAccepting(SocketHandle listener) {
@@ -151,9 +143,7 @@ void SocketWindow::PauseAccepting(SocketHandle listener) {
 
 void SocketWindow::PostUnposted() {
   tmrUnposted.SetEnabled(false);
-  for (const auto& [handle, event] : std::exchange(unposted, {})) {
-    Post(handle, event);
-  }
+  for (const auto& [handle, event] : std::exchange(unposted, {})) Post(handle, event);
 }
 
 void SocketWindow::Closed(SocketHandle socket) {
@@ -177,9 +167,7 @@ void SocketWindow::Post(SocketHandle handle, int event) {
 }
 
 void SocketWindow::Announce(SocketHandle handle, SocketEvent event, int error) {
-  if (oSink != nullptr) {
-    oSink->OnSocket(handle, event, error);
-  }
+  if (oSink != nullptr) oSink->OnSocket(handle, event, error);
 }
 
 LRESULT CALLBACK SocketWindow::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -202,15 +190,9 @@ void SocketWindow::OnNotification(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void SocketWindow::OnSocketMessage(SocketHandle handle, int event, int error) {
   Socket* const socket = Find(handle);
-  if (socket == nullptr || socket->closeAnnounced) {
-    return;
-  }
-  if (event == FD_CONNECT) {
-    return OnConnect(handle, *socket, error);
-  }
-  if (event == FD_CLOSE) {
-    return OnClose(handle, *socket, error);
-  }
+  if (socket == nullptr || socket->closeAnnounced) return;
+  if (event == FD_CONNECT) return OnConnect(handle, *socket, error);
+  if (event == FD_CLOSE) return OnClose(handle, *socket, error);
   socket->writePosted = socket->writePosted && event != FD_WRITE;
   Announce(handle, static_cast<SocketEvent>(event), error);
 }
@@ -239,9 +221,7 @@ void SocketWindow::OnClose(SocketHandle handle, Socket& socket, int error) {
 
 void SocketWindow::OnLookUpMessage(LookUpHandle lookUp, int error) {
   const auto found = lookUps.find(lookUp);
-  if (found == lookUps.end()) {
-    return;
-  }
+  if (found == lookUps.end()) return;
   const auto reply = std::move(found->second);
   lookUps.erase(found);
   if (oSink != nullptr) {

@@ -107,9 +107,7 @@ SocketResult<SocketHandle> WindowsSockets::Open(SocketProtocol protocol) {
   }
   // No option for the port's use: with the exclusive one a restarted server would wait for the last
   // lingering connection of its port, with the shared one two servers could listen on it.
-  if (tcp) {
-    SendAtOnce(opened);
-  }
+  if (tcp) SendAtOnce(opened);
   return Adopt(opened, tcp);
 }
 
@@ -136,9 +134,7 @@ SocketResult<SocketHandle> WindowsSockets::Accept(SocketHandle listener) {
     return Adopt(accepted, false);
   }
   const int error = WSAGetLastError();
-  if (error == WSAEMFILE || error == WSAENOBUFS) {
-    TheSocketWindow().PauseAccepting(listener);
-  }
+  if (error == WSAEMFILE || error == WSAENOBUFS) TheSocketWindow().PauseAccepting(listener);
   return {kNoSocket, error};
 }
 
@@ -157,9 +153,7 @@ int WindowsSockets::ShutdownSend(SocketHandle socket) {
 SocketResult<std::int32_t> WindowsSockets::Send(SocketHandle socket, std::span<const char> bytes,
                                                 const SocketAddress* peer) {
   sockaddr_in system{};
-  if (peer != nullptr) {
-    system = ToSystem(*peer);
-  }
+  if (peer != nullptr) system = ToSystem(*peer);
   if (TheSocketWindow().AwaitsConnection(socket)) {
     return {0, WSAENOTCONN};
   }
@@ -172,9 +166,7 @@ SocketResult<std::int32_t> WindowsSockets::Send(SocketHandle socket, std::span<c
     error = LastErrorIf(taken < 0);
     sent += taken > 0 ? static_cast<std::size_t>(taken) : 0;
   }
-  if (error == 0) {
-    TheSocketWindow().Sent(socket);
-  }
+  if (error == 0) TheSocketWindow().Sent(socket);
   return {Length(sent), sent > 0 ? 0 : error};
 }
 
@@ -185,9 +177,7 @@ SocketResult<std::int32_t> WindowsSockets::Receive(SocketHandle socket, std::spa
   const int received = recvfrom(SystemSocket(socket), buffer.data(), Length(buffer.size()), 0,
                                 reinterpret_cast<sockaddr*>(&system), &size);
   const int error = LastErrorIf(received < 0);
-  if (error == 0 && peer != nullptr && system.sin_port != 0) {
-    *peer = FromSystem(system);
-  }
+  if (error == 0 && peer != nullptr && system.sin_port != 0) *peer = FromSystem(system);
   TheSocketWindow().Received(socket);
   return {error == 0 ? received : 0, error};
 }

@@ -79,9 +79,7 @@ int CompanyFiles::CheckWritable(TextView path, FileMark& mark) {
 }
 
 int CompanyFiles::WriteFrom(std::int64_t position, TextView path, std::string_view bytes) {
-  if (position + static_cast<std::int64_t>(bytes.size()) > kMaxFileSize) {
-    return platform::kDiskFull;
-  }
+  if (position + static_cast<std::int64_t>(bytes.size()) > kMaxFileSize) return platform::kDiskFull;
   platform::File file;
   if (const int error = file.Open(path, FileAccess::kWrite, FileCreation::kOpenAlways)) {
     return error;

@@ -43,9 +43,7 @@ std::optional<Status> TakeName(const Call& call, const Kind& kind, Element& obje
   if (static_cast<std::size_t>(std::ranges::count(fullName, ':')) >= kMaxLevels) {
     return CannotSave(Described(kind, object), "You cannot have more than five levels.");
   }
-  if (IsTaken(company, kind, object)) {
-    return NameInUse(object.ChildText(kind.nameField));
-  }
+  if (IsTaken(company, kind, object)) return NameInUse(object.ChildText(kind.nameField));
   return std::nullopt;
 }
 

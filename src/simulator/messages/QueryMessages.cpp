@@ -45,9 +45,7 @@ Response Returning(const Call& call, const Found& found, Status status) {
   if (metaData == "MetaDataOnly") return response;
   const View view = ViewOf(call, false);
   XmlWriter xml(XmlForm::kResponse);
-  for (const auto& [kind, object] : found) {
-    WriteRet(xml, call.company.Data(), *kind, *object, view);
-  }
+  for (const auto& [kind, object] : found) WriteRet(xml, call.company.Data(), *kind, *object, view);
   response.body = xml.Take();
   return response;
 }

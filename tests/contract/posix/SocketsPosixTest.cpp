@@ -43,9 +43,7 @@ class NoDescriptors {
   }
   ~NoDescriptors() {
     setrlimit(RLIMIT_NOFILE, &old);
-    for (const int spare : spares) {
-      close(spare);
-    }
+    for (const int spare : spares) close(spare);
   }
   NoDescriptors(const NoDescriptors&) = delete;
   NoDescriptors& operator=(const NoDescriptors&) = delete;
@@ -65,9 +63,7 @@ class SocketsPosixTest : public testing::Test {
     sockets.Listen(listener, 5);
   }
   ~SocketsPosixTest() override {
-    for (const SocketHandle socket : opened) {
-      sockets.Close(socket);
-    }
+    for (const SocketHandle socket : opened) sockets.Close(socket);
     notifier.DisconnectSink();
   }
 
@@ -142,9 +138,7 @@ TEST_F(SocketsPosixTest, IsNotInheritedByAChildProcess) {
   ASSERT_TRUE(AwaitAccept(1));
   opened.push_back(sockets.Accept(listener).value);
 
-  for (const SocketHandle socket : opened) {
-    EXPECT_NE(fcntl(socket, F_GETFD) & FD_CLOEXEC, 0);
-  }
+  for (const SocketHandle socket : opened) EXPECT_NE(fcntl(socket, F_GETFD) & FD_CLOEXEC, 0);
 }
 
 TEST_F(SocketsPosixTest, ProbesAnIdleConnectionAfterAMinute) {

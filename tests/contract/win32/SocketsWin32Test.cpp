@@ -65,9 +65,7 @@ class SocketsWin32Test : public testing::Test {
     sink.told.clear();
   }
   ~SocketsWin32Test() override {
-    for (const SocketHandle socket : opened) {
-      sockets.Close(socket);
-    }
+    for (const SocketHandle socket : opened) sockets.Close(socket);
     notifier.DisconnectSink();
     notifier.CleanUp();
   }

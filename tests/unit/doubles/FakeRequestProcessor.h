@@ -97,9 +97,7 @@ class FakeRequestProcessor : public RequestProcessor {
     ++iOutstanding;
     if (oQuickBooks.DuringCall) oQuickBooks.DuringCall(operation);
     --iOutstanding;
-    if (bGivenUp) {
-      throw RequestProcessorError(Raw(Hresult::kGivenUp), Text(kGivenUpText));
-    }
+    if (bGivenUp) throw RequestProcessorError(Raw(Hresult::kGivenUp), Text(kGivenUpText));
     const auto failure = oQuickBooks.Failures.find(operation);
     if (failure != oQuickBooks.Failures.end()) throw failure->second;
   }

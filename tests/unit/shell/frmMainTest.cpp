@@ -611,9 +611,7 @@ TEST_F(frmMainTest, LooksAtAFolderThatIsSwitchedOnWhileADialogIsOpen) {
   platform::Timer tmrMenu(std::chrono::milliseconds(1), [&] {
     tmrMenu.SetEnabled(false);
     tmrDialog.SetEnabled(true);
-    for (int i = 0; i < 1000 && !served; ++i) {
-      platform::DoEventsFor(std::chrono::milliseconds(1));
-    }
+    for (int i = 0; i < 1000 && !served; ++i) platform::DoEventsFor(std::chrono::milliseconds(1));
     tmrDialog.SetEnabled(false);
     platform::QuitEventLoop(0);
   });

@@ -66,9 +66,7 @@ TEST(SendQueue, MovesNothingWhenMoreIsAdded) {
   queue.AddBytes(std::string("first"));
   const char* const before = queue.Front().data();
 
-  for (int i = 0; i < 100'000; ++i) {
-    queue.AddBytes(std::string("more"));
-  }
+  for (int i = 0; i < 100'000; ++i) queue.AddBytes(std::string("more"));
 
   EXPECT_EQ(queue.Front().data(), before);
 }
@@ -144,9 +142,7 @@ TEST(ReceiveBuffer, GivesOutTheFrontAndKeepsTheRest) {
 TEST(ReceiveBuffer, IsEmptiedInSmallPortions) {
   ReceiveBuffer buffer;
   std::string expected;
-  for (int i = 0; i < 100'000; ++i) {
-    expected.push_back(static_cast<char>(i));
-  }
+  for (int i = 0; i < 100'000; ++i) expected.push_back(static_cast<char>(i));
   buffer.Append(expected);
 
   std::string all;

@@ -349,9 +349,7 @@ TEST_F(CSocketServerTest, SendsToOneConnectionOrAll) {
 
 TEST_F(CSocketServerTest, DoesNothingForAnIndexWithoutASocket) {
   ASSERT_TRUE(Start());
-  for (int i = 0; i < 3; ++i) {
-    Arrives();
-  }
+  for (int i = 0; i < 3; ++i) Arrives();
 
   for (const int number : {-1, 0, 4, 7, 32767}) {
     const auto index = static_cast<std::int16_t>(number);
@@ -659,9 +657,7 @@ TEST_F(CSocketServerTest, MayBeDestroyedByAHandlerThatThenFails) {
 TEST_F(CSocketServerTest, MayBeDestroyedWhileItStarts) {
   server->Events = {};
   server->Events.ServerStopped = [&] {
-    if (server) {
-      const auto going = std::move(server);
-    }
+    if (server) const auto going = std::move(server);
   };
   Text ip;
 
@@ -690,9 +686,7 @@ TEST_F(CSocketServerTest, MakesTheExceptionOfAHandlerAnErrorOfThatConnection) {
   log.clear();
   server->Events.DataArrival = [&](std::int16_t index, const Text&, std::int32_t, TextView,
                                    TextView) {
-    if (index == 1) {
-      throw std::bad_alloc();
-    }
+    if (index == 1) throw std::bad_alloc();
     Log("data " + std::to_string(index));
   };
 
@@ -736,9 +730,7 @@ TEST_F(CSocketServerTest, RefusesAConnectionWhenEveryNumberIsTaken) {
     network.waiting.push_back({network.NewHandle(), 0});
   }
   server->Events.SocketOpened = nullptr;
-  while (!network.waiting.empty()) {
-    network.Tell(listener, SocketEvent::kAccept);
-  }
+  while (!network.waiting.empty()) network.Tell(listener, SocketEvent::kAccept);
 
   const auto refused = Arrives();
 

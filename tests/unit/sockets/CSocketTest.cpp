@@ -1025,9 +1025,7 @@ TEST_F(CSocketTest, MayTakeOverAnotherConnectionInItsHandlerDuringTheClose) {
   network.incoming[handle] = {{"abc"}};
   network.incoming[other] = {{"not announced yet"}};
   socket->Events.OnDataArrival = [&](std::int32_t) {
-    if (socket->SocketHandle() == handle) {
-      socket->Accept(other);
-    }
+    if (socket->SocketHandle() == handle) socket->Accept(other);
   };
 
   network.CloseByPeer(handle);

@@ -20,9 +20,7 @@ class Owner final : public SocketOwner {
  public:
   void OnNotification(SocketEvent event, int error) override {
     events.emplace_back(event, error);
-    if (onNotification) {
-      onNotification();
-    }
+    if (onNotification) onNotification();
   }
   void PostGetHostEvent(int error, std::uint32_t ip) override { hosts.emplace_back(error, ip); }
   void OnException(const std::exception_ptr&) override {
