@@ -17,9 +17,9 @@ struct Program {
   frmMain::Surroundings surroundings;
   /// The window of the running instance; 0 when there is none to be found. A program without a
   /// window leaves this and the next one out.
-  std::function<platform::WindowHandle()> findPreviousInstance;
+  std::function<platform::WindowHandle()> findPreviousInstance = {};
   /// Brings that window to the front; false when it is about to end.
-  std::function<bool(platform::WindowHandle window)> activatePreviousInstance;
+  std::function<bool(platform::WindowHandle window)> activatePreviousInstance = {};
   /// The form exists and loads next: what the system tells can be wired to it.
   std::function<void(frmMain&)> formCreated;
   /// Whether this is the first instance: what it returns is held while the program runs.
