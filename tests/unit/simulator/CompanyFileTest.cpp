@@ -262,7 +262,9 @@ TEST_F(CompanyFileTest, KeepsItWhereverThatFoldingEnds) {
     EXPECT_EQ(Reopened(), step < kSteps ? "old a b" : "old+a+b") << step;
     oStorage.iCrashAt = 0;
     CompanyFile again = Open();
-    if (step < kSteps) EXPECT_EQ(again.Fold("old+a+b"), 0);
+    if (step < kSteps) {
+      EXPECT_EQ(again.Fold("old+a+b"), 0);
+    }
     EXPECT_EQ(again.Append(Adding("c")), 0);
     EXPECT_EQ(Reopened(), "old+a+b c") << step;
     EXPECT_EQ(std::ranges::count_if(
