@@ -7,7 +7,7 @@ namespace {
 
 constexpr WORD kPrompt = 100, kText = 101;
 constexpr UnitRect kPlace{0, 0, 260, 66};
-constexpr DWORD kStyle =
+constexpr DWORD kInputBoxStyle =
     WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_CENTER | DS_SETFOREGROUND;
 constexpr WPARAM kMostCharacters = 0x7FFFFFFE;
 
@@ -19,7 +19,7 @@ InputBox::InputBox(std::wstring titleGiven, std::wstring promptGiven, std::wstri
     : title(std::move(titleGiven)), prompt(std::move(promptGiven)), text(std::move(offered)) {}
 
 std::optional<std::wstring> InputBox::Ask(HWND owner) {
-  DialogTemplate dialog(kStyle, kPlace, title);
+  DialogTemplate dialog(kInputBoxStyle, kPlace, title);
   dialog.Add({Kind::kStatic, kPrompt, SS_NOPREFIX, 0, prompt, {7, 7, 246, 10}});
   dialog.Add(
       {Kind::kEdit, kText, WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE, {}, {7, 19, 246, 14}});

@@ -9,21 +9,21 @@ namespace ostrel::platform {
 namespace {
 
 // A list box can neither measure nor paint a line of any length.
-constexpr std::size_t kLongestLine = 8000;
+constexpr std::size_t kLongestStatusLine = 8000;
 
-constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY |
-                         LBS_NOINTEGRALHEIGHT | LBS_WANTKEYBOARDINPUT;
+constexpr DWORD kListStyle = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL |
+                             LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | LBS_WANTKEYBOARDINPUT;
 
 }  // namespace
 
 void StatusListBox::Create(HWND parent, int controlId) {
-  hList = CreateWindowExW(WS_EX_CLIENTEDGE, L"LISTBOX", L"", kStyle, 0, 0, 0, 0, parent,
+  hList = CreateWindowExW(WS_EX_CLIENTEDGE, L"LISTBOX", L"", kListStyle, 0, 0, 0, 0, parent,
                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(controlId)),
                           GetModuleHandleW(nullptr), nullptr);
 }
 
 void StatusListBox::Insert(int index, TextView line) {
-  const std::wstring text = ToWide(line.substr(0, kLongestLine));
+  const std::wstring text = ToWide(line.substr(0, kLongestStatusLine));
   const LRESULT top = SendMessageW(hList, LB_GETTOPINDEX, 0, 0);
   const LRESULT at = SendMessageW(hList, LB_INSERTSTRING, static_cast<WPARAM>(index),
                                   reinterpret_cast<LPARAM>(text.c_str()));

@@ -25,7 +25,7 @@ using Kind = DialogControl::Kind;
 constexpr WORD kTextControl = 100, kIconControl = 101, kFirstButton = 200;
 
 // Lengths in dialog units.
-constexpr short kMargin = 7, kGap = 4, kButtonWidth = 50, kButtonHeight = 14;
+constexpr short kFormMargin = 7, kGap = 4, kButtonWidth = 50, kButtonHeight = 14;
 constexpr UnitRect kReportPlace{0, 0, 320, 190};
 constexpr short kSmallestWidth = 160, kSmallestHeight = 90;
 constexpr UnitRect kAboutPlace{0, 0, 220, 80};
@@ -34,18 +34,18 @@ constexpr short kLongestLabel = 200;
 constexpr int kAboutIcon = 48;  // pixels at 96 dots per inch
 
 // The time that a text box takes grows with the square of the length of a line.
-constexpr std::size_t kLongestLine = 400;
+constexpr std::size_t kLongestReportLine = 400;
 
 constexpr DWORD kCommonStyle = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_CENTER;
 
 /// The text with breaks in lines that are too long.
 std::wstring WithShortLines(TextView text) {
   std::wstring lines;
-  lines.reserve(text.size() + text.size() / kLongestLine * kCrLf.size());
+  lines.reserve(text.size() + text.size() / kLongestReportLine * kCrLf.size());
   std::size_t length = 0;
   for (const char16_t character : text) {
-    if (length == kLongestLine) lines.append(L"\r\n");
-    length = character == u'\n' || length == kLongestLine ? 0 : length + 1;
+    if (length == kLongestReportLine) lines.append(L"\r\n");
+    length = character == u'\n' || length == kLongestReportLine ? 0 : length + 1;
     lines.push_back(static_cast<wchar_t>(character));
   }
   return lines;
@@ -195,7 +195,7 @@ bool TextDialog::OnMinimumSize(LPARAM lParam) const {
 void TextDialog::Arrange() const {
   RECT inner{};
   GetClientRect(Handle(), &inner);
-  const SIZE margin = FromUnits(kMargin, kMargin);
+  const SIZE margin = FromUnits(kFormMargin, kFormMargin);
   const int buttonsTop = inner.bottom - FromUnits(0, kButtonHeight).cy - margin.cy;
   if (IsReport()) {
     const int height = std::max<int>(buttonsTop - 2 * margin.cy, 0);
@@ -211,7 +211,7 @@ void TextDialog::Arrange() const {
 }
 
 void TextDialog::ArrangeButtons(SIZE inner) const {
-  const SIZE margin = FromUnits(kMargin, kMargin);
+  const SIZE margin = FromUnits(kFormMargin, kFormMargin);
   const SIZE button = FromUnits(kButtonWidth, kButtonHeight);
   const int step = button.cx + FromUnits(kGap, 0).cx;
   int left = inner.cx - margin.cx - button.cx;
@@ -236,7 +236,7 @@ SIZE TextDialog::LabelSize() const {
 /// Makes the about box as large as its label needs.
 void TextDialog::FitAbout() const {
   const SIZE label = LabelSize();
-  const SIZE margin = FromUnits(kMargin, kMargin);
+  const SIZE margin = FromUnits(kFormMargin, kFormMargin);
   const int icon = Scaled(kAboutIcon, DpiOf(Handle()));
   const int width =
       std::max<int>(3 * margin.cx + icon + label.cx, FromUnits(kAboutPlace.width, 0).cx);
