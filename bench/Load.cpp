@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "bench/Figures.h"
-#include "bench/FolderLoad.h"
 #include "bench/GatewayProgram.h"
 #include "bench/LoadServer.h"
 #include "bench/SampleText.h"
@@ -269,7 +268,6 @@ int Measure() {
   MeasureRequests(figures);
   MeasureSlowReader(figures);
   MeasureSmallRequests(figures);
-  MeasureFolders(figures);
   MeasureIdleProgram(figures);
   return figures.ExitCode();
 }

@@ -49,11 +49,15 @@ Text ResponseFolder::NameBeside(TextView name, const Beside& beside) {
 }
 
 std::optional<Text> ResponseFolder::RequestOf(TextView nameBeside, const Beside& beside) {
+  const bool hasEnding = nameBeside.ends_with(beside.sEnding);
+  const char16_t last = nameBeside.back();
+  // Most names are those of old responses, of which there may be any number.
+  if (!hasEnding && last != beside.iSmallLetter && last != beside.iCapital) return std::nullopt;
   Text name(nameBeside);
-  if (nameBeside.ends_with(beside.sEnding)) {
+  if (hasEnding) {
     name.resize(name.size() - beside.sEnding.size());
   } else {
-    name.back() = nameBeside.back() == beside.iSmallLetter ? u'l' : u'L';
+    name.back() = last == beside.iSmallLetter ? u'l' : u'L';
   }
   const bool isOne =
       LowerCase(name).ends_with(kRequestExtension) && NameBeside(name, beside) == nameBeside;

@@ -4,6 +4,7 @@
 // becomes one replacement character, so that a damaged text loses nothing behind the damage.
 #include "util/Text.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace ostrel {
@@ -115,8 +116,11 @@ Text FromAscii(std::string_view ascii) {
 }
 
 Text FromUtf8(std::string_view utf8) {
-  Text text;
-  text.reserve(utf8.size());
+  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+  const auto ascii = std::find_if_not(utf8.begin(), utf8.end(), isAscii) - utf8.begin();
+  Text text(utf8.begin(), utf8.begin() + ascii);
+  utf8.remove_prefix(static_cast<std::size_t>(ascii));
+  text.reserve(text.size() + utf8.size());
   while (!utf8.empty()) AppendCodePoint(text, TakeCodePoint(utf8));
   return text;
 }

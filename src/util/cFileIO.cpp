@@ -219,7 +219,7 @@ void cFileIO::CloseFile() {
   int error = 0;
   if (bWrite) {
     if (bTruncate) error = oFile.CutAt(std::max<std::int64_t>(lCursor, 0));
-    const int flushError = oFile.Flush();
+    const int flushError = SafeOnDisk ? oFile.Flush() : 0;
     if (error == 0) error = flushError;
   }
   oFile.Close();

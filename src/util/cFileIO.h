@@ -30,6 +30,9 @@ class cFileIO {
   /// Whether OpenFile for writing creates the file and fails when there is one
   /// (platform::kFileExists).
   bool CreateNew = false;
+  /// Whether CloseFile returns only when the system has what was written safe on its disk. Not
+  /// worth its time for traces that the next one replaces or that only explain.
+  bool SafeOnDisk = true;
 
   /// The cursor is the byte position, from 0, of the next read or write.
   void Reset();

@@ -9,7 +9,13 @@
 
 namespace ostrel::platform {
 
-/// Expects both in one letter case. "*" stands for any run of characters, "?" for one. After a
+/// Text's letter case, for one character at a time.
+inline char16_t LowerLetter(char16_t c) {
+  if (c >= 0x80) return LowerCase(TextView(&c, 1)).front();
+  return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 0x20) : c;
+}
+
+/// Ignores case. "*" stands for any run of characters, "?" for one. After a
 /// mismatch only the last "*" is tried again, so the time is bounded by the product of the lengths.
 inline bool MatchesPattern(TextView name, TextView pattern) {
   std::size_t n = 0, p = 0;
@@ -18,7 +24,8 @@ inline bool MatchesPattern(TextView name, TextView pattern) {
     if (p < pattern.size() && pattern[p] == u'*') {
       star = p++;
       resume = n;
-    } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == name[n])) {
+    } else if (p < pattern.size() &&
+               (pattern[p] == u'?' || LowerLetter(pattern[p]) == LowerLetter(name[n]))) {
       ++p;
       ++n;
     } else if (star != TextView::npos) {
@@ -31,25 +38,21 @@ inline bool MatchesPattern(TextView name, TextView pattern) {
   return pattern.find_first_not_of(u'*', p) == TextView::npos;
 }
 
-/// Keeps the names that match the pattern, in alphabetical order, both ignoring case.
-inline std::vector<Text> SelectNames(const std::vector<Text>& names, TextView pattern) {
-  struct Entry {
-    Text key, name;
-  };
-  const Text lowerPattern = LowerCase(pattern);
-  std::vector<Entry> entries;
-  for (const Text& name : names) {
-    Text key = LowerCase(name);
-    if (MatchesPattern(key, lowerPattern)) entries.push_back({std::move(key), name});
-  }
-  std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-    return a.key != b.key ? a.key < b.key : a.name < b.name;
-  });
+/// Alphabetical order ignoring case; names that differ in nothing else have an order, too.
+inline bool ComesBefore(TextView a, TextView b) {
+  const auto [atA, atB] = std::mismatch(
+      a.begin(), a.end(), b.begin(), b.end(),
+      [](char16_t one, char16_t other) { return LowerLetter(one) == LowerLetter(other); });
+  if (atA == a.end() && atB == b.end()) return a < b;
+  if (atA == a.end() || atB == b.end()) return atA == a.end();
+  return LowerLetter(*atA) < LowerLetter(*atB);
+}
 
-  std::vector<Text> selected;
-  selected.reserve(entries.size());
-  for (Entry& entry : entries) selected.push_back(std::move(entry.name));
-  return selected;
+/// Keeps the names that match the pattern, in alphabetical order.
+inline std::vector<Text> SelectNames(std::vector<Text> names, TextView pattern) {
+  std::erase_if(names, [&](const Text& name) { return !MatchesPattern(name, pattern); });
+  std::sort(names.begin(), names.end(), ComesBefore);
+  return names;
 }
 
 }  // namespace ostrel::platform

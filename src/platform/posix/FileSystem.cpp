@@ -9,12 +9,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <utility>
 
 #include "platform/SystemError.h"
 #include "platform/detail/FileNames.h"
@@ -68,7 +70,8 @@ int RenameUnlessExists(const std::string& from, const std::string& to) {
 
 // A name that is no text, or has a "\" in it, cannot be reached through a product path.
 bool IsProductName(std::string_view bytes, TextView name) {
-  return ToUtf8(name) == bytes && !Contains(name, u"\\");
+  const bool isAscii = std::all_of(name.begin(), name.end(), [](char16_t c) { return c < 0x80; });
+  return (isAscii || ToUtf8(name) == bytes) && !Contains(name, u"\\");
 }
 
 }  // namespace
@@ -180,8 +183,8 @@ std::vector<Text> ListFiles(TextView folder, TextView pattern, std::vector<Text>
     auto& list = IsProductName(entry->d_name, name) ? names : others;
     list.push_back(std::move(name));
   }
-  if (unreachable != nullptr) *unreachable = SelectNames(others, pattern);
-  return SelectNames(names, pattern);
+  if (unreachable != nullptr) *unreachable = SelectNames(std::move(others), pattern);
+  return SelectNames(std::move(names), pattern);
 }
 
 }  // namespace ostrel::platform

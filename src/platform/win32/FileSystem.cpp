@@ -176,7 +176,7 @@ std::vector<Text> ListFiles(TextView folder, TextView pattern, std::vector<Text>
     const bool isFolder = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     if (!isFolder) names.push_back(FromWide(found.cFileName));
   } while (FindNextFileW(find.get(), &found));
-  return SelectNames(names, pattern);
+  return SelectNames(std::move(names), pattern);
 }
 
 }  // namespace ostrel::platform

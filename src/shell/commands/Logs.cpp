@@ -49,6 +49,7 @@ void Logs::WriteCommLog(TextView text) {
 bool Logs::AppendToCommLog(TextView text) {
   cFileIO& file = oSettings.oCommLog;
   file.RefuseLinks = true;
+  file.SafeOnDisk = false;
   if (!file.OpenFile({}, u"W")) return false;
   if (!file.SetCursorToEnd()) return false;
   const std::int64_t end = file.CurrentPos();
@@ -93,6 +94,7 @@ void Logs::WriteHistoryFile(TextView text) {
 void Logs::WriteStatusFile(TextView text) {
   cFileIO file;
   file.FullFileName(oSettings.sStatusPath + u"\\status.txt");
+  file.SafeOnDisk = false;
   if (!OpenToWrite(file, bStatusLinkTold)) return;
   file.PrintLine(Now());
   file.PrintLine(text);
