@@ -20,29 +20,30 @@ namespace {
 constexpr std::size_t kIndentationStep = 3;
 constexpr std::size_t kMostBlanks = 16 * 1024 * 1024;
 constexpr std::int32_t kPieceCharacters = 64 * 1024;
+constexpr std::size_t kRoomForPiece = kPieceCharacters + 4096;  // and for the line that fills it
 
 // Which line breaks the text loses before it is laid out.
 enum class Drop { kLf, kLfAndCrLf };
 
-// Walks the parts of a text: each begins behind a "<" and reaches to the next one. What comes
-// before the first "<" is none. Two parts are valid at a time: the one handed out last, and the one
+// Walks the parts of a text: each begins with a "<" and reaches to the next one. What comes before
+// the first "<" is none. Two parts are valid at a time: the one handed out last, and the one
 // before.
 class Parts {
  public:
-  Parts(TextView text, Drop drop) : bDropCr(drop == Drop::kLfAndCrLf), sRest(text) { TakePart(); }
+  Parts(TextView text, Drop drop) : bDropCr(drop == Drop::kLfAndCrLf), sRest(text) {
+    sRest.remove_prefix(std::min(FindCharacter(text, u'<'), text.size()));
+  }
 
   std::optional<TextView> Next() {
-    if (!bMore) return std::nullopt;
+    if (sRest.empty()) return std::nullopt;
     const TextView part = TakePart();
-    return part.find(u'\n') != TextView::npos ? WithoutLineBreaks(part) : part;
+    return FindCharacter(part, u'\n') != TextView::npos ? WithoutLineBreaks(part) : part;
   }
 
  private:
   TextView TakePart() {
-    const std::size_t end = sRest.find(u'<');
-    const TextView part = sRest.substr(0, end);
-    bMore = end != TextView::npos;
-    sRest.remove_prefix(bMore ? end + 1 : sRest.size());
+    const TextView part = sRest.substr(0, FindCharacter(sRest, u'<', 1));
+    sRest.remove_prefix(part.size());
     return part;
   }
 
@@ -51,7 +52,7 @@ class Parts {
     bOddScratch = !bOddScratch;
     scratch.clear();
     for (std::size_t at = 0; at <= part.size();) {
-      const std::size_t end = std::min(part.find(u'\n', at), part.size());
+      const std::size_t end = std::min(FindCharacter(part, u'\n', at), part.size());
       TextView line = part.substr(at, end - at);
       if (bDropCr && end < part.size() && line.ends_with(u'\r')) line.remove_suffix(1);
       scratch.append(line);
@@ -61,23 +62,26 @@ class Parts {
   }
 
   bool bDropCr;
-  bool bMore = false;
   TextView sRest;
   Text sScratch[2];
   bool bOddScratch = false;
 };
 
-bool StartTagHasBlank(TextView part) { return Contains(part.substr(0, part.find(u'>')), u" "); }
+bool IsEndTag(TextView part) { return part.starts_with(u"</"); }
+
+bool StartTagHasBlank(TextView part) {
+  return FindCharacter(part.substr(0, FindCharacter(part, u'>')), u' ') != TextView::npos;
+}
 
 // Kept: the whole part is compared, so that a prolog written in any other way indents what follows.
 bool HasNoChildren(TextView part) {
-  return part == u"?xml version=\"1.0\" ?>" ||
-         part == u"!DOCTYPE QBXML PUBLIC '-//INTUIT//DTD QBXML QBD 1.0//EN' >" ||
+  return part == u"<?xml version=\"1.0\" ?>" ||
+         part == u"<!DOCTYPE QBXML PUBLIC '-//INTUIT//DTD QBXML QBD 1.0//EN' >" ||
          part.ends_with(u"/>");
 }
 
-// Gives each line to `print(indentation, part, endTag)`, parts without their "<" and `endTag` empty
-// or the end tag that stands on the same line, until the text ends or `print` returns false.
+// Gives each line to `print(indentation, part, endTag)`, `endTag` empty or the end tag that stands
+// on the same line, until the text ends or `print` returns false.
 template <typename Print>
 void LayOut(TextView text, Drop drop, Print print) {
   Parts parts(text, drop);
@@ -85,8 +89,8 @@ void LayOut(TextView text, Drop drop, Print print) {
   std::optional<TextView> part = parts.Next();
   while (part) {
     const std::optional<TextView> next = parts.Next();
-    const bool isEndTag = part->starts_with(u'/');
-    const bool holdsOnlyText = !isEndTag && next && next->starts_with(u'/');
+    const bool isEndTag = IsEndTag(*part);
+    const bool holdsOnlyText = !isEndTag && next && IsEndTag(*next);
     if (isEndTag) indentation -= std::min(indentation, kIndentationStep);
     // Kept: with attributes the end tag gets a line of its own, one level too shallow.
     const bool isOneLine = holdsOnlyText && !StartTagHasBlank(*part);
@@ -106,16 +110,15 @@ class LinePrinter {
     const std::size_t blanks = std::min(indentation, blanksLeft);
     blanksLeft -= blanks;
     oLines.AppendBlanks(static_cast<std::int32_t>(blanks));
-    PrintTag(part);
-    if (!endTag.empty()) PrintTag(endTag);
+    PrintPart(part);
+    if (!endTag.empty()) PrintPart(endTag);
     oLines.Append(kCrLf);
   }
 
  private:
-  void PrintTag(TextView part) {
-    oLines.Append(u"<");
+  void PrintPart(TextView part) {
     for (;;) {
-      const std::size_t mark = part.find(kAttributeMark);
+      const std::size_t mark = FindCharacter(part, kAttributeMark);
       oLines.Append(part.substr(0, mark));
       if (mark == TextView::npos) return;
       oLines.Append(kCrLf);
@@ -129,12 +132,14 @@ class LinePrinter {
 
 bool LayOutIntoFile(TextView response, WholeFile& file) {
   CStringBuilder lines;
+  lines.Reserve(kRoomForPiece);
   LinePrinter printer(lines, response.size());
   bool isWritten = true;
   LayOut(response, Drop::kLf, [&](std::size_t indentation, TextView part, TextView endTag) {
     printer.Print(indentation, part, endTag);
     if (lines.Length() < kPieceCharacters) return true;
     isWritten = file.Write(std::move(lines).ToString());
+    lines.Reserve(kRoomForPiece);
     platform::DoEvents();
     return isWritten;
   });

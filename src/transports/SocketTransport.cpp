@@ -39,8 +39,13 @@ constexpr TextView kNoRoom = u"no room for another request";
 void ReplaceLineBreaks(TextView block, Text& replaced) {
   replaced.clear();
   std::size_t done = 0;
-  for (std::size_t at; (at = block.find(kCrLf, done)) != TextView::npos; done = at + kCrLf.size()) {
+  for (std::size_t at = 0; (at = FindCharacter(block, kCrLf.front(), at)) != TextView::npos;) {
+    if (!block.substr(at).starts_with(kCrLf)) {
+      ++at;
+      continue;
+    }
     replaced.append(block, done, at - done).push_back(kAttributeMark);
+    done = at += kCrLf.size();
   }
   replaced.append(block, done);
 }

@@ -5,7 +5,9 @@
 #include "util/Text.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
+#include <cstring>
 
 namespace ostrel {
 namespace {
@@ -158,6 +160,27 @@ TextView TrimBlanks(TextView text) {
   const std::size_t first = text.find_first_not_of(u' ');
   if (first == TextView::npos) return {};
   return text.substr(first, text.find_last_not_of(u' ') - first + 1);
+}
+
+// A machine word holds several characters. Without the wanted one in it, each of them differs from
+// that in some bit, and the subtraction borrows from no other character up to the first that is
+// equal.
+std::size_t FindCharacter(TextView text, char16_t wanted, std::size_t from) {
+  static_assert(std::endian::native == std::endian::little, "the first character is the lowest");
+  using Word = std::size_t;
+  constexpr std::size_t kPerWord = sizeof(Word) / sizeof(char16_t);
+  constexpr Word kLowBits = ~Word{0} / 0xFFFF;
+  constexpr Word kHighBits = kLowBits << 15;
+  const Word pattern = kLowBits * wanted;
+  std::size_t at = from;
+  for (; at < text.size() && text.size() - at >= kPerWord; at += kPerWord) {
+    Word word;
+    std::memcpy(&word, text.data() + at, sizeof word);
+    word ^= pattern;
+    const Word equal = (word - kLowBits) & ~word & kHighBits;
+    if (equal != 0) return at + static_cast<std::size_t>(std::countr_zero(equal)) / 16;
+  }
+  return text.find(wanted, at);
 }
 
 bool Contains(TextView text, TextView part) { return text.find(part) != TextView::npos; }

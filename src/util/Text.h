@@ -2,6 +2,7 @@
 // inside; bytes become text only at files, profile functions and sockets (util/CodePage.h).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -36,6 +37,10 @@ TextView TrimBlanks(TextView text);
 
 /// Whether it moves a cursor or separates pieces of data rather than being seen.
 constexpr bool IsControl(char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); }
+
+/// Position of the first such character at or after `from`, npos when there is none. Looks at
+/// several characters at a time, which TextView::find does not.
+std::size_t FindCharacter(TextView text, char16_t wanted, std::size_t from = 0);
 
 bool Contains(TextView text, TextView part);
 /// Every occurrence, left to right, without overlap; one pass. An empty `from` changes nothing.

@@ -136,6 +136,28 @@ TEST(Text, OnlyBlanksAreTrimmed) {
   EXPECT_EQ(TrimBlanks(u""), u"");
 }
 
+TEST(Text, FindsACharacterAtEveryPlace) {
+  for (const char16_t wanted : {u'\n', u'\u00FE', u'\u8000', u'\uFFFF', u'\0'}) {
+    for (std::size_t place = 0; place < 40; ++place) {
+      Text text(40, static_cast<char16_t>(wanted + 1));
+      if (place > 0) text[place - 1] = static_cast<char16_t>(wanted - 1);
+      text[place] = wanted;
+      if (place + 2 < text.size()) text[place + 2] = wanted;
+
+      EXPECT_EQ(FindCharacter(text, wanted), place);
+      EXPECT_EQ(FindCharacter(text, wanted, place), place);
+      EXPECT_EQ(FindCharacter(text, wanted, place + 1), text.find(wanted, place + 1));
+    }
+  }
+}
+
+TEST(Text, FindsNoCharacterThatIsNotThere) {
+  EXPECT_EQ(FindCharacter(Text(100, u'a'), u'b'), Text::npos);
+  EXPECT_EQ(FindCharacter(u"", u'b'), Text::npos);
+  EXPECT_EQ(FindCharacter(u"b", u'b', 1), Text::npos);
+  EXPECT_EQ(FindCharacter(u"b", u'b', 100), Text::npos);
+}
+
 TEST(Text, ContainsFindsParts) {
   EXPECT_TRUE(Contains(u"<?qbxml version", u"qbxml"));
   EXPECT_TRUE(Contains(u"a", u""));
