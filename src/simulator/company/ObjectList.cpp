@@ -28,6 +28,17 @@ std::uint32_t NumberIn(std::string_view text) {
   return text.size() <= kMaxDigits && end == text.data() + text.size() ? number : 0;
 }
 
+// Gives each ListID that the object refers to to `visit`. The object's own is no reference.
+template <class Visit>
+void ForEachReference(const Element& object, Visit visit) {
+  for (const Element& child : object.children) {
+    if (child.children.empty()) continue;
+    const std::string_view id = child.ChildText("ListID");
+    if (!id.empty()) visit(id);
+    ForEachReference(child, visit);
+  }
+}
+
 }  // namespace
 
 // Transactions of one day stand in the order in which they were entered.
@@ -49,10 +60,16 @@ ObjectList::Prepared ObjectList::Prepare(Element object) const {
     const Element* entity = oKind->entity.empty() ? nullptr : object.Child(oKind->entity);
     if (entity) prepared.oMarks.emplace(EntityMark(entity->ChildText("ListID")), key);
   }
+  ForEachReference(object, [&](std::string_view to) {
+    if (!oReferences.contains(to)) prepared.oReferences.emplace(to, 0);
+  });
   std::string id(object.ChildText(oKind->IdField()));
+  const auto before = oIds.find(id);
+  prepared.oSerial[before == oIds.end() ? 0 : before->second.object->second.serial];
   Place& place = prepared.oId[std::move(id)];
   place.marks.reserve(prepared.oMarks.size());
-  place.object = prepared.oObject.emplace(key, std::move(object)).first;
+  const bool isActive = IsTrue(object.ChildText("IsActive"));
+  place.object = prepared.oObject.emplace(key, Entry{{std::move(object)}, isActive, 0}).first;
   return prepared;
 }
 
@@ -62,6 +79,7 @@ bool ObjectList::Put(Prepared prepared) noexcept {
   const auto taken = oObjects.find(prepared.oObject.begin()->first);
   if (taken != oObjects.end() && (same == oIds.end() || same->second.object != taken)) return false;
   Remove(prepared.oId.begin()->first);
+  oReferences.merge(prepared.oReferences);
   const auto place = oIds.insert(prepared.oId.extract(prepared.oId.begin())).position;
   auto object = prepared.oObject.extract(prepared.oObject.begin());
   place->second.object = oObjects.insert(std::move(object)).position;
@@ -69,6 +87,12 @@ bool ObjectList::Put(Prepared prepared) noexcept {
     auto mark = prepared.oMarks.extract(prepared.oMarks.begin());
     place->second.marks.push_back(oMarks.insert(std::move(mark)).position);
   }
+  auto serial = prepared.oSerial.extract(prepared.oSerial.begin());
+  if (serial.key() == 0) serial.key() = ++lLastSerial;
+  serial.mapped() = place->second.object;
+  place->second.object->second.serial = serial.key();
+  oSerials.insert(oSerials.end(), std::move(serial));
+  Count(place->second.object->second);
   lHighestRefNumber = std::max(lHighestRefNumber, prepared.lRefNumber);
   return true;
 }
@@ -77,8 +101,29 @@ void ObjectList::Remove(std::string_view id) noexcept {
   const auto found = oIds.find(id);
   if (found == oIds.end()) return;
   for (const auto& mark : found->second.marks) oMarks.erase(mark);
+  const Entry& entry = found->second.object->second;
+  Discount(entry);
+  oSerials.erase(entry.serial);
   oObjects.erase(found->second.object);
   oIds.erase(found);
+}
+
+void ObjectList::Count(const Element& object) noexcept {
+  ForEachReference(object, [this](std::string_view to) { ++oReferences.find(to)->second; });
+}
+
+void ObjectList::Discount(const Element& object) noexcept {
+  ForEachReference(object, [this](std::string_view to) { --oReferences.find(to)->second; });
+}
+
+bool ObjectList::Refers(std::string_view listId) const {
+  const auto found = oReferences.find(listId);
+  return found != oReferences.end() && found->second > 0;
+}
+
+const Element* ObjectList::FindBySerial(std::uint64_t serial) const {
+  const auto found = oSerials.find(serial);
+  return found == oSerials.end() ? nullptr : &found->second->second;
 }
 
 const Element* ObjectList::InPlaceOf(const Element& object) const {

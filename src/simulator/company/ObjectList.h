@@ -1,8 +1,10 @@
 // The objects of one kind in the order in which queries return them: lists by full name (a parent
 // before its children, letter case ignored), transactions by date. Found by ID, and by the names
-// that clients search for.
+// that clients search for. What queries and deletions ask of many objects at once stands beside
+// them, so that nobody looks into a hundred thousand objects for it.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -22,7 +24,11 @@ inline constexpr char16_t kLevelSeparator = 1;
 
 class ObjectList {
  public:
-  using Objects = std::map<Text, Element>;
+  struct Entry : Element {
+    bool isActive;         // as its field says
+    std::uint64_t serial;  // from 1; an object keeps it for as long as it is in the list
+  };
+  using Objects = std::map<Text, Entry>;
 
   explicit ObjectList(const Kind& kind) : oKind(&kind) {}
 
@@ -39,6 +45,8 @@ class ObjectList {
   /// The object of the list whose place this one would take, or null.
   const Element* InPlaceOf(const Element& object) const;
   const Element* Find(std::string_view id) const;
+  /// Null once the object has been removed.
+  const Element* FindBySerial(std::uint64_t serial) const;
   /// Finds the object of a list by its full name in any letter case.
   const Element* FindByName(std::string_view fullName) const;
   /// Finds transactions, in their order: those of that RefNumber in any letter case, or with the
@@ -47,6 +55,9 @@ class ObjectList {
   std::vector<const Objects::value_type*> FindByEntity(std::string_view listId) const;
   /// All objects of a list that lie below the object of that full name.
   std::vector<const Element*> Below(std::string_view fullName) const;
+
+  /// Whether an object of the list refers to the list object of that ListID.
+  bool Refers(std::string_view listId) const;
 
   const Kind& OfKind() const { return *oKind; }
   const Objects& InOrder() const { return oObjects; }
@@ -60,13 +71,20 @@ class ObjectList {
     std::vector<Marks::iterator> marks;
   };
   using Ids = std::map<std::string, Place, std::less<>>;
+  using Serials = std::map<std::uint64_t, Objects::iterator>;
+  using References = std::map<std::string, std::size_t, std::less<>>;  // ListID, how many refer
 
+  void Count(const Element& object) noexcept;
+  void Discount(const Element& object) noexcept;
   std::vector<const Objects::value_type*> FindByMark(const Text& mark) const;
 
   const Kind* oKind;
   Objects oObjects;
   Ids oIds;
   Marks oMarks;
+  Serials oSerials;
+  References oReferences;  // an ID stays when nothing refers to it any more
+  std::uint64_t lLastSerial = 0;
   std::uint32_t lHighestRefNumber = 0;
 };
 
@@ -80,6 +98,8 @@ class ObjectList::Prepared {
   Objects oObject;
   Ids oId;
   Marks oMarks;
+  Serials oSerial;
+  References oReferences;  // those that the list does not have yet
   std::uint32_t lRefNumber = 0;
 };
 

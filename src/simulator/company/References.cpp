@@ -51,15 +51,6 @@ bool HasDangling(const Element& object, std::span<const Field> fields, std::stri
   });
 }
 
-// The object's own ListID is no reference.
-bool Refers(const Element& object, std::string_view listId) {
-  Breathe();
-  return std::ranges::any_of(object.children, [&](const Element& child) {
-    return !child.children.empty() &&
-           (child.ChildText("ListID") == listId || Refers(child, listId));
-  });
-}
-
 }  // namespace
 
 std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Use use,
@@ -102,10 +93,8 @@ bool HasDangling(const Kind& kind, const Element& object, const Company& company
 }
 
 bool IsInUse(const Company& company, std::string_view listId) {
-  return std::ranges::any_of(AllKinds(), [&](const Kind* kind) {
-    return std::ranges::any_of(company.List(*kind).InOrder(),
-                               [&](const auto& entry) { return Refers(entry.second, listId); });
-  });
+  return std::ranges::any_of(AllKinds(),
+                             [&](const Kind* kind) { return company.List(*kind).Refers(listId); });
 }
 
 }  // namespace ostrel::simulator

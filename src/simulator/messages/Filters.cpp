@@ -129,7 +129,7 @@ void FilterByModifiedRange(const Element& filter, const Call& call, Filters& fil
 void FilterByStatus(const Element& filter, const Call&, Filters& filters) {
   if (filter.text == "All") return;
   filters.all.emplace_back([wanted = filter.text == "ActiveOnly"](const Candidate& candidate) {
-    return IsTrue(candidate.object.ChildText("IsActive")) == wanted;
+    return candidate.object.isActive == wanted;
   });
 }
 

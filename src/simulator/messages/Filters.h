@@ -16,7 +16,7 @@ std::vector<Field> FiltersOf(const Kind& kind);
 struct Candidate {
   const Kind& kind;
   const Text& key;  // in its ObjectList
-  const Element& object;
+  const ObjectList::Entry& object;
 };
 
 using Filter = std::function<bool(const Candidate&)>;

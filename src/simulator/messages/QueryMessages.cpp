@@ -1,7 +1,7 @@
 // A query finds objects in one of two ways. By keys, each key is looked up in an index and the
 // objects come in the order of the keys. By filters, the objects are visited in the order of their
 // list and returned as far as they pass; a filter by entity narrows the visit to the entity's own
-// transactions. An iterator keeps the IDs of everything that the filters have found, not the
+// transactions. An iterator keeps the serials of everything that the filters have found, not the
 // objects, so that each page shows its objects as they are when it is asked for.
 #include <algorithm>
 #include <charconv>
@@ -118,7 +118,7 @@ void VisitCandidates(const ObjectList& list, const Filters& filters, Visit visit
   const Kind& kind = list.OfKind();
   if (!filters.byEntity) {
     for (const auto& [key, object] : list.InOrder()) {
-      if (filters.Pass({kind, key, object}) && !visit(Target{&kind, &object})) return;
+      if (filters.Pass({kind, key, object}) && !visit(kind, object)) return;
     }
     return;
   }
@@ -130,17 +130,18 @@ void VisitCandidates(const ObjectList& list, const Filters& filters, Visit visit
   entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
   for (const auto* entry : entries) {
     const auto& [key, object] = *entry;
-    if (filters.Pass({kind, key, object}) && !visit(Target{&kind, &object})) return;
+    if (filters.Pass({kind, key, object}) && !visit(kind, object)) return;
   }
 }
 
 Found FindByFilters(const Call& call, const Filters& filters, std::size_t count) {
   Found found;
   for (const Kind* kind : call.message.kinds) {
-    VisitCandidates(call.company.Data().List(*kind), filters, [&](const Target& target) {
-      if (found.size() < count) found.push_back(target);
-      return found.size() < count;
-    });
+    VisitCandidates(call.company.Data().List(*kind), filters,
+                    [&](const Kind& ofKind, const ObjectList::Entry& object) {
+                      if (found.size() < count) found.push_back({&ofKind, &object});
+                      return found.size() < count;
+                    });
   }
   return found;
 }
@@ -156,8 +157,8 @@ Response NextPage(const Call& call, Iterator& iterator) {
   const std::size_t count = std::min(MaxReturned(call.element), iterator.Remaining());
   Found page;
   for (const std::size_t end = iterator.next + count; iterator.next < end; ++iterator.next) {
-    const auto& [kind, id] = iterator.objects[iterator.next];
-    if (const Element* object = call.company.Data().List(*kind).Find(id)) {
+    const auto& [kind, serial] = iterator.objects[iterator.next];
+    if (const Element* object = call.company.Data().List(*kind).FindBySerial(serial)) {
       page.push_back({kind, object});
     }
   }
@@ -169,8 +170,12 @@ Response NextPage(const Call& call, Iterator& iterator) {
 
 Response StartIterator(const Call& call, const Filters& filters) {
   Iterator iterator{.id = {}, .query = call.message.name, .objects = {}};
-  for (const auto& [kind, object] : FindByFilters(call, filters, kAll)) {
-    iterator.objects.emplace_back(kind, object->ChildText(kind->IdField()));
+  for (const Kind* kind : call.message.kinds) {
+    VisitCandidates(call.company.Data().List(*kind), filters,
+                    [&](const Kind&, const ObjectList::Entry& object) {
+                      iterator.objects.emplace_back(kind, object.serial);
+                      return true;
+                    });
   }
   return NextPage(call, call.session.Keep(std::move(iterator)));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -16,7 +17,7 @@ namespace ostrel::simulator {
 struct Iterator {
   std::string id;
   std::string query;
-  std::vector<std::pair<const Kind*, std::string>> objects;  // with their IDs
+  std::vector<std::pair<const Kind*, std::uint64_t>> objects;  // with their serials
   std::size_t next = 0;
 
   std::size_t Remaining() const { return objects.size() - next; }
