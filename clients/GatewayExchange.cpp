@@ -62,14 +62,14 @@ void GatewayExchange::OnDataArrival() {
   oSocket->GetData(piece);
   sReceived.append(piece.begin(), piece.end());
   while (!oResult) {
-    const std::size_t end = sReceived.find(kEndOfDataByte, searched);
+    const std::size_t end = sReceived.find(kEndOfDataByte, lSearched);
     if (end == std::string::npos) break;
     const std::string whole = sReceived.substr(0, end + 1);
     sReceived.erase(0, end + 1);
-    searched = 0;
+    lSearched = 0;
     OnFrame(whole);
   }
-  searched = sReceived.size();
+  lSearched = sReceived.size();
 }
 
 void GatewayExchange::OnFrame(std::string_view received) {

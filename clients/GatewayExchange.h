@@ -29,7 +29,7 @@ class GatewayExchange : public Exchange {
   std::shared_ptr<CSocket> oSocket;
   platform::Timer tmrTimeout;
   std::string sReceived;
-  std::size_t searched = 0;  // bytes of sReceived that hold no end-of-data mark
+  std::size_t lSearched = 0;  // bytes of sReceived that hold no end-of-data mark
   std::optional<ExchangeResult> oResult;
 };
 

@@ -104,11 +104,11 @@ void LayOut(TextView text, Drop drop, Print print) {
 class LinePrinter {
  public:
   LinePrinter(CStringBuilder& lines, std::size_t textLength)
-      : oLines(lines), blanksLeft(kMostBlanks + 4 * textLength) {}
+      : oLines(lines), lBlanksLeft(kMostBlanks + 4 * textLength) {}
 
   void Print(std::size_t indentation, TextView part, TextView endTag) {
-    const std::size_t blanks = std::min(indentation, blanksLeft);
-    blanksLeft -= blanks;
+    const std::size_t blanks = std::min(indentation, lBlanksLeft);
+    lBlanksLeft -= blanks;
     oLines.AppendBlanks(static_cast<std::int32_t>(blanks));
     PrintPart(part);
     if (!endTag.empty()) PrintPart(endTag);
@@ -127,7 +127,7 @@ class LinePrinter {
   }
 
   CStringBuilder& oLines;
-  std::size_t blanksLeft;
+  std::size_t lBlanksLeft;
 };
 
 bool LayOutIntoFile(TextView response, WholeFile& file) {

@@ -46,8 +46,8 @@ class XmlGuard {
   /// The first hazard in what has come so far.
   template <class Character>
   XmlHazard Look(std::basic_string_view<Character> piece) {
-    for (std::size_t i = 0; i < piece.size() && hazard == XmlHazard::kNone; ++i) {
-      if (place == Place::kText) {
+    for (std::size_t i = 0; i < piece.size() && iHazard == XmlHazard::kNone; ++i) {
+      if (iPlace == Place::kText) {
         i = std::min(piece.find(Character('<'), i), piece.size());
         if (i == piece.size()) break;
       }
@@ -57,7 +57,7 @@ class XmlGuard {
       if (c != 0) Step(c, lBefore + i);
     }
     lBefore += piece.size();
-    return hazard;
+    return iHazard;
   }
 
   /// Where the document type stands, from its "<" to behind its ">"; both 0 without one.
@@ -68,7 +68,7 @@ class XmlGuard {
   enum class Place { kText, kOpened, kBang, kTag, kInstruction, kComment, kCData, kType };
 
   void Step(char32_t c, std::size_t position) {
-    switch (place) {
+    switch (iPlace) {
       case Place::kText:
         lOpened = position;
         return Enter(Place::kOpened);
@@ -90,7 +90,7 @@ class XmlGuard {
   }
 
   void Enter(Place next) {
-    place = next;
+    iPlace = next;
     cQuote = 0;
     lRun = 0;
     lAttributes = 0;
@@ -124,25 +124,25 @@ class XmlGuard {
     constexpr std::string_view kDeclaration = "xmlns";
     if (IsQuoted(c)) return;
     if (c == '>') return Enter(Place::kText);
-    if (c == '=' && ++lAttributes > kMaxXmlAttributes) hazard = XmlHazard::kAttributes;
+    if (c == '=' && ++lAttributes > kMaxXmlAttributes) iHazard = XmlHazard::kAttributes;
     const auto wanted = static_cast<unsigned char>(kDeclaration[lMatched]);
     lMatched = c == wanted ? lMatched + 1 : c == 'x' ? 1 : 0;
     if (lMatched < kDeclaration.size()) return;
     lMatched = 0;
-    if (++lNamespaces > kMaxXmlNamespaces) hazard = XmlHazard::kNamespaces;
+    if (++lNamespaces > kMaxXmlNamespaces) iHazard = XmlHazard::kNamespaces;
   }
 
   void StepInType(char32_t c, std::size_t position) {
     if (IsQuoted(c)) return;
-    if (c == '[') hazard = XmlHazard::kInternalSubset;
+    if (c == '[') iHazard = XmlHazard::kInternalSubset;
     if (c != '>') return;
     lTypeBegin = lOpened;
     lTypeEnd = position + 1;
     Enter(Place::kText);
   }
 
-  XmlHazard hazard = XmlHazard::kNone;
-  Place place = Place::kText;
+  XmlHazard iHazard = XmlHazard::kNone;
+  Place iPlace = Place::kText;
   char32_t cQuote = 0;          // of the quoted value around; 0: none
   std::size_t lRun = 0;         // of the character that may end what is around
   std::size_t lAttributes = 0;  // of this tag

@@ -15,87 +15,87 @@ constexpr std::size_t kChunkBytes = 64 * 1024;
 
 }  // namespace
 
-void ReceiveBuffer::Append(std::span<const char> more) { bytes.append(more.data(), more.size()); }
+void ReceiveBuffer::Append(std::span<const char> more) { sBytes.append(more.data(), more.size()); }
 
 std::string_view ReceiveBuffer::Front(std::size_t count) const {
-  return std::string_view(bytes).substr(taken, count);
+  return std::string_view(sBytes).substr(lTaken, count);
 }
 
 void ReceiveBuffer::Remove(std::size_t count) {
-  taken += count;
-  if (taken >= bytes.size()) {
+  lTaken += count;
+  if (lTaken >= sBytes.size()) {
     Clear();
-  } else if (taken > bytes.size() / 2) {
-    bytes.erase(0, taken);
-    taken = 0;
+  } else if (lTaken > sBytes.size() / 2) {
+    sBytes.erase(0, lTaken);
+    lTaken = 0;
   }
 }
 
 void ReceiveBuffer::Clear() {
-  taken = 0;
-  bytes.clear();
-  if (bytes.capacity() > kKeptBytes) bytes.shrink_to_fit();
+  lTaken = 0;
+  sBytes.clear();
+  if (sBytes.capacity() > kKeptBytes) sBytes.shrink_to_fit();
 }
 
 /// The last chunk while it has room, else a new one. The first takes no more than its own bytes:
 /// most messages leave at once.
 std::string& SendQueue::ChunkFor(std::size_t bytes) {
-  if (chunks.empty() || chunks.back().sBytes.capacity() - chunks.back().sBytes.size() < bytes) {
+  if (oChunks.empty() || oChunks.back().sBytes.capacity() - oChunks.back().sBytes.size() < bytes) {
     Chunk chunk;
-    const std::size_t room = chunks.empty() ? bytes : std::max(bytes, kChunkBytes);
+    const std::size_t room = oChunks.empty() ? bytes : std::max(bytes, kChunkBytes);
     chunk.oShare.Resize(room);
     chunk.sBytes.reserve(room);
-    chunks.push_back(std::move(chunk));
+    oChunks.push_back(std::move(chunk));
   }
-  return chunks.back().sBytes;
+  return oChunks.back().sBytes;
 }
 
 void SendQueue::AddText(TextView text) {
   if (!text.empty()) {
     AppendTextAsBytes(ChunkFor(text.size()), text);
-    size += text.size();
+    lSize += text.size();
   }
 }
 
 void SendQueue::AddBytes(std::span<const char> bytes) {
   if (!bytes.empty()) {
     ChunkFor(bytes.size()).append(bytes.data(), bytes.size());
-    size += bytes.size();
+    lSize += bytes.size();
   }
 }
 
 std::span<const char> SendQueue::Front() const {
   return Empty() ? std::span<const char>()
-                 : std::span<const char>(chunks.front().sBytes).subspan(taken);
+                 : std::span<const char>(oChunks.front().sBytes).subspan(lTaken);
 }
 
 void SendQueue::Remove(std::size_t count) {
-  taken += count;
-  size -= count;
+  lTaken += count;
+  lSize -= count;
   if (Empty()) {
     Clear();
-  } else if (taken == chunks.front().sBytes.size()) {
-    chunks.pop_front();
-    taken = 0;
+  } else if (lTaken == oChunks.front().sBytes.size()) {
+    oChunks.pop_front();
+    lTaken = 0;
   }
 }
 
 void SendQueue::RemoveLast(std::size_t count) {
-  size -= count;
+  lSize -= count;
   if (Empty()) return Clear();
   while (count > 0) {
-    std::string& last = chunks.back().sBytes;
+    std::string& last = oChunks.back().sBytes;
     const std::size_t part = std::min(count, last.size());
     last.resize(last.size() - part);
     count -= part;
-    if (last.empty()) chunks.pop_back();
+    if (last.empty()) oChunks.pop_back();
   }
 }
 
 void SendQueue::Clear() {
-  chunks.clear();
-  taken = 0;
-  size = 0;
+  oChunks.clear();
+  lTaken = 0;
+  lSize = 0;
 }
 
 }  // namespace ostrel

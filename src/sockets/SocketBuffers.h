@@ -18,15 +18,15 @@ namespace ostrel {
 class ReceiveBuffer {
  public:
   void Append(std::span<const char> bytes);
-  std::size_t Size() const { return bytes.size() - taken; }
+  std::size_t Size() const { return sBytes.size() - lTaken; }
   /// The first bytes, all of them when there are fewer; good until the buffer is changed.
   std::string_view Front(std::size_t count) const;
   void Remove(std::size_t count);
   void Clear();
 
  private:
-  std::string bytes;
-  std::size_t taken = 0;
+  std::string sBytes;
+  std::size_t lTaken = 0;
 };
 
 /// Held in chunks, so that taking some off the front moves nothing, and queueing more never copies
@@ -37,8 +37,8 @@ class SendQueue {
   void AddText(TextView text);
   void AddBytes(std::span<const char> bytes);
 
-  bool Empty() const { return size == 0; }
-  std::size_t Size() const { return size; }
+  bool Empty() const { return lSize == 0; }
+  std::size_t Size() const { return lSize; }
   /// Bytes from the front on, as many as lie together.
   std::span<const char> Front() const;
   /// Takes bytes off the front, at most as many as Front has.
@@ -55,9 +55,9 @@ class SendQueue {
 
   std::string& ChunkFor(std::size_t bytes);
 
-  std::deque<Chunk> chunks;
-  std::size_t taken = 0;  // bytes of the first chunk that are gone
-  std::size_t size = 0;
+  std::deque<Chunk> oChunks;
+  std::size_t lTaken = 0;  // bytes of the first chunk that are gone
+  std::size_t lSize = 0;
 };
 
 }  // namespace ostrel

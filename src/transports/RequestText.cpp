@@ -20,14 +20,14 @@ void RequestText::Chunk::Reserve(std::size_t characters) {
 /// Room for some of the wanted characters. The first chunk grows with the request; who has filled
 /// it will fill others.
 Text& RequestText::ChunkWithRoom(std::size_t wanted) {
-  if (chunks.empty()) {
-    chunks.emplace_back();
-  } else if (chunks.back().sText.size() == kChunk) {
+  if (oChunks.empty()) {
+    oChunks.emplace_back();
+  } else if (oChunks.back().sText.size() == kChunk) {
     Chunk next;
     next.Reserve(kChunk);
-    chunks.push_back(std::move(next));
+    oChunks.push_back(std::move(next));
   }
-  Chunk& chunk = chunks.back();
+  Chunk& chunk = oChunks.back();
   const std::size_t size = chunk.sText.size() + std::min(wanted, kChunk - chunk.sText.size());
   if (size > chunk.sText.capacity()) {
     chunk.Reserve(std::min(std::max(size, 2 * chunk.sText.capacity()), kChunk));
@@ -46,7 +46,7 @@ void RequestText::Append(TextView piece) {
 }
 
 Text RequestText::Take() {
-  std::vector<Chunk> parts = std::exchange(chunks, {});
+  std::vector<Chunk> parts = std::exchange(oChunks, {});
   const std::size_t length = std::exchange(lLength, 0);
   Chunk whole;
   if (parts.size() == 1) {

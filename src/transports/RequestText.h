@@ -30,7 +30,7 @@ class RequestText {
 
   Text& ChunkWithRoom(std::size_t wanted);
 
-  std::vector<Chunk> chunks;
+  std::vector<Chunk> oChunks;
   std::size_t lLength = 0;
   TextBudget::Share oTaken;
 };

@@ -153,8 +153,8 @@ void LinkedList::RemoveByKey(const Value& value, std::int32_t condition, std::in
 }
 
 void LinkedList::RemoveAll() {
-  nodes.clear();
-  nodes.resize(1);
+  oNodes.clear();
+  oNodes.resize(1);
   Grow(kUsualGrowth);
   lGrowth = kUsualGrowth;
 }
@@ -163,7 +163,7 @@ std::int32_t LinkedList::Find(const Value& value, std::int32_t condition, std::i
                               bool descending) {
   std::int32_t index = FindStart(startIndex, descending);
   // After RemoveAll the links can run in a circle: no walk is longer than the array.
-  std::size_t nodesLeft = nodes.size();
+  std::size_t nodesLeft = oNodes.size();
   while (index != 0 && !Matches(value, At(index).item, condition)) {
     const Node& node = At(index);
     const std::int32_t next = descending ? node.lPrevious : node.lNext;
@@ -198,7 +198,7 @@ LinkedList::Node& LinkedList::At(std::int32_t index) {
 
 const LinkedList::Node& LinkedList::At(std::int32_t index) const {
   if (index < 0 || index > UpperBound()) throw RunTimeError(ErrorNumber::kSubscriptOutOfRange);
-  return nodes[static_cast<std::size_t>(index)];
+  return oNodes[static_cast<std::size_t>(index)];
 }
 
 std::int32_t LinkedList::Named(std::int32_t index) const {
@@ -209,7 +209,7 @@ std::int32_t LinkedList::Named(std::int32_t index) const {
 
 void LinkedList::Grow(std::int32_t slots) {
   const std::int32_t firstNew = UpperBound() + 1;
-  nodes.resize(nodes.size() + static_cast<std::size_t>(slots));
+  oNodes.resize(oNodes.size() + static_cast<std::size_t>(slots));
   for (std::int32_t index = firstNew; index <= UpperBound(); ++index) {
     At(index).lPrevious = kFree;
     At(index).lNext = index + 1;

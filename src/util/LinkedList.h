@@ -87,13 +87,13 @@ class LinkedList {
   // Links may point outside the array after RemoveAll: raises error 9 then.
   Node& At(std::int32_t index);
   const Node& At(std::int32_t index) const;
-  std::int32_t UpperBound() const { return static_cast<std::int32_t>(nodes.size()) - 1; }
+  std::int32_t UpperBound() const { return static_cast<std::int32_t>(oNodes.size()) - 1; }
   std::int32_t Named(std::int32_t index) const;
   std::int32_t FindStart(std::int32_t startIndex, bool descending) const;
   void Grow(std::int32_t slots);
   void LinkBetween(std::int32_t index, std::int32_t previous, std::int32_t next);
 
-  std::vector<Node> nodes;
+  std::vector<Node> oNodes;
   std::int32_t lCount = 0;
   std::int32_t lFirst = 0;
   std::int32_t lLast = 0;

@@ -27,13 +27,13 @@ class TimerList {
   std::shared_ptr<TimerEntry> Add(std::chrono::milliseconds interval,
                                   std::function<void()> handler) {
     const auto least = std::chrono::milliseconds(1);
-    return timers.emplace_back(std::make_shared<TimerEntry>(
+    return oTimers.emplace_back(std::make_shared<TimerEntry>(
         TimerEntry{std::max(interval, least), std::move(handler), {}, {}, {}, {}}));
   }
 
   void Remove(const std::shared_ptr<TimerEntry>& timer) {
     timer->enabled = false;
-    std::erase(timers, timer);
+    std::erase(oTimers, timer);
   }
 
   static void SetEnabled(TimerEntry& timer, bool enabled) {
@@ -52,7 +52,7 @@ class TimerList {
   /// The next tick of all enabled timers; the clock's maximum without any.
   LoopClock::time_point NextDue() const {
     auto next = LoopClock::time_point::max();
-    for (const auto& timer : timers) next = timer->enabled ? std::min(next, timer->due) : next;
+    for (const auto& timer : oTimers) next = timer->enabled ? std::min(next, timer->due) : next;
     return next;
   }
 
@@ -74,7 +74,7 @@ class TimerList {
  private:
   std::shared_ptr<TimerEntry> FirstDue(LoopClock::time_point now) const {
     std::shared_ptr<TimerEntry> first;
-    for (const auto& timer : timers) {
+    for (const auto& timer : oTimers) {
       if (timer->enabled && timer->due <= now && (!first || timer->due < first->due)) first = timer;
     }
     return first;
@@ -100,7 +100,7 @@ class TimerList {
     }
   }
 
-  std::vector<std::shared_ptr<TimerEntry>> timers;
+  std::vector<std::shared_ptr<TimerEntry>> oTimers;
 };
 
 }  // namespace ostrel::platform

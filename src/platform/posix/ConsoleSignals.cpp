@@ -33,27 +33,27 @@ bool IsToOutliveItsTerminal(int number) {
 class Pipe {
  public:
   Pipe() {
-    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+    if (pipe2(oEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
       throw std::system_error(errno, std::generic_category(), "console signals");
     }
   }
   ~Pipe() {
-    close(ends[0]);
-    close(ends[1]);
+    close(oEnds[0]);
+    close(oEnds[1]);
   }
   Pipe(const Pipe&) = delete;
   Pipe& operator=(const Pipe&) = delete;
 
-  int ReadEnd() const { return ends[0]; }
-  int WriteEnd() const { return ends[1]; }
+  int ReadEnd() const { return oEnds[0]; }
+  int WriteEnd() const { return oEnds[1]; }
 
  private:
-  std::array<int, 2> ends;
+  std::array<int, 2> oEnds;
 };
 
 class Signals {
  public:
-  Signals() { writeEnd = oPipe.WriteEnd(); }
+  Signals() { iWriteEnd = oPipe.WriteEnd(); }
   ~Signals() {
     SetHandler(ConsoleSignal::kExit, {});
     SetHandler(ConsoleSignal::kUser, {});
@@ -67,7 +67,7 @@ class Signals {
   static void OnSignal(int number);
   void Dispatch();
 
-  static inline int writeEnd = -1;
+  static inline int iWriteEnd = -1;
 
   Pipe oPipe;
   std::array<std::function<void()>, 3> handlers;
@@ -78,7 +78,7 @@ void Signals::OnSignal(int number) {
   const int before = errno;
   const char byte = static_cast<char>(number);
   // A full pipe holds enough of them.
-  [[maybe_unused]] const ssize_t written = write(writeEnd, &byte, 1);
+  [[maybe_unused]] const ssize_t written = write(iWriteEnd, &byte, 1);
   errno = before;
 }
 

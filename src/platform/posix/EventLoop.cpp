@@ -70,11 +70,11 @@ class Loop {
   void Wait(LoopClock::time_point waitUntil);
   void DispatchQueue() noexcept;
 
-  int epoll;
-  std::vector<epoll_event> found;  // room for one event of each entry
-  std::vector<std::shared_ptr<WatchEntry>> changes;
+  int iEpoll;
+  std::vector<epoll_event> oFound;  // room for one event of each entry
+  std::vector<std::shared_ptr<WatchEntry>> oChanges;
   /// Shared by nested rounds: what an outer round has not handed out yet is the inner one's first.
-  std::deque<std::shared_ptr<WatchEntry>> queue;
+  std::deque<std::shared_ptr<WatchEntry>> oQueue;
   std::shared_ptr<WatchEntry> oMailboxEntry = std::make_shared<WatchEntry>();
 };
 
@@ -83,21 +83,21 @@ Loop& TheLoop() {
   return loop;
 }
 
-Loop::Loop() : epoll(epoll_create1(EPOLL_CLOEXEC)) {
-  if (epoll < 0) throw std::system_error(errno, std::generic_category(), "event loop");
+Loop::Loop() : iEpoll(epoll_create1(EPOLL_CLOEXEC)) {
+  if (iEpoll < 0) throw std::system_error(errno, std::generic_category(), "event loop");
   oMailboxEntry->descriptor = oMailbox->Descriptor();
   oMailboxEntry->handler = [this](short) { oMailbox->RunTasks(); };
   Add(*oMailboxEntry, POLLIN);
 }
 
-Loop::~Loop() { close(epoll); }
+Loop::~Loop() { close(iEpoll); }
 
 void Loop::Add(WatchEntry& entry, short events) {
-  found.emplace_back();
-  changes.reserve(found.capacity());  // SetEvents must not raise
+  oFound.emplace_back();
+  oChanges.reserve(oFound.capacity());  // SetEvents must not raise
   entry.events = events;
   if (!TellSystem(entry)) {
-    found.pop_back();
+    oFound.pop_back();
     throw std::bad_alloc();
   }
 }
@@ -106,14 +106,14 @@ void Loop::Remove(WatchEntry& entry) {
   entry.destroyed = true;
   entry.events = 0;
   TellSystem(entry);
-  std::erase(changes, entry.shared_from_this());
-  found.pop_back();
+  std::erase(oChanges, entry.shared_from_this());
+  oFound.pop_back();
 }
 
 void Loop::SetEvents(WatchEntry& entry, short events) {
   entry.events = events;
   if (!entry.changed) {
-    changes.push_back(entry.shared_from_this());
+    oChanges.push_back(entry.shared_from_this());
     entry.changed = true;
   }
 }
@@ -128,14 +128,14 @@ bool Loop::TellSystem(WatchEntry& entry) const {
   epoll_event wanted{};
   wanted.events = static_cast<std::uint32_t>(entry.events);
   wanted.data.ptr = &entry;
-  if (epoll_ctl(epoll, change, entry.descriptor, &wanted) != 0) return false;
+  if (epoll_ctl(iEpoll, change, entry.descriptor, &wanted) != 0) return false;
   entry.told = entry.events;
   return true;
 }
 
 /// Changes for which the system has no memory are told again in the next round.
 void Loop::TellChanges() {
-  std::erase_if(changes, [this](const std::shared_ptr<WatchEntry>& entry) {
+  std::erase_if(oChanges, [this](const std::shared_ptr<WatchEntry>& entry) {
     entry->changed = !TellSystem(*entry);
     return !entry->changed;
   });
@@ -153,11 +153,11 @@ void Loop::Wait(LoopClock::time_point waitUntil) {
   TellChanges();
   const auto until = std::min(waitUntil, oTimers.NextDue());
   const int ready =
-      epoll_wait(epoll, found.data(), static_cast<int>(found.size()), MillisecondsUntil(until));
+      epoll_wait(iEpoll, oFound.data(), static_cast<int>(oFound.size()), MillisecondsUntil(until));
   for (int i = 0; i < ready; ++i) {
-    const epoll_event& event = found[static_cast<std::size_t>(i)];
+    const epoll_event& event = oFound[static_cast<std::size_t>(i)];
     auto& entry = *static_cast<WatchEntry*>(event.data.ptr);
-    if (entry.reported == 0) queue.push_back(entry.shared_from_this());
+    if (entry.reported == 0) oQueue.push_back(entry.shared_from_this());
     entry.reported = static_cast<short>(event.events);
   }
 }
@@ -177,9 +177,9 @@ void Loop::RunHandler(const WatchEntry& entry, short reported) {
 /// A handler that raises ends the program here: the callers above the seam catch everything.
 void Loop::DispatchQueue() noexcept {
   TickDue();
-  while (!queue.empty()) {
-    const std::shared_ptr<WatchEntry> entry = std::move(queue.front());
-    queue.pop_front();
+  while (!oQueue.empty()) {
+    const std::shared_ptr<WatchEntry> entry = std::move(oQueue.front());
+    oQueue.pop_front();
     const short reported = std::exchange(entry->reported, short{0});
     if (!entry->destroyed && entry->events != 0) RunHandler(*entry, reported);
     TickDue();
@@ -257,13 +257,13 @@ LoopMailbox::LoopMailbox() {
   if (pipe2(ends, O_CLOEXEC | O_NONBLOCK) != 0) {
     throw std::system_error(errno, std::generic_category(), "event loop");
   }
-  readEnd = ends[0];
-  writeEnd = ends[1];
+  iReadEnd = ends[0];
+  iWriteEnd = ends[1];
 }
 
 LoopMailbox::~LoopMailbox() {
-  close(readEnd);
-  close(writeEnd);
+  close(iReadEnd);
+  close(iWriteEnd);
 }
 
 void LoopMailbox::Post(std::function<void()> task) {
@@ -271,7 +271,7 @@ void LoopMailbox::Post(std::function<void()> task) {
   tasks.push_back(std::move(task));
   const char wake = 0;
   // A full pipe wakes the loop just as well.
-  [[maybe_unused]] const auto written = write(writeEnd, &wake, 1);
+  [[maybe_unused]] const auto written = write(iWriteEnd, &wake, 1);
 }
 
 bool LoopMailbox::Take(std::function<void()>& task) {
@@ -285,7 +285,7 @@ bool LoopMailbox::Take(std::function<void()>& task) {
 /// One at a time, so that a task that dispatches events leaves the others to the inner round.
 void LoopMailbox::RunTasks() {
   char drained[64];
-  while (read(readEnd, drained, sizeof drained) > 0) {
+  while (read(iReadEnd, drained, sizeof drained) > 0) {
   }
   std::size_t waiting;
   {

@@ -73,9 +73,9 @@ bool LookUpThread::Start(std::string host, Completion completion) {
   const std::lock_guard lock(oShared->mutex);
   if (oShared->requests.size() >= kMostWaiting) return false;
   try {
-    if (!running) {
+    if (!bRunning) {
       std::thread(Work, oShared).detach();
-      running = true;
+      bRunning = true;
     }
     oShared->requests.push_back({std::move(host), std::move(completion)});
   } catch (const std::exception&) {  // no thread, or no memory

@@ -32,7 +32,7 @@ class LookUpThread {
   static void Work(const std::shared_ptr<Shared>& shared) noexcept;
 
   std::shared_ptr<Shared> oShared;
-  bool running = false;
+  bool bRunning = false;
 };
 
 }  // namespace ostrel::platform

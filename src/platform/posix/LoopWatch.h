@@ -40,7 +40,7 @@ class LoopMailbox {
   void Post(std::function<void()> task);
 
   /// For the loop: readable while tasks wait.
-  int Descriptor() const { return readEnd; }
+  int Descriptor() const { return iReadEnd; }
   /// For the loop: runs the tasks that wait at this moment.
   void RunTasks();
 
@@ -49,8 +49,8 @@ class LoopMailbox {
 
   std::mutex oMutex;
   std::deque<std::function<void()>> tasks;
-  int readEnd = -1;
-  int writeEnd = -1;
+  int iReadEnd = -1;
+  int iWriteEnd = -1;
 };
 
 /// The loop's mailbox. A thread that may outlive the loop keeps the pointer; what is posted after

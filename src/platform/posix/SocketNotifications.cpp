@@ -44,15 +44,15 @@ class PosixNotifications final : public SocketNotifications {
   int Unselect(SocketHandle socket) override { return AnnounceTo(socket, nullptr); }
 
   SocketResult<LookUpHandle> StartLookUp(std::string_view host) override;
-  void CancelLookUp(LookUpHandle lookUp) override { pending.erase(lookUp); }
+  void CancelLookUp(LookUpHandle lookUp) override { oPending.erase(lookUp); }
 
  private:
   static int AnnounceTo(SocketHandle socket, SocketSink* sink);
   void Finish(LookUpHandle lookUp, SocketResult<std::uint32_t> address);
 
   LookUpThread oThread;
-  std::set<LookUpHandle> pending;
-  LookUpHandle lastLookUp = 0;
+  std::set<LookUpHandle> oPending;
+  LookUpHandle lLastLookUp = 0;
 };
 
 int PosixNotifications::AnnounceTo(SocketHandle socket, SocketSink* sink) {
@@ -67,26 +67,26 @@ int PosixNotifications::AnnounceTo(SocketHandle socket, SocketSink* sink) {
 }
 
 SocketResult<LookUpHandle> PosixNotifications::StartLookUp(std::string_view host) {
-  lastLookUp = lastLookUp % 0x7FFF + 1;
-  const LookUpHandle lookUp = lastLookUp;
+  lLastLookUp = lLastLookUp % 0x7FFF + 1;
+  const LookUpHandle lookUp = lLastLookUp;
   const auto finish = [this, lookUp](SocketResult<std::uint32_t> address) {
     Finish(lookUp, address);
   };
   try {
-    pending.insert(lookUp);
+    oPending.insert(lookUp);
     if (oThread.Start(std::string(host), finish)) {
       return {lookUp, 0};
     }
   } catch (const std::bad_alloc&) {
     return {0, kNoBuffers};
   }
-  pending.erase(lookUp);
+  oPending.erase(lookUp);
   return {0, kNoBuffers};
 }
 
 void PosixNotifications::Finish(LookUpHandle lookUp, SocketResult<std::uint32_t> address) {
   SocketSink* const sink = TheSockets().Sink();
-  if (pending.erase(lookUp) != 0 && sink != nullptr) {
+  if (oPending.erase(lookUp) != 0 && sink != nullptr) {
     sink->OnLookUp(lookUp, address.error, address.value);
   }
 }

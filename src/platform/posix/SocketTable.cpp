@@ -18,26 +18,26 @@ SocketTable::SocketTable()
 
 SocketHandle SocketTable::Add(int descriptor, SocketRole role) {
   try {
-    auto& slot = sockets[descriptor];
+    auto& slot = oSockets[descriptor];
     slot = std::make_shared<WatchedSocket>(descriptor, role);
     return descriptor;
   } catch (const std::bad_alloc&) {
-    sockets.erase(descriptor);
+    oSockets.erase(descriptor);
     close(descriptor);
     return kNoSocket;
   }
 }
 
 WatchedSocket* SocketTable::Find(SocketHandle socket) const {
-  const auto found = sockets.find(socket);
-  return found == sockets.end() ? nullptr : found->second.get();
+  const auto found = oSockets.find(socket);
+  return found == oSockets.end() ? nullptr : found->second.get();
 }
 
 bool SocketTable::Close(SocketHandle socket) {
-  const auto found = sockets.find(socket);
-  if (found == sockets.end()) return false;
+  const auto found = oSockets.find(socket);
+  if (found == oSockets.end()) return false;
   found->second->Close();
-  sockets.erase(found);
+  oSockets.erase(found);
   ResumeAccepting();
   return true;
 }
@@ -45,18 +45,18 @@ bool SocketTable::Close(SocketHandle socket) {
 void SocketTable::SetSink(SocketSink* sink) {
   oSink = sink;
   if (sink == nullptr) {
-    for (const auto& [handle, socket] : sockets) socket->AnnounceTo(nullptr);
+    for (const auto& [handle, socket] : oSockets) socket->AnnounceTo(nullptr);
   }
 }
 
 void SocketTable::PauseAccepting(SocketHandle listener) {
-  paused.push_back(listener);
+  oPaused.push_back(listener);
   oResume.SetEnabled(true);
 }
 
 void SocketTable::ResumeAccepting() {
   oResume.SetEnabled(false);
-  for (const SocketHandle listener : std::exchange(paused, {})) {
+  for (const SocketHandle listener : std::exchange(oPaused, {})) {
     if (WatchedSocket* socket = Find(listener)) socket->AwaitConnection();
   }
 }

@@ -31,8 +31,8 @@ class SocketTable {
  private:
   void ResumeAccepting();
 
-  std::unordered_map<SocketHandle, std::shared_ptr<WatchedSocket>> sockets;
-  std::vector<SocketHandle> paused;
+  std::unordered_map<SocketHandle, std::shared_ptr<WatchedSocket>> oSockets;
+  std::vector<SocketHandle> oPaused;
   SocketSink* oSink = nullptr;
   Timer oResume;
 };

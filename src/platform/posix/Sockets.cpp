@@ -159,7 +159,7 @@ int PosixSockets::ShutdownSend(SocketHandle socket) {
   WatchedSocket* const own = TheSockets().Find(socket);
   if (own == nullptr) return kNotASocket;
   const int error = ResultOf(shutdown(own->Descriptor(), SHUT_WR));
-  own->sendingEnded = own->sendingEnded || error == 0;
+  own->bSendingEnded = own->bSendingEnded || error == 0;
   return error;
 }
 
@@ -178,7 +178,7 @@ SocketResult<std::int32_t> PosixSockets::Send(SocketHandle socket, std::span<con
   const auto sent = sendto(own->Descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL,
                            addressed ? reinterpret_cast<sockaddr*>(&system) : nullptr,
                            addressed ? sizeof system : 0);
-  if (sent < 0 && errno == EPIPE && own->sendingEnded) {
+  if (sent < 0 && errno == EPIPE && own->bSendingEnded) {
     return {0, kShutDown};
   }
   const int error = sent < 0 ? SocketErrorOf(errno) : 0;

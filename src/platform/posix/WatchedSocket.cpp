@@ -37,50 +37,50 @@ std::optional<int> EndOfStream(int descriptor) {
 }  // namespace
 
 WatchedSocket::WatchedSocket(int ownDescriptor, SocketRole firstRole)
-    : descriptor(ownDescriptor), role(firstRole) {}
+    : iDescriptor(ownDescriptor), iRole(firstRole) {}
 
 WatchedSocket::~WatchedSocket() { Close(); }
 
 void WatchedSocket::Close() {
   oSink = nullptr;
   oWatch.reset();
-  if (descriptor >= 0) close(std::exchange(descriptor, -1));
+  if (iDescriptor >= 0) close(std::exchange(iDescriptor, -1));
 }
 
 void WatchedSocket::AnnounceTo(SocketSink* sink) {
   oSink = sink;
   oWatch.reset();
   if (sink != nullptr) {
-    oWatch = std::make_unique<LoopWatch>(descriptor, Events(),
+    oWatch = std::make_unique<LoopWatch>(iDescriptor, Events(),
                                          [this](short reported) { OnPoll(reported); });
   }
 }
 
 void WatchedSocket::Became(SocketRole newRole) {
-  role = newRole;
-  awaitsRead = awaitsWrite = true;
+  iRole = newRole;
+  bAwaitsRead = bAwaitsWrite = true;
   Watch();
 }
 
 void WatchedSocket::AwaitRead() {
-  awaitsRead = true;
+  bAwaitsRead = true;
   Watch();
 }
 
 void WatchedSocket::AwaitWrite() {
-  awaitsWrite = true;
+  bAwaitsWrite = true;
   Watch();
 }
 
 void WatchedSocket::AwaitConnection() { AwaitRead(); }
 
 short WatchedSocket::Events() const {
-  const int reading = awaitsRead ? POLLIN : 0;
-  if (closeAnnounced || role == SocketRole::kNew) return 0;
-  if (role == SocketRole::kConnecting) return POLLOUT;
-  if (role == SocketRole::kListening) return static_cast<short>(reading);
-  const int ending = awaitsRead && role == SocketRole::kStream ? POLLRDHUP : 0;
-  return static_cast<short>(reading | ending | (awaitsWrite ? POLLOUT : 0));
+  const int reading = bAwaitsRead ? POLLIN : 0;
+  if (bCloseAnnounced || iRole == SocketRole::kNew) return 0;
+  if (iRole == SocketRole::kConnecting) return POLLOUT;
+  if (iRole == SocketRole::kListening) return static_cast<short>(reading);
+  const int ending = bAwaitsRead && iRole == SocketRole::kStream ? POLLRDHUP : 0;
+  return static_cast<short>(reading | ending | (bAwaitsWrite ? POLLOUT : 0));
 }
 
 void WatchedSocket::Watch() {
@@ -89,13 +89,13 @@ void WatchedSocket::Watch() {
 
 void WatchedSocket::OnPoll(short reported) {
   const auto keep = shared_from_this();
-  switch (role) {
+  switch (iRole) {
     case SocketRole::kNew:
       return;
     case SocketRole::kConnecting:
       return Connected();
     case SocketRole::kListening:
-      awaitsRead = false;
+      bAwaitsRead = false;
       Watch();
       return Announce(SocketEvent::kAccept);
     case SocketRole::kStream:
@@ -105,25 +105,25 @@ void WatchedSocket::OnPoll(short reported) {
 }
 
 void WatchedSocket::Connected() {
-  const int error = PendingError(descriptor);
+  const int error = PendingError(iDescriptor);
   if (error == 0) {
     Became(SocketRole::kStream);
   } else {
-    closeAnnounced = true;
+    bCloseAnnounced = true;
     Watch();
   }
   Announce(SocketEvent::kConnect, error);
 }
 
 void WatchedSocket::StreamReported(short reported) {
-  const bool readable = awaitsRead && (reported & (POLLIN | kEnded)) != 0;
-  const bool mayHaveEnded = role == SocketRole::kStream && (reported & kEnded) != 0;
-  const auto end = readable && mayHaveEnded ? EndOfStream(descriptor) : std::nullopt;
+  const bool readable = bAwaitsRead && (reported & (POLLIN | kEnded)) != 0;
+  const bool mayHaveEnded = iRole == SocketRole::kStream && (reported & kEnded) != 0;
+  const auto end = readable && mayHaveEnded ? EndOfStream(iDescriptor) : std::nullopt;
   // Errors count as room: the next Send tells what is wrong, and nothing is reported in a circle.
-  const bool writable = awaitsWrite && (reported & (POLLOUT | POLLHUP | POLLERR)) != 0;
-  closeAnnounced = end.has_value();
-  awaitsRead = awaitsRead && !readable;
-  awaitsWrite = awaitsWrite && !writable;
+  const bool writable = bAwaitsWrite && (reported & (POLLOUT | POLLHUP | POLLERR)) != 0;
+  bCloseAnnounced = end.has_value();
+  bAwaitsRead = bAwaitsRead && !readable;
+  bAwaitsWrite = bAwaitsWrite && !writable;
   Watch();
   if (end) return Announce(SocketEvent::kClose, *end);
   if (readable) Announce(SocketEvent::kRead);
@@ -131,7 +131,7 @@ void WatchedSocket::StreamReported(short reported) {
 }
 
 void WatchedSocket::Announce(SocketEvent event, int error) {
-  if (oSink != nullptr) oSink->OnSocket(descriptor, event, error);
+  if (oSink != nullptr) oSink->OnSocket(iDescriptor, event, error);
 }
 
 }  // namespace ostrel::platform

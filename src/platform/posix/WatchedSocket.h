@@ -23,8 +23,8 @@ class WatchedSocket : public std::enable_shared_from_this<WatchedSocket> {
   /// At once, also from inside its own announcement, which is then the last.
   void Close();
   /// -1 once closed.
-  int Descriptor() const { return descriptor; }
-  SocketRole Role() const { return role; }
+  int Descriptor() const { return iDescriptor; }
+  SocketRole Role() const { return iRole; }
 
   /// Announces to `sink` from now on; nothing when it is null.
   void AnnounceTo(SocketSink* sink);
@@ -33,7 +33,7 @@ class WatchedSocket : public std::enable_shared_from_this<WatchedSocket> {
   void AwaitWrite();
   void AwaitConnection();
 
-  bool sendingEnded = false;  // by this side
+  bool bSendingEnded = false;  // by this side
 
  private:
   short Events() const;
@@ -43,11 +43,11 @@ class WatchedSocket : public std::enable_shared_from_this<WatchedSocket> {
   void StreamReported(short reported);
   void Announce(SocketEvent event, int error = 0);
 
-  int descriptor;
-  SocketRole role;
-  bool awaitsRead = true;  // on a listener: awaits a connection
-  bool awaitsWrite = true;
-  bool closeAnnounced = false;
+  int iDescriptor;
+  SocketRole iRole;
+  bool bAwaitsRead = true;  // on a listener: awaits a connection
+  bool bAwaitsWrite = true;
+  bool bCloseAnnounced = false;
   SocketSink* oSink = nullptr;
   std::unique_ptr<LoopWatch> oWatch;
 };

@@ -19,15 +19,15 @@ namespace ostrel::platform {
 /// apartment already stays in its own.
 class Apartment {
  public:
-  Apartment() : result(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
+  Apartment() : lResult(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {}
   ~Apartment() {
-    if (SUCCEEDED(result)) CoUninitialize();
+    if (SUCCEEDED(lResult)) CoUninitialize();
   }
   Apartment(const Apartment&) = delete;
   Apartment& operator=(const Apartment&) = delete;
 
  private:
-  HRESULT result;
+  HRESULT lResult;
 };
 
 /// A VARIANT that frees what it holds.

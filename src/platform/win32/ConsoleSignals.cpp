@@ -31,7 +31,7 @@ class Signals {
 
   static inline HWND oWindow = nullptr;
   static inline std::array<std::function<void()>, kSignals> handlers;
-  static inline std::array<std::atomic<bool>, kSignals> handled;  // for the other thread
+  static inline std::array<std::atomic<bool>, kSignals> oHandled;  // for the other thread
 };
 
 Signals::Signals() {
@@ -48,14 +48,14 @@ Signals::~Signals() {
 
 void Signals::SetHandler(ConsoleSignal signal, std::function<void()> handler) {
   const auto index = static_cast<std::size_t>(signal);
-  handled[index] = static_cast<bool>(handler);
+  oHandled[index] = static_cast<bool>(handler);
   handlers[index] = std::move(handler);
 }
 
 BOOL WINAPI Signals::OnControl(DWORD event) {
   const bool isKey = event == CTRL_C_EVENT || event == CTRL_BREAK_EVENT;
   const ConsoleSignal signal = isKey ? ConsoleSignal::kExit : ConsoleSignal::kSystemEnds;
-  if (!handled[static_cast<std::size_t>(signal)]) return FALSE;
+  if (!oHandled[static_cast<std::size_t>(signal)]) return FALSE;
   PostMessageW(oWindow, kSignalMessage, static_cast<WPARAM>(signal), 0);
   // The program is ended as soon as one of the others returns; its own exit ends this wait.
   if (!isKey) Sleep(INFINITE);

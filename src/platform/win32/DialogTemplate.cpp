@@ -26,7 +26,7 @@ DialogTemplate::DialogTemplate(DWORD style, UnitRect place, std::wstring_view ca
 }
 
 void DialogTemplate::Add(const DialogControl& control) {
-  if (words.size() % 2 != 0) Append(kNone);  // each begins at a multiple of four bytes
+  if (oWords.size() % 2 != 0) Append(kNone);  // each begins at a multiple of four bytes
   Append(control.style | WS_CHILD | WS_VISIBLE);
   Append(control.extendedStyle);
   Append(control.place);
@@ -35,7 +35,7 @@ void DialogTemplate::Add(const DialogControl& control) {
   Append(static_cast<WORD>(control.kind));
   Append(control.text);
   Append(kNone);  // data
-  ++words[kCountAt];
+  ++oWords[kCountAt];
 }
 
 void DialogTemplate::Append(DWORD value) {
@@ -50,7 +50,7 @@ void DialogTemplate::Append(const UnitRect& place) {
 }
 
 void DialogTemplate::Append(std::wstring_view text) {
-  words.insert(words.end(), text.begin(), text.end());
+  oWords.insert(oWords.end(), text.begin(), text.end());
   Append(kNone);
 }
 

@@ -32,15 +32,15 @@ class DialogTemplate {
   /// The controls in the order of the Tab key.
   void Add(const DialogControl& control);
   /// Valid until the next Add.
-  const DLGTEMPLATE* Get() const { return reinterpret_cast<const DLGTEMPLATE*>(words.data()); }
+  const DLGTEMPLATE* Get() const { return reinterpret_cast<const DLGTEMPLATE*>(oWords.data()); }
 
  private:
-  void Append(WORD word) { words.push_back(word); }
+  void Append(WORD word) { oWords.push_back(word); }
   void Append(DWORD value);
   void Append(const UnitRect& place);
   void Append(std::wstring_view text);
 
-  std::vector<WORD> words;
+  std::vector<WORD> oWords;
 };
 
 }  // namespace ostrel::platform

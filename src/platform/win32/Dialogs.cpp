@@ -24,18 +24,18 @@ constexpr std::size_t kLongestPath = 32768;
 /// The clipboard while this program holds it.
 class HeldClipboard {
  public:
-  explicit HeldClipboard(HWND owner) : opened(OpenClipboard(owner) != FALSE) {}
+  explicit HeldClipboard(HWND owner) : bOpened(OpenClipboard(owner) != FALSE) {}
   ~HeldClipboard() {
-    if (opened) CloseClipboard();
+    if (bOpened) CloseClipboard();
   }
   HeldClipboard(const HeldClipboard&) = delete;
   HeldClipboard& operator=(const HeldClipboard&) = delete;
 
-  bool IsHeld() const { return opened; }
+  bool IsHeld() const { return bOpened; }
   bool Set(std::wstring_view text);
 
  private:
-  bool opened;
+  bool bOpened;
 };
 
 /// The memory is the system's from the moment that it took it.

@@ -64,10 +64,10 @@ class Loop {
   void Dispatch(MSG& message);
 
   HWND oWindow = nullptr;
-  LoopClock::time_point armedFor = kForEver;
+  LoopClock::time_point dArmedFor = kForEver;
   /// The message that this loop has dispatched, until its handlers begin: nested loops' differ.
   HWND oDispatchedTo = nullptr;
-  UINT dispatched = 0;
+  UINT iDispatched = 0;
 };
 
 Loop& TheLoop() {
@@ -92,7 +92,7 @@ LRESULT CALLBACK Loop::OnMessage(HWND window, UINT message, WPARAM wParam, LPARA
 }
 
 void Loop::OnTickTimer() {
-  armedFor = kForEver;
+  dArmedFor = kForEver;
   TimersChanged();
 }
 
@@ -106,7 +106,7 @@ void Loop::Tick() noexcept {
 
 /// After a message of this loop's own the loop looks at the timers by itself.
 void Loop::RunHandlers(HWND window, UINT message, HandlerRef run) noexcept {
-  const bool own = window == oDispatchedTo && message == dispatched;
+  const bool own = window == oDispatchedTo && message == iDispatched;
   oDispatchedTo = nullptr;
   if (own) return run();
   ++handlers;
@@ -118,8 +118,8 @@ void Loop::RunHandlers(HWND window, UINT message, HandlerRef run) noexcept {
 /// Sets the system timer for the next tick.
 void Loop::TimersChanged() {
   const auto next = oTimers.NextDue();
-  if (next == armedFor) return;
-  armedFor = next;
+  if (next == dArmedFor) return;
+  dArmedFor = next;
   if (next == kForEver) {
     KillTimer(oWindow, kTickTimer);
   } else {
@@ -142,7 +142,7 @@ bool Loop::DispatchOne() {
 
 void Loop::Dispatch(MSG& message) {
   oDispatchedTo = message.hwnd;
-  dispatched = message.message;
+  iDispatched = message.message;
   ++handlers;
   if (!IsDialogKey(message)) {
     TranslateMessage(&message);

@@ -71,16 +71,16 @@ UINT RestoreRequest() {
 }
 
 FrameWindow::FrameWindow(const ApplicationWindowDescription& description)
-    : title(ToWide(description.title)),
-      notice(ToWide(description.notice)),
+    : sTitle(ToWide(description.title)),
+      sNotice(ToWide(description.notice)),
       oMenu(description.menus),
-      shownNext(StateAskedFor()) {
+      iShownNext(StateAskedFor()) {
   const std::wstring caption = ToWide(description.caption);
   Create({.className = L"OstrelServerWindow", .caption = caption.c_str(), .style = kStyle});
   SetMenu(Handle(), oMenu.Handle());
   oList.Create(Handle(), kListControl);
-  hNotice = CreateWindowExW(0, L"STATIC", notice.c_str(), WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0, 0,
-                            0, 0, Handle(), reinterpret_cast<HMENU>(INT_PTR{kNoticeControl}),
+  hNotice = CreateWindowExW(0, L"STATIC", sNotice.c_str(), WS_CHILD | WS_VISIBLE | SS_NOPREFIX, 0,
+                            0, 0, 0, Handle(), reinterpret_cast<HMENU>(INT_PTR{kNoticeControl}),
                             GetModuleHandleW(nullptr), nullptr);
   AllowFromEverybody(Handle(), platform::RestoreRequest());
   AdoptFont();
@@ -137,7 +137,7 @@ void FrameWindow::ShowMessage(TextView text) { AskInMessageBox(text, MB_OK); }
 
 int FrameWindow::AskInMessageBox(TextView text, UINT style) const {
   const std::wstring shown = ToWide(text.substr(0, kLongestMessage));
-  return MessageBoxW(DialogOwner(), shown.c_str(), title.c_str(), style | MB_SETFOREGROUND);
+  return MessageBoxW(DialogOwner(), shown.c_str(), sTitle.c_str(), style | MB_SETFOREGROUND);
 }
 
 HWND FrameWindow::DialogOwner() const { return IsWindowVisible(Handle()) ? Handle() : nullptr; }
@@ -154,25 +154,25 @@ void FrameWindow::Show() {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof placement;
   GetWindowPlacement(Handle(), &placement);
-  placement.showCmd = CommandFor(shownNext);
+  placement.showCmd = CommandFor(iShownNext);
   SetWindowPlacement(Handle(), &placement);
 }
 
 void FrameWindow::Hide() {
   if (!IsWindowVisible(Handle())) return;
-  shownNext = State();
+  iShownNext = State();
   ShowWindow(Handle(), SW_HIDE);
 }
 
 WindowState FrameWindow::State() const {
-  if (!IsWindowVisible(Handle())) return shownNext;
+  if (!IsWindowVisible(Handle())) return iShownNext;
   if (IsIconic(Handle())) return WindowState::kMinimised;
   return IsZoomed(Handle()) ? WindowState::kMaximised : WindowState::kNormal;
 }
 
 void FrameWindow::SetState(WindowState state) {
   if (!IsWindowVisible(Handle())) {
-    shownNext = state;
+    iShownNext = state;
   } else if (state != State()) {
     ShowWindow(Handle(), static_cast<int>(CommandFor(state)));
   }
@@ -199,9 +199,9 @@ void FrameWindow::FitStatusList() {
 
 int FrameWindow::NoticeHeight(int width) const {
   const HDC screen = GetDC(hNotice);
-  const HGDIOBJ previous = SelectObject(screen, font.get());
+  const HGDIOBJ previous = SelectObject(screen, oFont.get());
   RECT area{0, 0, width, 0};
-  DrawTextW(screen, notice.c_str(), static_cast<int>(notice.size()), &area,
+  DrawTextW(screen, sNotice.c_str(), static_cast<int>(sNotice.size()), &area,
             DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
   SelectObject(screen, previous);
   ReleaseDC(hNotice, screen);
@@ -213,7 +213,7 @@ void FrameWindow::AdoptFont() {
   UniqueFont next = MakeMessageFont(dpi);
   oList.SetFont(next.get());
   SendMessageW(hNotice, WM_SETFONT, reinterpret_cast<WPARAM>(next.get()), TRUE);
-  font = std::move(next);
+  oFont = std::move(next);
   SetWindowIcons(Handle(), dpi);
 }
 

@@ -41,7 +41,7 @@ class FrameWindow : public ApplicationWindow, public OwnWindow {
   /// A message box with the application's title, over this window when it is seen; the system's
   /// answer (IDOK ...), 0 when there was none.
   int AskInMessageBox(TextView text, UINT style) const;
-  const std::wstring& Title() const { return title; }
+  const std::wstring& Title() const { return sTitle; }
   /// The owner of dialogs: this window; null while it is hidden.
   HWND DialogOwner() const;
 
@@ -69,13 +69,13 @@ class FrameWindow : public ApplicationWindow, public OwnWindow {
   void AdoptFont();
   int NoticeHeight(int width) const;
 
-  std::wstring title;
-  std::wstring notice;
+  std::wstring sTitle;
+  std::wstring sNotice;
   MenuBar oMenu;
   StatusListBox oList;
   HWND hNotice = nullptr;
-  UniqueFont font;
-  WindowState shownNext = WindowState::kNormal;  // while hidden
+  UniqueFont oFont;
+  WindowState iShownNext = WindowState::kNormal;  // while hidden
   SessionEnd oSessionEnd;
 };
 

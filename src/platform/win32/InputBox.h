@@ -23,8 +23,8 @@ class InputBox : private DialogWindow {
   bool OnInitDialog();
   bool OnCommand(int id);
 
-  std::wstring title, prompt, text;
-  bool entered = false;
+  std::wstring sTitle, sPrompt, sText;
+  bool bEntered = false;
 };
 
 }  // namespace ostrel::platform

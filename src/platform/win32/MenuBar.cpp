@@ -22,10 +22,10 @@ void Empty(HMENU menu) {
 MenuBar::MenuBar(const std::vector<MenuDescription>& menus) : hBar(CreateMenu()) {
   for (const MenuDescription& menu : menus) {
     UniqueMenu popup(menu.parent == 0 ? CreatePopupMenu() : nullptr);
-    entries.push_back({menu.id, menu.parent, ToWide(menu.caption), std::move(popup)});
+    oEntries.push_back({menu.id, menu.parent, ToWide(menu.caption), std::move(popup)});
   }
   Fill(0);
-  for (const Entry& entry : entries) {
+  for (const Entry& entry : oEntries) {
     if (entry.parent == 0) Fill(entry.id);
   }
 }
@@ -34,13 +34,13 @@ MenuBar::MenuBar(const std::vector<MenuDescription>& menus) : hBar(CreateMenu())
 MenuBar::~MenuBar() { Empty(hBar.get()); }
 
 MenuBar::Entry* MenuBar::Find(MenuId item) {
-  const auto found = std::find_if(entries.begin(), entries.end(),
+  const auto found = std::find_if(oEntries.begin(), oEntries.end(),
                                   [item](const Entry& entry) { return entry.id == item; });
-  return found == entries.end() ? nullptr : &*found;
+  return found == oEntries.end() ? nullptr : &*found;
 }
 
 HMENU MenuBar::PopupOf(MenuId parent) const {
-  for (const Entry& entry : entries) {
+  for (const Entry& entry : oEntries) {
     if (entry.id == parent) return entry.popup.get();
   }
   return hBar.get();
@@ -49,7 +49,7 @@ HMENU MenuBar::PopupOf(MenuId parent) const {
 void MenuBar::Fill(MenuId parent) {
   const HMENU menu = PopupOf(parent);
   Empty(menu);
-  for (const Entry& entry : entries) {
+  for (const Entry& entry : oEntries) {
     if (entry.parent != parent || !entry.visible) continue;
     if (entry.popup != nullptr) {
       AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(entry.popup.get()),
@@ -93,14 +93,14 @@ void MenuBar::SetVisible(MenuId item, bool visible) {
 }
 
 std::optional<MenuId> MenuBar::ItemOfCommand(UINT command) const {
-  for (const Entry& entry : entries) {
+  for (const Entry& entry : oEntries) {
     if (entry.popup == nullptr && CommandOf(entry.id) == command) return entry.id;
   }
   return std::nullopt;
 }
 
 std::optional<MenuId> MenuBar::MenuOfPopup(HMENU popup) const {
-  for (const Entry& entry : entries) {
+  for (const Entry& entry : oEntries) {
     if (entry.popup != nullptr && entry.popup.get() == popup) return entry.id;
   }
   return std::nullopt;

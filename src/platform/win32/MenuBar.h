@@ -48,7 +48,7 @@ class MenuBar {
   void SetState(const Entry& entry) const;
 
   UniqueMenu hBar;
-  std::vector<Entry> entries;
+  std::vector<Entry> oEntries;
 };
 
 }  // namespace ostrel::platform

@@ -51,13 +51,13 @@ class TrayWindow : public NotifyIcon, public OwnWindow {
   MessageResult OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   int TrackAtCursor(HMENU menu) const;
 
-  const UINT shellStarted = RegisterWindowMessageW(L"TaskbarCreated");
-  UINT callbackMessage = 0;
+  const UINT iShellStarted = RegisterWindowMessageW(L"TaskbarCreated");
+  UINT iCallbackMessage = 0;
 };
 
 TrayWindow::TrayWindow() {
   Create({.className = L"OstrelTrayIcon", .extendedStyle = WS_EX_TOOLWINDOW});
-  AllowFromEverybody(Handle(), shellStarted);
+  AllowFromEverybody(Handle(), iShellStarted);
 }
 
 bool TrayWindow::Notify(Operation operation, const NotifyIconRecord& record) {
@@ -69,16 +69,16 @@ bool TrayWindow::Notify(Operation operation, const NotifyIconRecord& record) {
   data.uCallbackMessage = record.callbackMessage;
   data.hIcon = reinterpret_cast<HICON>(record.icon);
   FillTip(data.szTip, record.tip);
-  if ((record.flags & NotifyIconRecord::kMessage) != 0) callbackMessage = record.callbackMessage;
+  if ((record.flags & NotifyIconRecord::kMessage) != 0) iCallbackMessage = record.callbackMessage;
   return Shell_NotifyIconA(static_cast<DWORD>(operation), &data) != FALSE;
 }
 
 MessageResult TrayWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == shellStarted) {
+  if (message == iShellStarted) {
     if (ShellStarted) Raise(message, ShellStarted);
     return 0;
   }
-  if (message != callbackMessage || callbackMessage == 0) return std::nullopt;
+  if (message != iCallbackMessage || iCallbackMessage == 0) return std::nullopt;
   if (wParam != kIconId || !Notified) return 0;
   Raise(message, [&] { Notified(static_cast<std::uint32_t>(lParam)); });
   return 0;

@@ -25,7 +25,7 @@ class SystemProcesses : public Processes {
 
  private:
   /// As long as this handle is held, the system gives the number to no other process.
-  std::map<ProcessId, UniqueHandle> started;
+  std::map<ProcessId, UniqueHandle> oStarted;
 };
 
 ProcessId SystemProcesses::StartProgram(TextView command, std::int16_t windowStyle) {
@@ -40,7 +40,7 @@ ProcessId SystemProcesses::StartProgram(TextView command, std::int16_t windowSty
     return 0;
   }
   const UniqueHandle thread(process.hThread);
-  started[process.dwProcessId].reset(process.hProcess);
+  oStarted[process.dwProcessId].reset(process.hProcess);
   return process.dwProcessId;
 }
 
@@ -57,7 +57,7 @@ bool SystemProcesses::HasEnded(ProcessId process) {
   const UniqueHandle opened(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, process));
   DWORD exitCode = 0;
   const bool runs = opened && GetExitCodeProcess(opened.get(), &exitCode) && exitCode == kStillRuns;
-  if (!runs) started.erase(process);
+  if (!runs) oStarted.erase(process);
   return !runs;
 }
 

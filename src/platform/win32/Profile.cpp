@@ -58,26 +58,26 @@ class ReadableFile {
     for (int attempt = 1; !Open(path) && attempt < kAttempts; ++attempt) Sleep(kPause);
   }
   ~ReadableFile() {
-    if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
+    if (hFile != INVALID_HANDLE_VALUE) CloseHandle(hFile);
   }
   ReadableFile(const ReadableFile&) = delete;
   ReadableFile& operator=(const ReadableFile&) = delete;
 
-  bool IsMissing() const { return error == kFileNotFound || error == kPathNotFound; }
-  int Error() const { return error; }
+  bool IsMissing() const { return iError == kFileNotFound || iError == kPathNotFound; }
+  int Error() const { return iError; }
 
  private:
   // Whether another attempt is needless.
   bool Open(TextView path) {
-    handle = CreateFileW(SystemPath(path).c_str(), GENERIC_READ,
-                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    error = handle == INVALID_HANDLE_VALUE ? LastErrorNumber() : 0;
-    return error == 0 || IsMissing();
+    hFile = CreateFileW(SystemPath(path).c_str(), GENERIC_READ,
+                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    iError = hFile == INVALID_HANDLE_VALUE ? LastErrorNumber() : 0;
+    return iError == 0 || IsMissing();
   }
 
-  HANDLE handle = INVALID_HANDLE_VALUE;
-  int error = 0;
+  HANDLE hFile = INVALID_HANDLE_VALUE;
+  int iError = 0;
 };
 
 // Runs `read` with a buffer that has room for a byte more than asked for, by which a cut result is
@@ -103,7 +103,7 @@ int ReadProfileValue(TextView path, std::string_view section, std::string_view k
     value.assign(size + 1, '\0');
     value.resize(GetPrivateProfileStringA(std::string(section).c_str(), std::string(key).c_str(),
                                           std::string(fallback).c_str(), value.data(),
-                                          static_cast<DWORD>(size + 1), file));
+                                          static_cast<DWORD>(value.size()), file));
   });
 }
 
@@ -113,7 +113,7 @@ int ReadProfileSection(TextView path, std::string_view section, std::size_t size
   return ReadFrom(path, size - 2, entries, [&](const char* file) {
     entries.assign(size + 1, '\0');
     entries.resize(GetPrivateProfileSectionA(std::string(section).c_str(), entries.data(),
-                                             static_cast<DWORD>(size + 1), file));
+                                             static_cast<DWORD>(entries.size()), file));
   });
 }
 

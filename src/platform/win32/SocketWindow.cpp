@@ -60,8 +60,8 @@ SocketWindow::SocketWindow()
 SocketWindow::~SocketWindow() { Destroy(); }
 
 void SocketWindow::RegisterMessages() {
-  resolveMessage = RegisterWindowMessageA("Ostrel.ResolveMessage");
-  socketMessage = RegisterWindowMessageA("Ostrel.WinsockMessage");
+  iResolveMessage = RegisterWindowMessageA("Ostrel.ResolveMessage");
+  iSocketMessage = RegisterWindowMessageA("Ostrel.WinsockMessage");
 }
 
 bool SocketWindow::Create(SocketSink& sink) {
@@ -80,11 +80,11 @@ void SocketWindow::Destroy() {
     DestroyWindow(std::exchange(oWindow, nullptr));
   }
   oSink = nullptr;
-  lookUps.clear();
+  oLookUps.clear();
 }
 
 int SocketWindow::Select(SocketHandle socket) {
-  const int result = WSAAsyncSelect(SystemSocket(socket), oWindow, socketMessage, kAllEvents);
+  const int result = WSAAsyncSelect(SystemSocket(socket), oWindow, iSocketMessage, kAllEvents);
   return result == 0 ? 0 : WSAGetLastError();
 }
 
@@ -94,23 +94,23 @@ int SocketWindow::Unselect(SocketHandle socket) {
 
 SocketResult<LookUpHandle> SocketWindow::StartLookUp(const std::string& host) {
   auto reply = std::make_unique<LookUpReply>();
-  const HANDLE started = WSAAsyncGetHostByName(oWindow, resolveMessage, host.c_str(),
+  const HANDLE started = WSAAsyncGetHostByName(oWindow, iResolveMessage, host.c_str(),
                                                reply->bytes.data(), MAXGETHOSTSTRUCT);
   if (started == nullptr) {
     return {0, WSAGetLastError()};
   }
   const auto lookUp = static_cast<LookUpHandle>(reinterpret_cast<std::intptr_t>(started));
-  lookUps[lookUp] = std::move(reply);
+  oLookUps[lookUp] = std::move(reply);
   return {lookUp, 0};
 }
 
 /// A reply that can no longer be called back is kept until it has come.
 void SocketWindow::CancelLookUp(LookUpHandle lookUp) {
-  if (WSACancelAsyncRequest(LookUpToSystem(lookUp)) == 0) lookUps.erase(lookUp);
+  if (WSACancelAsyncRequest(LookUpToSystem(lookUp)) == 0) oLookUps.erase(lookUp);
 }
 
 void SocketWindow::Opened(SocketHandle socket, bool awaitsConnection) {
-  sockets[socket] = {.awaitsConnection = awaitsConnection};
+  oSockets[socket] = {.awaitsConnection = awaitsConnection};
 }
 
 void SocketWindow::Connecting(SocketHandle handle) {
@@ -137,31 +137,31 @@ void SocketWindow::Received(SocketHandle handle) {
 }
 
 void SocketWindow::PauseAccepting(SocketHandle listener) {
-  unposted.emplace_back(listener, FD_ACCEPT);
+  oUnposted.emplace_back(listener, FD_ACCEPT);
   tmrUnposted.SetEnabled(true);
 }
 
 void SocketWindow::PostUnposted() {
   tmrUnposted.SetEnabled(false);
-  for (const auto& [handle, event] : std::exchange(unposted, {})) Post(handle, event);
+  for (const auto& [handle, event] : std::exchange(oUnposted, {})) Post(handle, event);
 }
 
 void SocketWindow::Closed(SocketHandle socket) {
-  sockets.erase(socket);
-  std::erase_if(unposted, [=](const auto& one) { return one.first == socket; });
+  oSockets.erase(socket);
+  std::erase_if(oUnposted, [=](const auto& one) { return one.first == socket; });
   PostUnposted();
 }
 
 SocketWindow::Socket* SocketWindow::Find(SocketHandle handle) {
-  const auto found = sockets.find(handle);
-  return found == sockets.end() ? nullptr : &found->second;
+  const auto found = oSockets.find(handle);
+  return found == oSockets.end() ? nullptr : &found->second;
 }
 
 /// A message that does not fit into a full queue is kept: nobody would tell of its event again.
 void SocketWindow::Post(SocketHandle handle, int event) {
   const auto socket = static_cast<WPARAM>(handle);
-  if (!PostToQueue(oWindow, socketMessage, socket, MAKELPARAM(event, 0))) {
-    unposted.emplace_back(handle, event);
+  if (!PostToQueue(oWindow, iSocketMessage, socket, MAKELPARAM(event, 0))) {
+    oUnposted.emplace_back(handle, event);
     tmrUnposted.SetEnabled(true);
   }
 }
@@ -172,7 +172,7 @@ void SocketWindow::Announce(SocketHandle handle, SocketEvent event, int error) {
 
 LRESULT CALLBACK SocketWindow::OnMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   SocketWindow& own = TheSocketWindow();
-  if (message != own.socketMessage && message != own.resolveMessage) {
+  if (message != own.iSocketMessage && message != own.iResolveMessage) {
     return CallWindowProcA(own.oPreviousProcedure, window, message, wParam, lParam);
   }
   RunHandlers(window, message, [&] { own.OnNotification(message, wParam, lParam); });
@@ -180,7 +180,7 @@ LRESULT CALLBACK SocketWindow::OnMessage(HWND window, UINT message, WPARAM wPara
 }
 
 void SocketWindow::OnNotification(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == socketMessage) {
+  if (message == iSocketMessage) {
     const auto handle = static_cast<SocketHandle>(wParam);
     OnSocketMessage(handle, WSAGETSELECTEVENT(lParam), WSAGETSELECTERROR(lParam));
   } else {
@@ -220,10 +220,10 @@ void SocketWindow::OnClose(SocketHandle handle, Socket& socket, int error) {
 }
 
 void SocketWindow::OnLookUpMessage(LookUpHandle lookUp, int error) {
-  const auto found = lookUps.find(lookUp);
-  if (found == lookUps.end()) return;
+  const auto found = oLookUps.find(lookUp);
+  if (found == oLookUps.end()) return;
   const auto reply = std::move(found->second);
-  lookUps.erase(found);
+  oLookUps.erase(found);
   if (oSink != nullptr) {
     oSink->OnLookUp(lookUp, error, error == 0 ? FirstAddress(reply->bytes.data()) : 0);
   }

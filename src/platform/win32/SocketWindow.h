@@ -76,14 +76,14 @@ class SocketWindow {
 
   HWND oWindow = nullptr;
   WNDPROC oPreviousProcedure = nullptr;
-  UINT resolveMessage = 0;
-  UINT socketMessage = 0;
+  UINT iResolveMessage = 0;
+  UINT iSocketMessage = 0;
   SocketSink* oSink = nullptr;
-  std::unordered_map<SocketHandle, Socket> sockets;
-  std::map<LookUpHandle, std::unique_ptr<LookUpReply>> lookUps;
+  std::unordered_map<SocketHandle, Socket> oSockets;
+  std::map<LookUpHandle, std::unique_ptr<LookUpReply>> oLookUps;
   /// Events for which the queue had no room, and listeners for whose connection there was no
   /// handle.
-  std::deque<std::pair<SocketHandle, int>> unposted;
+  std::deque<std::pair<SocketHandle, int>> oUnposted;
   Timer tmrUnposted;
 };
 

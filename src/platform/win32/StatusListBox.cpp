@@ -28,14 +28,14 @@ void StatusListBox::Insert(int index, TextView line) {
   const LRESULT at = SendMessageW(hList, LB_INSERTSTRING, static_cast<WPARAM>(index),
                                   reinterpret_cast<LPARAM>(text.c_str()));
   if (at < 0) return;
-  widths.insert(widths.begin() + static_cast<std::ptrdiff_t>(at), WidthOf(text));
+  oWidths.insert(oWidths.begin() + static_cast<std::ptrdiff_t>(at), WidthOf(text));
   UpdateExtent();
   if (top > 0 && at <= top) SendMessageW(hList, LB_SETTOPINDEX, static_cast<WPARAM>(top) + 1, 0);
 }
 
 void StatusListBox::Remove(int index) {
   if (SendMessageW(hList, LB_DELETESTRING, static_cast<WPARAM>(index), 0) < 0) return;
-  widths.erase(widths.begin() + index);
+  oWidths.erase(oWidths.begin() + index);
   UpdateExtent();
 }
 
@@ -43,7 +43,7 @@ void StatusListBox::SetFont(HFONT font) {
   hFont = font;
   SendMessageW(hList, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
   int index = 0;
-  for (int& width : widths) width = WidthOf(ToWide(LineAt(index++)));
+  for (int& width : oWidths) width = WidthOf(ToWide(LineAt(index++)));
   UpdateExtent();
 }
 
@@ -74,9 +74,9 @@ int StatusListBox::WidthOf(const std::wstring& line) const {
 }
 
 void StatusListBox::UpdateExtent() {
-  const auto longest = std::max_element(widths.begin(), widths.end());
+  const auto longest = std::max_element(oWidths.begin(), oWidths.end());
   const int margin = 2 * GetSystemMetrics(SM_CXEDGE) + 4;
-  const int extent = longest == widths.end() ? 0 : *longest + margin;
+  const int extent = longest == oWidths.end() ? 0 : *longest + margin;
   SendMessageW(hList, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(extent), 0);
 }
 

@@ -30,7 +30,7 @@ class StatusListBox {
 
   HWND hList = nullptr;
   HFONT hFont = nullptr;
-  std::deque<int> widths;  // pixels, a line each
+  std::deque<int> oWidths;  // pixels, a line each
 };
 
 }  // namespace ostrel::platform

@@ -80,7 +80,7 @@ class TextDialog : public TextForm, private DialogWindow {
   SIZE LabelSize() const;
 
   TextFormDescription oDescription;
-  std::wstring text;
+  std::wstring sText;
 };
 
 /// The system presses the button of this number at Escape.
@@ -119,7 +119,7 @@ void TextDialog::SetCaption(TextView caption) {
 }
 
 void TextDialog::SetText(TextView shown) {
-  text = WithShortLines(shown);
+  sText = WithShortLines(shown);
   if (IsOpen()) ShowText();
 }
 
@@ -130,7 +130,7 @@ void TextDialog::Show() {
 }
 
 void TextDialog::ShowText() {
-  SetWindowTextW(Control(kTextControl), text.c_str());
+  SetWindowTextW(Control(kTextControl), sText.c_str());
   if (!IsReport()) FitAbout();
 }
 
@@ -226,7 +226,7 @@ SIZE TextDialog::LabelSize() const {
   const auto font = reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0));
   const HGDIOBJ previous = SelectObject(screen, font);
   RECT area{0, 0, FromUnits(kLongestLabel, 0).cx, 0};
-  DrawTextW(screen, text.c_str(), static_cast<int>(text.size()), &area,
+  DrawTextW(screen, sText.c_str(), static_cast<int>(sText.size()), &area,
             DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
   SelectObject(screen, previous);
   ReleaseDC(label, screen);

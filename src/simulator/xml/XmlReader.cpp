@@ -37,20 +37,20 @@ std::string QualifiedName(const xmlChar* prefix, const xmlChar* name) {
 class TreeBuilder {
  public:
   TreeBuilder(std::size_t maxElements, XmlDocument& document)
-      : elementsLeft(maxElements), oDocument(document) {}
+      : lElementsLeft(maxElements), oDocument(document) {}
 
   void Attach(xmlParserCtxtPtr parser) { oParser = parser; }
-  XmlFault Fault() const { return fault; }
-  bool Complete() const { return fault == XmlFault::kNone && hasRoot && oOpen.empty(); }
+  XmlFault Fault() const { return iFault; }
+  bool Complete() const { return iFault == XmlFault::kNone && bHasRoot && oOpen.empty(); }
 
   void Refuse(XmlFault why) {
-    if (fault == XmlFault::kNone) fault = why;
+    if (iFault == XmlFault::kNone) iFault = why;
     if (oParser) xmlStopParser(oParser);
   }
 
   template <class Event>
   void Guard(Event event) noexcept {
-    if (fault != XmlFault::kNone) return;
+    if (iFault != XmlFault::kNone) return;
     try {
       event();
     } catch (const std::bad_alloc&) {
@@ -60,10 +60,10 @@ class TreeBuilder {
 
   void Start(std::string name, const xmlChar** attributes, int count) {
     if (oOpen.size() >= kMaxDepth) return Refuse(XmlFault::kMalformed);
-    if (elementsLeft-- == 0) return Refuse(XmlFault::kTooLarge);
+    if (lElementsLeft-- == 0) return Refuse(XmlFault::kTooLarge);
     if (!oOpen.empty() && Trimmed(oOpen.back()->text).empty()) oOpen.back()->text.clear();
     Element& element = oOpen.empty() ? oDocument.root : oOpen.back()->children.emplace_back();
-    hasRoot = true;
+    bHasRoot = true;
     element.name = std::move(name);
     AddAttributes(element, attributes, count);
     oOpen.push_back(&element);
@@ -86,7 +86,7 @@ class TreeBuilder {
   }
 
   void AddInstruction(std::string_view target, std::string_view data) {
-    if (hasRoot) return;
+    if (bHasRoot) return;
     if (oDocument.instructions.size() >= kMaxInstructions) return Refuse(XmlFault::kMalformed);
     oDocument.instructions.push_back({std::string(target), std::string(data)});
   }
@@ -102,14 +102,14 @@ class TreeBuilder {
     }
   }
 
-  std::size_t elementsLeft;
+  std::size_t lElementsLeft;
   XmlDocument& oDocument;
   xmlParserCtxtPtr oParser = nullptr;
   // The path from the root; an element's address is stable while it is open, because only its
   // innermost open element gets children.
   std::vector<Element*> oOpen;
-  bool hasRoot = false;
-  XmlFault fault = XmlFault::kNone;
+  bool bHasRoot = false;
+  XmlFault iFault = XmlFault::kNone;
 };
 
 TreeBuilder& Builder(void* context) { return *static_cast<TreeBuilder*>(context); }

@@ -46,8 +46,8 @@ void AppendNumbers(std::string& xml, std::string_view run) {
 }  // namespace
 
 void XmlWriter::Prolog() {
-  sXml += xmlForm == XmlForm::kResponse ? "<?xml version=\"1.0\" ?>\n"
-                                        : "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+  sXml += iForm == XmlForm::kResponse ? "<?xml version=\"1.0\" ?>\n"
+                                      : "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
 }
 
 void XmlWriter::Open(std::string_view name, std::span<const Attribute> attributes) {
@@ -102,18 +102,18 @@ void XmlWriter::StartTag(std::string_view name, std::span<const Attribute> attri
 }
 
 void XmlWriter::RequireRoom(std::size_t bytes) const {
-  const bool room = xmlForm == XmlForm::kFile || sXml.size() + bytes <= kMaxResponseBytes;
+  const bool room = iForm == XmlForm::kFile || sXml.size() + bytes <= kMaxResponseBytes;
   if (!room) Fail(Hresult::kNotEnoughMemory);
 }
 
 void XmlWriter::Indent() {
-  if (xmlForm == XmlForm::kFile) sXml.append(2 * sOpenNames.size(), ' ');
+  if (iForm == XmlForm::kFile) sXml.append(2 * sOpenNames.size(), ' ');
 }
 
 void XmlWriter::Escaped(std::string_view text, bool inAttribute) {
   for (std::size_t i = 0; i < text.size();) {
-    if (xmlForm == XmlForm::kFile || IsAscii(text[i])) {
-      const std::string_view reference = Reference(text[i], inAttribute, xmlForm == XmlForm::kFile);
+    if (iForm == XmlForm::kFile || IsAscii(text[i])) {
+      const std::string_view reference = Reference(text[i], inAttribute, iForm == XmlForm::kFile);
       reference.empty() ? sXml.push_back(text[i]) : static_cast<void>(sXml.append(reference));
       ++i;
       continue;

@@ -21,7 +21,7 @@ inline constexpr std::size_t kMaxResponseBytes = 128 * 1024 * 1024;
 /// Raises the request processor's kNotEnoughMemory as soon as a response is longer than that.
 class XmlWriter {
  public:
-  explicit XmlWriter(XmlForm form) : xmlForm(form) {}
+  explicit XmlWriter(XmlForm form) : iForm(form) {}
 
   void Prolog();
   void Open(std::string_view name, std::span<const Attribute> attributes = {});
@@ -46,7 +46,7 @@ class XmlWriter {
   void Indent();
   void Escaped(std::string_view text, bool inAttribute);
 
-  XmlForm xmlForm;
+  XmlForm iForm;
   std::string sXml;
   std::vector<std::string> sOpenNames;
 };
