@@ -27,20 +27,25 @@ std::wstring ClassPath(const CLSID& classId) {
   return std::wstring(L"CLSID\\") + text;
 }
 
+DWORD BytesOf(std::size_t characters) {
+  return static_cast<DWORD>(characters) * DWORD{sizeof(wchar_t)};
+}
+
 std::optional<std::wstring> ReadValue(HKEY key, const std::wstring& path) {
   DWORD size = 0;
   constexpr DWORD kTexts = RRF_RT_REG_SZ;  // others are expanded to it
   if (RegGetValueW(key, path.c_str(), nullptr, kTexts, nullptr, nullptr, &size) != 0) return {};
   std::wstring value(size / sizeof(wchar_t) + 1, L'\0');
-  size = static_cast<DWORD>(value.size() * sizeof(wchar_t));
-  if (RegGetValueW(key, path.c_str(), nullptr, kTexts, nullptr, value.data(), &size) != 0)
-    return {};
+  size = BytesOf(value.size());
+  const LSTATUS error =
+      RegGetValueW(key, path.c_str(), nullptr, kTexts, nullptr, value.data(), &size);
+  if (error != 0) return {};
   value.resize(value.find(L'\0'));
   return value;
 }
 
 LSTATUS WriteValue(HKEY key, const std::wstring& path, const std::wstring& value) {
-  const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+  const DWORD size = BytesOf(value.size() + 1);
   return RegSetKeyValueW(key, path.c_str(), nullptr, REG_SZ, value.c_str(), size);
 }
 
@@ -82,7 +87,7 @@ std::wstring LocalServerPath(const CLSID& classId) {
 
 // The server of another maker that clients of the class get; nothing when there is none.
 std::optional<std::wstring> ForeignServer(const CLSID& classId, const std::wstring& program) {
-  const auto library = ReadValue(HKEY_CLASSES_ROOT, ClassPath(classId) + L"\\InprocServer32");
+  auto library = ReadValue(HKEY_CLASSES_ROOT, ClassPath(classId) + L"\\InprocServer32");
   if (library) return library;
   auto server = ReadValue(HKEY_CLASSES_ROOT, LocalServerPath(classId));
   if (!server) return {};
