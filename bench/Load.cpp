@@ -9,11 +9,10 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "bench/Client.h"
 #include "bench/Figures.h"
-#include "bench/GatewayProgram.h"
 #include "bench/LoadServer.h"
 #include "bench/SampleText.h"
 #include "bench/System.h"
@@ -37,36 +36,6 @@ struct Comparison {
     figures.AtMost(what + ", time of 128 M / 64 M", Median(GatewayTwice) / Median(Gateway), 2.2,
                    "times");
   }
-};
-
-// A client of the gateway.
-class Client {
- public:
-  explicit Client(std::uint16_t port) : oConnection(port) {}
-
-  void Send(std::string_view bytes) const { oConnection.Send(bytes); }
-  void SendRequest(std::string_view text) const { Send(std::string(text) + kEndOfDataByte); }
-
-  void AwaitBeginOfResponse() const { oConnection.AwaitBytes(); }
-
-  /// Reads up to the end-of-data mark; how many bytes that were, the mark included.
-  std::size_t AwaitResponse() {
-    std::size_t total = 0;
-    for (std::size_t received;; total += received) {
-      received = oConnection.Receive(oBuffer);
-      if (received == 0) throw std::runtime_error("the gateway has closed the connection");
-      if (oBuffer[received - 1] == kEndOfDataByte) return total + received;
-    }
-  }
-
-  std::size_t Ask(std::string_view text) {
-    SendRequest(text);
-    return AwaitResponse();
-  }
-
- private:
-  Connection oConnection;
-  std::vector<char> oBuffer = std::vector<char>(256 * 1024);
 };
 
 // A client of the copying server.
@@ -223,6 +192,38 @@ void MeasureSlowReader(Figures& figures) {
                  above / static_cast<double>(kSize), 6, "B/char");
 }
 
+// Five clients with 64 M characters each on their way, of which they take nothing, beside ten whose
+// requests come without pause.
+void MeasureSilentReaders(Figures& figures) {
+  constexpr std::size_t kSilent = 5, kGood = 10, kAsked = 100;
+  const Server server;
+  std::vector<Client> silent, good;
+  for (std::size_t i = 0; i < kGood; ++i) good.push_back(server.Connect());
+  for (std::size_t i = 0; i < kSilent; ++i) {
+    good.front().Ask(Prepare(kSize));
+    silent.push_back(server.Connect());
+    silent.back().SendRequest(kHandOut);
+    silent.back().AwaitBeginOfResponse();
+  }
+  good.front().Ask(kTake);  // its turn comes when the last long response is queued whole
+  std::vector<Seconds> times;
+  for (std::size_t round = 0; round < kAsked; ++round) {
+    for (Client& client : good) client.SendRequest(kTake);
+    const auto sent = BenchClock::now();
+    for (Client& client : good) {
+      client.AwaitResponse();
+      times.emplace_back(BenchClock::now() - sent);
+    }
+  }
+  figures.AtMost("ten requests at once beside 5 x 64 M unread, 99 of 100",
+                 Percentile(times, 99).count() * 1e3, 50, "ms");
+  const std::size_t expected = BytesOfResponse(kSize);
+  for (Client& client : silent) {
+    if (client.AwaitResponse() != expected)
+      throw std::runtime_error("a response of another length");
+  }
+}
+
 // Receive, assemble, queue, one tick, request handler with QuickBooks responding at once, send.
 void MeasureSmallRequests(Figures& figures) {
   constexpr int kRequests = 1000;
@@ -241,34 +242,14 @@ void MeasureSmallRequests(Figures& figures) {
                  taken.count() * 1e3 / kRequests, 20, "ms");
 }
 
-// The real program, and nobody says anything.
-void MeasureIdleProgram(Figures& figures) {
-  constexpr std::size_t kConnections = 1000;
-  constexpr Seconds kTime(10);
-  GatewayProgram gateway;
-  gateway.Start("Watching Folder: ");
-  const ChildProcess& program = gateway.Process();
-
-  std::vector<Client> clients;
-  while (clients.size() < kConnections) clients.emplace_back(gateway.Port());
-  clients.back().Ask("CLOSEQB:");  // answered: all before it were accepted
-  const Seconds before = program.CpuTime();
-  std::this_thread::sleep_for(kTime);
-  const Seconds used = program.CpuTime() - before;
-  figures.AtMost("ostrel-server, 1,000 connections idle, share of a core", 100 * (used / kTime), 1,
-                 "%");
-  figures.AtMost("ostrel-server, 1,000 connections idle, resident memory",
-                 static_cast<double>(program.ResidentMemory()) / kMega, 64, "MB");
-}
-
 int Measure() {
   RaiseDescriptorLimit();
   Figures figures;
   MeasureResponses(figures);
   MeasureRequests(figures);
   MeasureSlowReader(figures);
+  MeasureSilentReaders(figures);
   MeasureSmallRequests(figures);
-  MeasureIdleProgram(figures);
   return figures.ExitCode();
 }
 

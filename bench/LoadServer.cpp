@@ -96,8 +96,7 @@ class LoadServer : private SocketService {
       oTransportSettings, oTrace, oGate,
       [this](Text& request, Text& response) { return ProcessRequest(request, response); },
       BorrowedSocketService::Factory(*this)};
-  // The gateway's ticks are 100 ms apart; what a request costs is the same.
-  platform::Timer oTick{std::chrono::milliseconds(1),
+  platform::Timer oTick{std::chrono::milliseconds(100),
                         [this] { oTransport.tmrSocketProcess_Timer(); }};
 };
 
@@ -116,6 +115,9 @@ LoadServer::LoadServer() {
   };
   oTransportSettings.lBlockSize = kDefaultBlockSize;
   oTransport.SwitchTicks = [this](bool on) { oTick.SetEnabled(on); };
+  oTransport.RequestQueued = oGate.Freed = [this] {
+    if (oTransport.HasRequests() && !oGate.IsBusy()) oTick.TickSoon();
+  };
 }
 
 // The port; 0 when it could not start.
