@@ -71,7 +71,9 @@ class LoadServer : private SocketService {
   }
   void StopListening() override { oServer.StopListening(); }
   void StopServer() override { oServer.StopServer(); }
-  void SendData(TextView data, std::int16_t socket) override { oServer.SendData(data, socket); }
+  void SendData(std::string_view bytes, std::int16_t socket) override {
+    oServer.SendData(AsBytes(bytes), socket);
+  }
   void CloseSocket(std::int16_t socket) override { oServer.CloseSocket(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
     return oServer.GetBytesToSend(socket);

@@ -27,4 +27,9 @@ struct DateValue {
 using SocketValue = std::variant<TextView, std::span<const std::uint8_t>, bool, std::uint8_t,
                                  std::int16_t, std::int32_t, float, double, Currency, DateValue>;
 
+/// Bytes that a text class holds, as SendData takes them.
+inline std::span<const std::uint8_t> AsBytes(std::string_view bytes) {
+  return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
+}
+
 }  // namespace ostrel

@@ -19,8 +19,8 @@ class GatewaySocketServer : public SocketService {
   bool StartServer(std::int32_t port) override;
   void StopListening() override { oSocketServer.StopListening(); }
   void StopServer() override { oSocketServer.StopServer(); }
-  void SendData(TextView data, std::int16_t socket) override {
-    oSocketServer.SendData(data, socket);
+  void SendData(std::string_view bytes, std::int16_t socket) override {
+    oSocketServer.SendData(AsBytes(bytes), socket);
   }
   void CloseSocket(std::int16_t socket) override { oSocketServer.CloseSocket(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {

@@ -28,9 +28,9 @@ class SocketService {
   /// Closes the listener and every connection, without an event for those.
   virtual void StopServer() = 0;
 
-  /// Queues the data for the connection. Never raises: Err (util/RunTimeError.h) tells afterwards
+  /// Queues the bytes for the connection. Never raises: Err (util/RunTimeError.h) tells afterwards
   /// what went wrong, number 0 for nothing. Data for which there is an error is not queued.
-  virtual void SendData(TextView data, std::int16_t socket) = 0;
+  virtual void SendData(std::string_view bytes, std::int16_t socket) = 0;
   /// Ends the connection once what is queued has gone out; done again, at once. Neither an event
   /// nor an error follows.
   virtual void CloseSocket(std::int16_t socket) = 0;

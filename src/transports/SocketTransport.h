@@ -92,8 +92,8 @@ class SocketTransport {
   void SendFailure(HeldResponse& response);
   void SendResponse(HeldResponse& response);
   bool SendBlocks(HeldResponse& response);
-  bool Send(TextView data);
-  void Queue(TextView data);
+  bool Send(std::string_view bytes);
+  void Queue(std::string_view bytes);
   void EndConnection(std::int16_t socket, TextView reason);
   void EndReply(TextView reason);
   void LetGoOfIdleClients();

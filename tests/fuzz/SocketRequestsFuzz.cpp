@@ -12,6 +12,7 @@
 #include "tests/support/BorrowedSocketService.h"
 #include "tests/unit/doubles/FakeTrace.h"
 #include "transports/SocketTransport.h"
+#include "util/CodePage.h"
 #include "util/RunTimeError.h"
 #include "util/Wire.h"
 
@@ -21,6 +22,9 @@ namespace {
 using fuzz::Require;
 
 constexpr std::int16_t kConnections = 5;
+// A letter that one byte can hold.
+constexpr char16_t OnTheWire(char16_t letter) { return static_cast<char16_t>(u'!' + letter % 90); }
+
 constexpr std::size_t kLongest = 48;
 constexpr std::int32_t kMostWaiting = 6;
 constexpr int kMostSteps = 400;
@@ -62,7 +66,7 @@ class Conversation : public SocketService {
   bool StartServer(std::int32_t) override { return true; }
   void StopListening() override {}
   void StopServer() override {}
-  void SendData(TextView data, std::int16_t socket) override {
+  void SendData(std::string_view bytes, std::int16_t socket) override {
     Err.Clear();
     Connection& connection = At(socket);
     Require(connection.bOpen, "nothing is sent to a connection that has gone");
@@ -74,7 +78,7 @@ class Conversation : public SocketService {
       Err.Set(kConnectionReset, u"SendData", u"reset");
       return;
     }
-    connection.sReceived.append(data);
+    connection.sReceived.append(BytesToText(bytes));
   }
 
   void CloseSocket(std::int16_t socket) override {
@@ -197,7 +201,7 @@ class Conversation : public SocketService {
     Require(oTransport.ActiveSocket() == oInWork->iSocket, "the request in work is the active one");
     At(oInWork->iSocket).sReceived.clear();
     bSendFailed = false;
-    sResponse = Text(3 * oInWork->lLength, oInWork->cLetter);
+    sResponse = Text(3 * oInWork->lLength, OnTheWire(oInWork->cLetter));
     response = sResponse;
     Nested();
     return 0;

@@ -21,7 +21,9 @@ class BorrowedSocketService : public SocketService {
   bool StartServer(std::int32_t port) override { return oServer.StartServer(port); }
   void StopListening() override { oServer.StopListening(); }
   void StopServer() override { oServer.StopServer(); }
-  void SendData(TextView data, std::int16_t socket) override { oServer.SendData(data, socket); }
+  void SendData(std::string_view bytes, std::int16_t socket) override {
+    oServer.SendData(bytes, socket);
+  }
   void CloseSocket(std::int16_t socket) override { oServer.CloseSocket(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
     return oServer.BytesToSend(socket);

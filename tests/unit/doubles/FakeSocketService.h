@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "transports/SocketService.h"
+#include "util/CodePage.h"
 
 namespace ostrel::doubles {
 
@@ -58,8 +59,8 @@ class FakeSocketService : public SocketService {
     ++oNetwork.iStops;
     bStarted = false;
   }
-  void SendData(TextView data, std::int16_t socket) override {
-    oNetwork.Replies.push_back({socket, Text(data)});
+  void SendData(std::string_view bytes, std::int16_t socket) override {
+    oNetwork.Replies.push_back({socket, BytesToText(bytes)});
   }
   void CloseSocket(std::int16_t) override {}
   std::size_t BytesToSend(std::int16_t socket) const override {

@@ -99,7 +99,7 @@ TEST_F(GatewaySocketServerTest, TellsWhatTheClientHasNotTaken) {
   Connect();
   Network.room = {2};
 
-  Server.SendData(u"abcde", 1);
+  Server.SendData("abcde", 1);
 
   EXPECT_EQ(Server.BytesToSend(1), 3U);
   EXPECT_EQ(Server.BytesSent(1), 2U);

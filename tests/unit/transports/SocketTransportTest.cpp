@@ -10,6 +10,7 @@
 #include "tests/support/TextMatchers.h"
 #include "tests/unit/doubles/FakeTrace.h"
 #include "transports/SocketTransport.h"
+#include "util/CodePage.h"
 #include "util/RunTimeError.h"
 
 namespace ostrel {
@@ -36,13 +37,13 @@ class FakeConnections : public SocketService {
   bool StartServer(std::int32_t) override { return true; }
   void StopListening() override {}
   void StopServer() override {}
-  void SendData(TextView data, std::int16_t socket) override {
+  void SendData(std::string_view bytes, std::int16_t socket) override {
     Err.Clear();
     if (iSendsBeforeFailure-- == 0) {
       Err.Set(iSendFailure, u"CSocket.SendData", u"Connection reset by peer");
       return;
     }
-    All.push_back({socket, Text(data)});
+    All.push_back({socket, BytesToText(bytes)});
   }
   void CloseSocket(std::int16_t socket) override { Closed.push_back(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
@@ -241,6 +242,15 @@ TEST_F(SocketTransportTest, CountsTheHeaderBeforeLineBreaksAreReplaced) {
   Tick();
 
   EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"8\u00FE", u"a\u00FEb\u00FE", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, LeavesHalvesOfLineBreaksAsTheyAre) {
+  RespondWith(u"\ra\nb\r\r\n\r\n\n\u20AC\r");
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.SentTo(1),
+              ElementsAre(u"14\u00FE", u"\ra\nb\r\u00FE\u00FE\n\u20AC\r", u"\x1F"));
 }
 
 TEST_F(SocketTransportTest, SendsALineBreakAcrossTwoBlocksUnchanged) {
