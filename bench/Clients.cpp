@@ -206,6 +206,28 @@ void MeasureConnections(Figures& figures) {
                   3000, "a second");
 }
 
+std::string AddRequest(int first, int count) {
+  std::string request = R"(<?xml version="1.0"?><?qbxml version="3.0"?><QBXML>)"
+                        R"(<QBXMLMsgsRq onError="continueOnError">)";
+  for (int i = first; i < first + count; ++i) {
+    request += "<CustomerAddRq><CustomerAdd><Name>New " + std::to_string(i) +
+               "</Name></CustomerAdd></CustomerAddRq>";
+  }
+  return request + "</QBXMLMsgsRq></QBXML>";
+}
+
+void MeasureBatch(Figures& figures, const GatewayProgram& gateway) {
+  constexpr int kCustomers = 200;
+  Client client(gateway.Port());
+  client.Ask(AddRequest(0, 1));
+  const Seconds together = TimeOf([&] { client.Ask(AddRequest(1, kCustomers)); });
+  const Seconds oneByOne = TimeOf([&] {
+    for (int i = 0; i < kCustomers; ++i) client.Ask(AddRequest(1 + kCustomers + i, 1));
+  });
+  figures.AtMost("200 customers added by one request", Milliseconds(together), 200, "ms");
+  figures.AtMost("200 customers added by 200 requests", Milliseconds(oneByOne), 1000, "ms");
+}
+
 void Measure(Figures& figures) {
   RaiseDescriptorLimit();
   MeasureConnections(figures);
@@ -214,6 +236,7 @@ void Measure(Figures& figures) {
   MeasureOneClient(figures, gateway);
   MeasureTenClients(figures, gateway);
   MeasureFloods(figures, gateway);
+  MeasureBatch(figures, gateway);
 }
 
 }  // namespace

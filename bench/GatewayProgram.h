@@ -1,5 +1,4 @@
-// ostrel-server as its users start it, in a folder of its own, with the company that lies beside
-// it.
+// ostrel-server as its users start it, in a folder of its own with a copy of the sample company.
 #pragma once
 
 #include <cstdint>

@@ -74,6 +74,7 @@ class LoadServer : private SocketService {
   void SendData(std::string_view bytes, std::int16_t socket) override {
     oServer.SendData(AsBytes(bytes), socket);
   }
+  void GatherPieces(std::int16_t socket, bool on) override { oServer.GatherPieces(socket, on); }
   void CloseSocket(std::int16_t socket) override { oServer.CloseSocket(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
     return oServer.GetBytesToSend(socket);

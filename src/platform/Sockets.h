@@ -58,10 +58,15 @@ class SocketLayer {
   virtual SocketResult<SocketHandle> Accept(SocketHandle listener) = 0;
   /// kWouldBlock: the connect notification tells how it ended.
   virtual int Connect(SocketHandle socket, SocketAddress peer) = 0;
+  /// Switched on, what is sent waits until it fills a packet, at most a fifth of a second; switched
+  /// off, all of it leaves. For a message that is sent in many pieces. Where a system cannot do so,
+  /// every piece leaves at once. Streams only; a failure changes nothing and is not told.
+  virtual void GatherPieces(SocketHandle socket, bool on) = 0;
   /// Ends the sending direction.
   virtual int ShutdownSend(SocketHandle socket) = 0;
 
-  /// Bytes accepted, which may be fewer than offered; they leave at once, however few they are. A
+  /// Bytes accepted, which may be fewer than offered; they leave at once, however few they are,
+  /// unless pieces are gathered. A
   /// datagram socket sends to `peer`, others take none. 10057 on a stream before its connect
   /// notification. Never raises a signal.
   virtual SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,

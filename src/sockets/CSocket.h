@@ -94,6 +94,8 @@ class CSocket final : public SocketOwner {
   /// queued before stays, unless the connection is lost. Raises std::bad_alloc without memory.
   void SendData(const SocketValue& vData);
   void SendString(TextView text) { SendData(text); }
+  /// From now on small pieces leave together, or, switched off, what was held back leaves.
+  void GatherPieces(bool on) { oSupport.Layer().GatherPieces(lHandle, on); }
 
   /// Takes what was received out of the buffer: the first maxLen bytes, or all of it when maxLen is
   /// 0 or more than there is. Text has one character a byte. A number takes its first bytes from

@@ -158,6 +158,10 @@ void CSocketServer::BroadcastData(const SocketValue& vData) {
   for (std::int32_t i = 1; i <= ConnectionCount(); ++i) SendTo(SocketAt(i), vData);
 }
 
+void CSocketServer::GatherPieces(std::int16_t Index, bool on) {
+  if (const auto socket = SocketAt(Index)) socket->GatherPieces(on);
+}
+
 void CSocketServer::CloseSocket(std::int16_t Index) {
   Err.Clear();
   if (const auto socket = SocketAt(Index)) {

@@ -89,6 +89,8 @@ class CSocketServer final : private ISocketServer {
   void SendData(const SocketValue& vData, std::int32_t lIndex);
   void SendString(TextView Data, std::int32_t lIndex);
   void BroadcastData(const SocketValue& vData);
+  /// As CSocket::GatherPieces.
+  void GatherPieces(std::int16_t Index, bool on);
 
   /// Ends the sending direction once all that is queued has gone out; the slot is free once the
   /// peer has closed too. Done again, it closes the connection at once.

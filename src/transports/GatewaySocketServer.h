@@ -22,6 +22,9 @@ class GatewaySocketServer : public SocketService {
   void SendData(std::string_view bytes, std::int16_t socket) override {
     oSocketServer.SendData(AsBytes(bytes), socket);
   }
+  void GatherPieces(std::int16_t socket, bool on) override {
+    oSocketServer.GatherPieces(socket, on);
+  }
   void CloseSocket(std::int16_t socket) override { oSocketServer.CloseSocket(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
     return oSocketServer.GetBytesToSend(socket);

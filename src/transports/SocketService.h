@@ -31,6 +31,9 @@ class SocketService {
   /// Queues the bytes for the connection. Never raises: Err (util/RunTimeError.h) tells afterwards
   /// what went wrong, number 0 for nothing. Data for which there is an error is not queued.
   virtual void SendData(std::string_view bytes, std::int16_t socket) = 0;
+  /// From now on small pieces to the connection leave together, or, switched off, what was held
+  /// back leaves.
+  virtual void GatherPieces(std::int16_t socket, bool on) = 0;
   /// Ends the connection once what is queued has gone out; done again, at once. Neither an event
   /// nor an error follows.
   virtual void CloseSocket(std::int16_t socket) = 0;

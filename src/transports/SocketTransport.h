@@ -81,6 +81,7 @@ class SocketTransport {
   std::function<Deliveries::Time()> Now = &std::chrono::steady_clock::now;
 
  private:
+  class Gathering;
   class InWork;
 
   bool Listen();

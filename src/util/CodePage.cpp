@@ -90,7 +90,11 @@ void CodePageTable::AppendBytesAsText(Text& text, std::string_view bytes) const 
 void CodePageTable::AppendTextAsBytes(std::string& bytes, TextView text) const {
   const std::size_t before = bytes.size();
   bytes.resize(before + text.size());
-  Convert(text.data(), text.size(), bytes.data() + before,
+  CopyTextAsBytes(text, bytes.data() + before);
+}
+
+void CodePageTable::CopyTextAsBytes(TextView text, char* bytes) const {
+  Convert(text.data(), text.size(), bytes,
           [this](char16_t character) { return aByteOf[character]; });
 }
 
@@ -100,6 +104,8 @@ void AppendBytesAsText(Text& text, std::string_view bytes) {
 void AppendTextAsBytes(std::string& bytes, TextView text) {
   SystemTable().AppendTextAsBytes(bytes, text);
 }
+
+void CopyTextAsBytes(TextView text, char* bytes) { SystemTable().CopyTextAsBytes(text, bytes); }
 
 Text BytesToText(std::string_view bytes) {
   Text text;

@@ -19,8 +19,10 @@ std::string TextToBytes(TextView text);
 /// As the two above, appending: for buffers that grow piece by piece.
 void AppendBytesAsText(Text& text, std::string_view bytes);
 void AppendTextAsBytes(std::string& bytes, TextView text);
+/// The bytes of the text, one a character, into room that is there.
+void CopyTextAsBytes(TextView text, char* bytes);
 
-/// A table in both directions. The four functions above use the system's; tests make others.
+/// A table in both directions. The functions above use the system's; tests make others.
 class CodePageTable {
  public:
   using Characters = std::array<char16_t, 256>;
@@ -32,6 +34,7 @@ class CodePageTable {
 
   void AppendBytesAsText(Text& text, std::string_view bytes) const;
   void AppendTextAsBytes(std::string& bytes, TextView text) const;
+  void CopyTextAsBytes(TextView text, char* bytes) const;
 
  private:
   Characters aCharacterOf{};

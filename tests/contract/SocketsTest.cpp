@@ -342,6 +342,28 @@ TEST_F(SocketsTest, TellsOfACloseOnlyWhenEverythingWasReceived) {
   EXPECT_TRUE(AwaitEvent(server, SocketEvent::kClose));
 }
 
+TEST_F(SocketsTest, SendsGatheredPiecesOnceTheyAreNoLongerGathered) {
+  const auto [client, server] = ConnectedPair();
+  sockets.GatherPieces(server, true);
+  Send(server, "one ");
+  Send(server, "after ");
+  Send(server, "another");
+
+  sockets.GatherPieces(server, false);
+
+  std::string received;
+  for (int reads = 1; received.size() < 17; ++reads) {
+    ASSERT_TRUE(AwaitCount(client, SocketEvent::kRead, reads));
+    received += Receive(client).value;
+  }
+  EXPECT_EQ(received, "one after another");
+}
+
+TEST_F(SocketsTest, GathersNothingForAHandleThatIsNotOpen) {
+  sockets.GatherPieces(kNoSocket, true);
+  sockets.GatherPieces(kNoSocket, false);
+}
+
 TEST_F(SocketsTest, TellsOfTheEndOfThePeersSendingWhileThisSideStillSends) {
   const auto [client, server] = ConnectedPair();
 

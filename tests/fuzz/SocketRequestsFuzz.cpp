@@ -81,6 +81,10 @@ class Conversation : public SocketService {
     connection.sReceived.append(BytesToText(bytes));
   }
 
+  void GatherPieces(std::int16_t socket, bool) override {
+    Require(At(socket).bOpen, "pieces are gathered for a connection that is there");
+  }
+
   void CloseSocket(std::int16_t socket) override {
     if (socket != 0) At(socket).bOpen = false;
   }

@@ -76,6 +76,7 @@ class PosixSockets final : public SocketLayer {
   int Listen(SocketHandle socket, int backlog) override;
   SocketResult<SocketHandle> Accept(SocketHandle listener) override;
   int Connect(SocketHandle socket, SocketAddress peer) override;
+  void GatherPieces(SocketHandle socket, bool on) override;
   int ShutdownSend(SocketHandle socket) override;
   SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
                                   const SocketAddress* peer) override;
@@ -153,6 +154,14 @@ int PosixSockets::Connect(SocketHandle socket, SocketAddress peer) {
   if (own->Role() == SocketRole::kDatagram || (error != 0 && error != kWouldBlock)) return error;
   own->Became(SocketRole::kConnecting);
   return kWouldBlock;
+}
+
+void PosixSockets::GatherPieces(SocketHandle socket, bool on) {
+  WatchedSocket* const own = TheSockets().Find(socket);
+  const int value = on ? 1 : 0;
+  if (own != nullptr) {
+    setsockopt(own->Descriptor(), IPPROTO_TCP, TCP_CORK, &value, sizeof value);
+  }
 }
 
 int PosixSockets::ShutdownSend(SocketHandle socket) {

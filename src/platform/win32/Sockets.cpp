@@ -74,6 +74,7 @@ class WindowsSockets final : public SocketLayer {
   int Listen(SocketHandle socket, int backlog) override;
   SocketResult<SocketHandle> Accept(SocketHandle listener) override;
   int Connect(SocketHandle socket, SocketAddress peer) override;
+  void GatherPieces(SocketHandle, bool) override {}  // Windows has no such option
   int ShutdownSend(SocketHandle socket) override;
   SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
                                   const SocketAddress* peer) override;

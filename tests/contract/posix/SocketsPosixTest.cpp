@@ -160,6 +160,23 @@ TEST_F(SocketsPosixTest, ProbesAnIdleConnectionAfterAMinute) {
   EXPECT_EQ(option(accepted, IPPROTO_TCP, TCP_KEEPCNT), 6);
 }
 
+TEST_F(SocketsPosixTest, HoldsPiecesBackWhileTheyAreGathered) {
+  const SocketHandle client = Open();
+  Connect(client);
+  ASSERT_TRUE(AwaitAccept(1));
+  const auto server = sockets.Accept(listener);
+  opened.push_back(server.value);
+  char buffer[10];
+
+  sockets.GatherPieces(server.value, true);
+  sockets.Send(server.value, std::string_view("piece"), nullptr);
+  const int error = sockets.Receive(client, buffer, nullptr).error;
+  sockets.GatherPieces(server.value, false);
+
+  EXPECT_EQ(error, kWouldBlock);
+  EXPECT_TRUE(Await([&] { return sockets.Receive(client, buffer, nullptr).value == 5; }));
+}
+
 TEST_F(SocketsPosixTest, CostsNothingWhileEndedConnectionsAreNotReceivedFrom) {
   const SocketHandle client = Open();
   Connect(client);

@@ -62,6 +62,7 @@ class FakeSocketService : public SocketService {
   void SendData(std::string_view bytes, std::int16_t socket) override {
     oNetwork.Replies.push_back({socket, BytesToText(bytes)});
   }
+  void GatherPieces(std::int16_t, bool) override {}
   void CloseSocket(std::int16_t) override {}
   std::size_t BytesToSend(std::int16_t socket) const override {
     const auto found = oNetwork.ToSend.find(socket);

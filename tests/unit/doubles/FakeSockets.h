@@ -56,7 +56,7 @@ class FakeSockets final : public platform::SocketLayer,
   std::optional<std::uint32_t> hostAddress = 0x0A000002;
 
   // The calls that were made.
-  std::set<SocketHandle> open, selected, shutDown;
+  std::set<SocketHandle> open, selected, shutDown, gathering;
   int starts = 0, cleanUps = 0, sinksConnected = 0, sends = 0, backlog = 0;
   SocketAddress bound, connectedTo;
   SocketHandle boundSocket = kNoSocket, listeningSocket = kNoSocket, acceptedFrom = kNoSocket,
@@ -125,6 +125,13 @@ class FakeSockets final : public platform::SocketLayer,
     connectedTo = peer;
     connectedSocket = socket;
     return open.contains(socket) ? errors.connect : kNotASocket;
+  }
+  void GatherPieces(SocketHandle socket, bool on) override {
+    if (on) {
+      gathering.insert(socket);
+    } else {
+      gathering.erase(socket);
+    }
   }
   int ShutdownSend(SocketHandle socket) override {
     shutDown.insert(socket);

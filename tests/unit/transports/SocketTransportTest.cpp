@@ -23,6 +23,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
+using testing::Pair;
 
 using Texts = std::vector<Text>;
 
@@ -45,6 +46,7 @@ class FakeConnections : public SocketService {
     }
     All.push_back({socket, BytesToText(bytes)});
   }
+  void GatherPieces(std::int16_t socket, bool on) override { Gathered.push_back({socket, on}); }
   void CloseSocket(std::int16_t socket) override { Closed.push_back(socket); }
   std::size_t BytesToSend(std::int16_t socket) const override {
     return ToSend.contains(socket) ? ToSend.at(socket) : 0;
@@ -63,6 +65,7 @@ class FakeConnections : public SocketService {
 
   std::vector<Sent> All;
   std::vector<std::int16_t> Closed;
+  std::vector<std::pair<std::int16_t, bool>> Gathered;
   std::map<std::int16_t, std::size_t> ToSend;  // what clients have not taken yet, by socket
   std::map<std::int16_t, std::uint64_t> Taken;
   int iSendsBeforeFailure = -1;  // below 0: none fails
@@ -242,6 +245,34 @@ TEST_F(SocketTransportTest, CountsTheHeaderBeforeLineBreaksAreReplaced) {
   Tick();
 
   EXPECT_THAT(Connections.SentTo(1), ElementsAre(u"8\u00FE", u"a\u00FEb\u00FE", u"\x1F"));
+}
+
+TEST_F(SocketTransportTest, GathersThePiecesOfAResponse) {
+  RespondWith(Text(25'000, u'x'));
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Gathered, ElementsAre(Pair(1, true), Pair(1, false)));
+}
+
+TEST_F(SocketTransportTest, GathersNoLongerForAClientThatHasGone) {
+  RespondWith(Text(25'000, u'x'));
+  BetweenBlocks = [&] { Transport.oSocketServer_SocketClosed(1); };
+  Arrive(1, u"\x1F");
+  Tick();
+
+  EXPECT_THAT(Connections.Gathered, ElementsAre(Pair(1, true)));
+}
+
+TEST_F(SocketTransportTest, FindsLineBreaksAtEveryPlace) {
+  for (std::size_t place = 0; place < 20; ++place) {
+    const Text before(place, u'\x0C');
+    RespondWith(before + u"\r\n\r\r\n" + before + u"\r");
+    Arrive(1, u"\x1F");
+    Tick();
+
+    EXPECT_EQ(Connections.SentTo(1).at(3 * place + 1), before + u"\u00FE\r\u00FE" + before + u"\r");
+  }
 }
 
 TEST_F(SocketTransportTest, LeavesHalvesOfLineBreaksAsTheyAre) {
