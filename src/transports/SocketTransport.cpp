@@ -13,6 +13,7 @@
 #include "transports/SocketTransport.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstring>
 #include <new>
@@ -38,28 +39,39 @@ constexpr TextView kIdle = u"it took nothing of its response for five minutes";
 constexpr TextView kTooLong = u"its request is too long";
 constexpr TextView kNoRoom = u"no room for another request";
 
-// Line breaks become attribute marks, in place; the new end of the bytes. Bytes are half as long as
-// characters, and are carried to their new places a machine word at a time.
-char* ReplaceLineBreaks(char* from, const char* end) {
-  using Word = std::uint64_t;
-  constexpr Word kLowBits = ~Word{0} / 0xFF;
-  char* to = from;
-  for (;;) {
-    while (end - from >= static_cast<std::ptrdiff_t>(sizeof(Word))) {
-      Word word;
+// How many bytes come before the first carriage return, of those that the word holds.
+std::size_t BytesBeforeReturn(std::size_t word) {
+  static_assert(std::endian::native == std::endian::little, "the first byte is the lowest");
+  constexpr std::size_t kLowBits = ~std::size_t{0} / 0xFF;
+  const std::size_t differs = word ^ (kLowBits * '\r');
+  const std::size_t equal = (differs - kLowBits) & ~differs & (kLowBits << 7);
+  return equal == 0 ? sizeof word : static_cast<std::size_t>(std::countr_zero(equal)) / 8;
+}
+
+// The bytes with their line breaks as attribute marks, in a buffer that keeps its memory. Bytes are
+// half as long as characters, and are carried over a machine word at a time: what follows a
+// carriage return in a word is written over by what comes next.
+std::string_view WithMarks(std::string_view bytes, std::string& buffer) {
+  buffer.resize(std::max(buffer.size(), bytes.size() + sizeof(std::size_t)));
+  const char* from = bytes.data();
+  const char* const end = from + bytes.size();
+  char* to = buffer.data();
+  while (from < end) {
+    while (end - from >= static_cast<std::ptrdiff_t>(sizeof(std::size_t))) {
+      std::size_t word;
       std::memcpy(&word, from, sizeof word);
-      const Word differs = word ^ (kLowBits * '\r');
-      if (((differs - kLowBits) & ~differs & (kLowBits << 7)) != 0) break;
       std::memcpy(to, &word, sizeof word);
-      from += sizeof word;
-      to += sizeof word;
+      const std::size_t plain = BytesBeforeReturn(word);
+      from += plain;
+      to += plain;
+      if (plain < sizeof word) break;
     }
-    while (from < end && *from != '\r') *to++ = *from++;
-    if (from == end) return to;
-    const bool isLineBreak = from + 1 < end && from[1] == '\n';
-    *to++ = isLineBreak ? kAttributeMarkByte : '\r';
+    if (from == end) break;
+    const bool isLineBreak = *from == '\r' && end - from > 1 && from[1] == '\n';
+    *to++ = isLineBreak ? kAttributeMarkByte : *from;
     from += isLineBreak ? 2 : 1;
   }
+  return {buffer.data(), static_cast<std::size_t>(to - buffer.data())};
 }
 
 // The beginning of a response that is an error.
@@ -295,7 +307,7 @@ void SocketTransport::SendResponse(HeldResponse& response) {
 }
 
 bool SocketTransport::SendBlocks(HeldResponse& response) {
-  std::string block;
+  std::string block, marked;
   TextView rest = response.sText;
   while (!rest.empty()) {
     const TextView piece = rest.substr(0, oSettings.BlockSize());
@@ -304,8 +316,7 @@ bool SocketTransport::SendBlocks(HeldResponse& response) {
     // Kept: a line break across the edge of two blocks goes out as CR and LF, as clients expect it.
     block.resize(std::max(block.size(), piece.size()));
     CopyTextAsBytes(piece, block.data());
-    const char* const end = ReplaceLineBreaks(block.data(), block.data() + piece.size());
-    const std::string_view bytes(block.data(), static_cast<std::size_t>(end - block.data()));
+    const auto bytes = WithMarks(std::string_view(block).substr(0, piece.size()), marked);
     if (!Send(bytes)) return false;
     if (oTrace.CommLogEnabled()) Log(iReplyTo, u"Results: ", BytesToText(bytes));
     DoEvents();
