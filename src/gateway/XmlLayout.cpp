@@ -37,7 +37,10 @@ class Parts {
   std::optional<TextView> Next() {
     if (sRest.empty()) return std::nullopt;
     const TextView part = TakePart();
-    return FindCharacter(part, u'\n') != TextView::npos ? WithoutLineBreaks(part) : part;
+    const std::size_t lineEnd = FindCharacter(part, u'\n');
+    if (lineEnd == TextView::npos) return part;
+    // The usual place of a line break is before the next "<": nothing has to be copied.
+    return lineEnd + 1 == part.size() ? LineUpTo(part, lineEnd) : WithoutLineBreaks(part);
   }
 
  private:
@@ -47,18 +50,20 @@ class Parts {
     return part;
   }
 
+  TextView LineUpTo(TextView text, std::size_t lineEnd) const {
+    const bool dropsCr = bDropCr && lineEnd > 0 && text[lineEnd - 1] == u'\r';
+    return text.substr(0, dropsCr ? lineEnd - 1 : lineEnd);
+  }
+
   TextView WithoutLineBreaks(TextView part) {
     Text& scratch = sScratch[bOddScratch];
     bOddScratch = !bOddScratch;
     scratch.clear();
-    for (std::size_t at = 0; at <= part.size();) {
-      const std::size_t end = std::min(FindCharacter(part, u'\n', at), part.size());
-      TextView line = part.substr(at, end - at);
-      if (bDropCr && end < part.size() && line.ends_with(u'\r')) line.remove_suffix(1);
-      scratch.append(line);
-      at = end + 1;
+    for (std::size_t end; (end = FindCharacter(part, u'\n')) != TextView::npos;) {
+      scratch.append(LineUpTo(part, end));
+      part.remove_prefix(end + 1);
     }
-    return scratch;
+    return scratch.append(part);
   }
 
   bool bDropCr;

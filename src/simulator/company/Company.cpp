@@ -18,7 +18,7 @@ namespace {
 constexpr std::uint32_t kListBit = 0x80000000;
 
 // The number in "2A-1262682187"; 0 when the ID has another form.
-std::uint32_t NumberIn(std::string_view id, int base = 16) {
+std::uint32_t NumberOfId(std::string_view id, int base = 16) {
   std::uint32_t number = 0;
   const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number, base);
   return error == std::errc() ? number : 0;
@@ -39,15 +39,15 @@ std::string Numbers::NewListId(const Stamp& now) {
 std::string Numbers::NewTxnId(const Stamp& now) { return MakeId(++lTxn, now); }
 
 void Numbers::Note(const Kind& kind, const Element& object) {
-  const std::uint32_t number = NumberIn(object.ChildText(kind.IdField()));
+  const std::uint32_t number = NumberOfId(object.ChildText(kind.IdField()));
   if (kind.category == Category::kList) {
     if (number & kListBit) lList = std::max(lList, number & ~kListBit);
     return;
   }
   lTxn = std::max(lTxn, number);
-  lTxnNumber = std::max(lTxnNumber, NumberIn(object.ChildText("TxnNumber"), 10));
+  lTxnNumber = std::max(lTxnNumber, NumberOfId(object.ChildText("TxnNumber"), 10));
   for (const Element& line : object.children) {
-    lTxn = std::max(lTxn, NumberIn(line.ChildText("TxnLineID")));
+    lTxn = std::max(lTxn, NumberOfId(line.ChildText("TxnLineID")));
   }
 }
 

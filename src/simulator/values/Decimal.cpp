@@ -12,7 +12,7 @@ bool AreDigits(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
-std::int64_t NumberIn(std::string_view digits) {
+std::int64_t DigitsAsNumber(std::string_view digits) {
   std::int64_t number = 0;
   for (const char digit : digits) number = 10 * number + (digit - '0');
   return number;
@@ -23,7 +23,7 @@ std::int64_t UnitsIn(std::string_view decimals) {
   std::string five(decimals.substr(0, kDecimals));
   five.resize(kDecimals, '0');
   const bool up = decimals.size() > kDecimals && decimals[kDecimals] >= '5';
-  return NumberIn(five) + (up ? 1 : 0);
+  return DigitsAsNumber(five) + (up ? 1 : 0);
 }
 
 std::int64_t DivideRounding(std::int64_t dividend, std::int64_t divisor) {
@@ -43,7 +43,7 @@ std::optional<Decimal> Decimal::Parse(std::string_view text) {
   if (!AreDigits(whole) || !AreDigits(decimals)) return std::nullopt;
   whole.remove_prefix(std::min(whole.find_first_not_of('0'), whole.size()));
   if (whole.size() > kMaxWholeDigits) return std::nullopt;
-  const std::int64_t units = NumberIn(whole) * kScale + UnitsIn(decimals);
+  const std::int64_t units = DigitsAsNumber(whole) * kScale + UnitsIn(decimals);
   const Decimal number(negative ? -units : units);
   return number.IsAmount() ? std::optional(number) : std::nullopt;
 }
