@@ -55,6 +55,7 @@ class Filler {
 
   Company& oCompany;
   const Stamp& oNow;
+  std::vector<std::pair<const Kind*, std::string>> oUnlinked;  // list objects, by their IDs
 };
 
 bool Filler::Fill(std::vector<Element> objects) {
@@ -75,7 +76,8 @@ bool Filler::Fill(std::vector<Element> objects) {
 
 // False when two have the same ID.
 bool Filler::NoteNumbers(const std::vector<Element>& objects) {
-  std::unordered_set<std::string> ids;
+  std::unordered_set<std::string_view> ids;
+  ids.reserve(objects.size());
   for (const Element& object : objects) {
     const Kind& kind = *FindKind(object.name);
     oCompany.NewNumbers().Note(kind, object);
@@ -106,19 +108,19 @@ bool Filler::FillInTransaction(const Kind& kind, Element& object) {
 
 bool Filler::FillInListObject(const Kind& kind, Element& object) {
   Complete(kind, object, oCompany, oCompany.NewNumbers(), oNow);
+  if (HasUnlinked(object, kind.fields)) oUnlinked.emplace_back(&kind, object.ChildText("ListID"));
   const std::string_view name = FullNameOf(kind, object);
   return !Trimmed(name).empty() && !FindByName(oCompany, NameSpace(kind), name);
 }
 
 // Files may name what is referred to without its ListID, and before it.
 void Filler::LinkObjects() {
-  for (const Kind* kind : AllKinds()) {
-    std::vector<Element> completed;
-    for (const auto& [key, object] : oCompany.List(*kind).InOrder()) {
-      if (!HasUnlinked(object, kind->fields)) continue;
-      Link(completed.emplace_back(object), kind->fields, oCompany);
-    }
-    for (Element& object : completed) oCompany.Put(*kind, std::move(object));
+  for (const auto& [kind, id] : oUnlinked) {
+    const Element* object = oCompany.List(*kind).Find(id);
+    if (!object) continue;
+    Element linked = *object;
+    Link(linked, kind->fields, oCompany);
+    oCompany.Put(*kind, std::move(linked));
   }
 }
 

@@ -73,16 +73,29 @@ ObjectList::Prepared ObjectList::Prepare(Element object) const {
   return prepared;
 }
 
+// A file holds its objects in order, so that most are looked for behind the last one.
+ObjectList::Objects::const_iterator ObjectList::NotBefore(const Text& key) const {
+  const bool isBehind = oObjects.empty() || oObjects.rbegin()->first < key;
+  return isBehind ? oObjects.end() : oObjects.lower_bound(key);
+}
+
+const ObjectList::Entry* ObjectList::At(const Text& key) const {
+  const auto found = NotBefore(key);
+  return found == oObjects.end() || found->first != key ? nullptr : &found->second;
+}
+
 // Only nodes of the maps change hands, which needs no memory.
 bool ObjectList::Put(Prepared prepared) noexcept {
-  const auto same = oIds.find(prepared.oId.begin()->first);
-  const auto taken = oObjects.find(prepared.oObject.begin()->first);
-  if (taken != oObjects.end() && (same == oIds.end() || same->second.object != taken)) return false;
-  Remove(prepared.oId.begin()->first);
+  const std::string& id = prepared.oId.begin()->first;
+  const auto same = oIds.find(id);
+  const Entry* taken = At(prepared.oObject.begin()->first);
+  if (taken && (same == oIds.end() || &same->second.object->second != taken)) return false;
+  if (same != oIds.end()) Remove(id);
   oReferences.merge(prepared.oReferences);
   const auto place = oIds.insert(prepared.oId.extract(prepared.oId.begin())).position;
   auto object = prepared.oObject.extract(prepared.oObject.begin());
-  place->second.object = oObjects.insert(std::move(object)).position;
+  const auto behind = NotBefore(object.key());
+  place->second.object = oObjects.insert(behind, std::move(object));
   while (!prepared.oMarks.empty()) {
     auto mark = prepared.oMarks.extract(prepared.oMarks.begin());
     place->second.marks.push_back(oMarks.insert(std::move(mark)).position);
@@ -126,10 +139,7 @@ const Element* ObjectList::FindBySerial(std::uint64_t serial) const {
   return found == oSerials.end() ? nullptr : &found->second->second;
 }
 
-const Element* ObjectList::InPlaceOf(const Element& object) const {
-  const auto found = oObjects.find(KeyOf(object));
-  return found == oObjects.end() ? nullptr : &found->second;
-}
+const Element* ObjectList::InPlaceOf(const Element& object) const { return At(KeyOf(object)); }
 
 const Element* ObjectList::Find(std::string_view id) const {
   const auto found = oIds.find(id);
@@ -137,9 +147,7 @@ const Element* ObjectList::Find(std::string_view id) const {
 }
 
 const Element* ObjectList::FindByName(std::string_view fullName) const {
-  if (oObjects.empty()) return nullptr;
-  const auto found = oObjects.find(NameKey(fullName));
-  return found == oObjects.end() ? nullptr : &found->second;
+  return oObjects.empty() ? nullptr : At(NameKey(fullName));
 }
 
 std::vector<const Element*> ObjectList::FindByRefNumber(std::string_view refNumber) const {

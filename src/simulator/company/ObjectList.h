@@ -74,6 +74,8 @@ class ObjectList {
   using Serials = std::map<std::uint64_t, Objects::iterator>;
   using References = std::map<std::string, std::size_t, std::less<>>;  // ListID, how many refer
 
+  Objects::const_iterator NotBefore(const Text& key) const;
+  const Entry* At(const Text& key) const;
   void Count(const Element& object) noexcept;
   void Discount(const Element& object) noexcept;
   std::vector<const Objects::value_type*> FindByMark(const Text& mark) const;

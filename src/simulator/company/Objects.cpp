@@ -9,8 +9,7 @@ namespace ostrel::simulator {
 namespace {
 
 // Fields that stand in any order among themselves keep it.
-std::size_t Rank(std::span<const Field> fields, const Element& element) {
-  const Field* field = FindField(fields, element.name, kRet);
+std::size_t Rank(std::span<const Field> fields, const Field* field) {
   if (!field) return fields.size();
   const auto first = field->mixed == 0 ? fields.begin() + (field - fields.data())
                                        : std::ranges::find(fields, field->mixed, &Field::mixed);
@@ -22,10 +21,11 @@ std::size_t Rank(std::span<const Field> fields, const Element& element) {
 void Arrange(Element& object, std::span<const Field> fields) {
   std::vector<std::pair<std::size_t, std::size_t>> order;  // rank, place
   order.reserve(object.children.size());
+  FieldFinder finder(fields, kRet);
   for (Element& child : object.children) {
-    order.emplace_back(Rank(fields, child), order.size());
-    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
-    if (field) Arrange(child, field->children);
+    const Field* field = finder.Find(child.name);
+    order.emplace_back(Rank(fields, field), order.size());
+    if (field && !child.children.empty()) Arrange(child, field->children);
   }
   if (std::ranges::is_sorted(order)) return;
   std::ranges::sort(order);

@@ -66,8 +66,9 @@ std::string_view Suffix(Use use) {
 }
 
 bool IsNamed(const Field& field, std::string_view name, Use use) {
-  if (!(field.uses & use) || !name.starts_with(field.name)) return false;
-  return name.substr(field.name.size()) == (field.suffixed ? Suffix(use) : std::string_view());
+  const std::string_view suffix = field.suffixed ? Suffix(use) : std::string_view();
+  if (name.size() != field.name.size() + suffix.size() || !(field.uses & use)) return false;
+  return name.starts_with(field.name) && name.ends_with(suffix);
 }
 
 // Walks the table along with the elements; a field that is passed over must not be required.
@@ -208,6 +209,17 @@ const Field* FindField(std::span<const Field> fields, std::string_view name, Use
   const auto found =
       std::ranges::find_if(fields, [&](const Field& field) { return IsNamed(field, name, use); });
   return found == fields.end() ? nullptr : &*found;
+}
+
+const Field* FieldFinder::Find(std::string_view name) {
+  const std::size_t count = oFields.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::size_t at = lNext + i < count ? lNext + i : lNext + i - count;
+    if (!IsNamed(oFields[at], name, iUse)) continue;
+    lNext = at;
+    return &oFields[at];
+  }
+  return nullptr;
 }
 
 void CheckFields(const Element& element, std::span<const Field> fields, Form form) {

@@ -76,6 +76,19 @@ std::string ElementName(const Field& field, Use use);
 /// The field of that name in the message, or null.
 const Field* FindField(std::span<const Field> fields, std::string_view name, Use use);
 
+/// Finds what FindField finds, fast for elements that stand in the order of the table: each search
+/// begins where the last one ended. No two fields of a table share a name in one use.
+class FieldFinder {
+ public:
+  FieldFinder(std::span<const Field> fields, Use use) : oFields(fields), iUse(use) {}
+  const Field* Find(std::string_view name);
+
+ private:
+  std::span<const Field> oFields;
+  Use iUse;
+  std::size_t lNext = 0;
+};
+
 /// Raises the parse error when an element is unknown, out of order, repeated, missing, of another
 /// choice, not of its type, or has attributes.
 void CheckFields(const Element& element, std::span<const Field> fields, Form form);

@@ -274,7 +274,7 @@ std::vector<Field> FiltersOf(const Kind& kind) {
 }
 
 bool Filters::Pass(const Candidate& candidate) const {
-  Breathe();
+  BreatheLightly();
   return std::ranges::all_of(all, [&](const Filter& filter) { return filter(candidate); });
 }
 

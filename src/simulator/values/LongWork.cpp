@@ -14,11 +14,17 @@ constexpr std::chrono::milliseconds kTurn(50);
 
 LongWork* oCurrent = nullptr;
 steady_clock::time_point oNextTurn;
+unsigned lLightSteps = 0;
 
 }  // namespace
 
 void Breathe() {
   if (oCurrent) oCurrent->Breathe();
+}
+
+void BreatheLightly() {
+  constexpr unsigned kStepsInABreath = 64;
+  if (++lLightSteps % kStepsInABreath == 0) Breathe();
 }
 
 void RequireNoLongWork() {

@@ -12,6 +12,10 @@ namespace ostrel::simulator {
 /// been given up. Elsewhere: nothing.
 void Breathe();
 
+/// The same for a step of less than a microsecond, such as a look at one object of a list, beside
+/// which Breathe would take noticeable time.
+void BreatheLightly();
+
 /// Raises kCallRejected inside long work, whose data must not change meanwhile.
 void RequireNoLongWork();
 

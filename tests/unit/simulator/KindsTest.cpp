@@ -97,6 +97,26 @@ TEST(Kinds, HaveTheFieldsOfTheList) {
   EXPECT_EQ(lines.size(), listed.size());
 }
 
+// In both orders: the finder goes on from the field that it found last.
+void ExpectFound(std::span<const Field> fields) {
+  FieldFinder forward(fields, kRet);
+  FieldFinder backward(fields, kRet);
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const Field& first = fields[i];
+    const Field& last = fields[fields.size() - 1 - i];
+    for (auto& [finder, field] : {std::pair(&forward, &first), std::pair(&backward, &last)}) {
+      const std::string name = ElementName(*field, kRet);
+      EXPECT_EQ(finder->Find(name), FindField(fields, name, kRet)) << name;
+    }
+    EXPECT_EQ(forward.Find("Unknown"), nullptr);
+    ExpectFound(first.children);
+  }
+}
+
+TEST(Kinds, HaveFieldsThatAreFoundInAnyOrder) {
+  for (const Kind* kind : AllKinds()) ExpectFound(kind->fields);
+}
+
 TEST(Kinds, SaySinceWhichVersionAFieldExists) {
   EXPECT_EQ(VersionsOf("Customer"), "ClassRef 120 JobTitle 120 Cc 120 ");
   EXPECT_EQ(VersionsOf("Vendor"), "ClassRef 120 JobTitle 120 ");
