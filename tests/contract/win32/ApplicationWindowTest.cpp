@@ -390,10 +390,10 @@ TEST_F(ApplicationWindowTest, NonsenseIsHarmless) {
   Window.MenuClick = [&](MenuId) { ++told; };
   Window.StatusDoubleClick = [&](TextView) { ++told; };
 
-  for (const UINT message : {WM_COMMAND, WM_INITMENUPOPUP, WM_VKEYTOITEM, WM_SYSCOMMAND,
-                             WM_GETMINMAXINFO, WM_DPICHANGED, WM_SETTINGCHANGE}) {
+  for (const int message : {WM_COMMAND, WM_INITMENUPOPUP, WM_VKEYTOITEM, WM_SYSCOMMAND,
+                            WM_GETMINMAXINFO, WM_DPICHANGED, WM_SETTINGCHANGE}) {
     for (const WPARAM wParam : {WPARAM{0}, WPARAM{0x7FFF}, WPARAM{0xFFFF0FFF}}) {
-      SendMessageW(Handle(), message, wParam, 0);
+      SendMessageW(Handle(), static_cast<UINT>(message), wParam, 0);
     }
   }
 

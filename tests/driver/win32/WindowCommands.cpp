@@ -197,8 +197,8 @@ Fields DoubleClickLine(const Fields& arguments) {
   RECT line{};
   SendTo(list, LB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&line));
   const LPARAM place = MAKELPARAM(line.left + 4, (line.top + line.bottom) / 2);
-  for (const UINT message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP}) {
-    PostMessageW(list, message, message == WM_LBUTTONUP ? 0 : MK_LBUTTON, place);
+  for (const int message : {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK, WM_LBUTTONUP}) {
+    PostMessageW(list, static_cast<UINT>(message), message == WM_LBUTTONUP ? 0 : MK_LBUTTON, place);
   }
   return {};
 }

@@ -21,7 +21,8 @@ class RegistrationTest : public testing::Test {
   }
   void Install(const wchar_t* kind, const std::wstring& server) const {
     RegSetKeyValueW(HKEY_CLASSES_ROOT, (Path() + L"\\" + kind).c_str(), nullptr, REG_SZ,
-                    server.c_str(), static_cast<DWORD>((server.size() + 1) * sizeof(wchar_t)));
+                    server.c_str(),
+                    static_cast<DWORD>((server.size() + 1) * sizeof *server.data()));
   }
   /// The server that clients of the class get.
   std::wstring Server() const {
