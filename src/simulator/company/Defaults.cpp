@@ -154,9 +154,10 @@ void Complete(const Kind& kind, Element& object, const Company& company, Numbers
 
 void FillIn(Element& object, std::span<const Field> fields, const Company& company) {
   for (const Field& field : fields) FillOne(object, field, fields, company);
+  FieldFinder finder(fields, kRet);
   for (Element& child : object.children) {
-    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
-    Breathe();
+    const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
+    BreatheLightly();
     if (field && field->type == FieldType::kLine) FillIn(child, field->children, company);
   }
 }

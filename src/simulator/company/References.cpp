@@ -67,8 +67,9 @@ std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Us
 }
 
 void Link(Element& object, std::span<const Field> fields, const Company& company) {
+  FieldFinder finder(fields, kRet);
   for (Element& child : object.children) {
-    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
     if (!field) continue;
     if (!IsReference(field)) {
       Link(child, field->children, company);
@@ -80,8 +81,9 @@ void Link(Element& object, std::span<const Field> fields, const Company& company
 }
 
 bool HasUnlinked(const Element& object, std::span<const Field> fields) {
+  FieldFinder finder(fields, kRet);
   return std::ranges::any_of(object.children, [&](const Element& child) {
-    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
     if (!field) return false;
     return IsReference(field) ? LacksId(child) : HasUnlinked(child, field->children);
   });

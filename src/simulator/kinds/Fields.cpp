@@ -68,6 +68,7 @@ std::string_view Suffix(Use use) {
 bool IsNamed(const Field& field, std::string_view name, Use use) {
   const std::string_view suffix = field.suffixed ? Suffix(use) : std::string_view();
   if (name.size() != field.name.size() + suffix.size() || !(field.uses & use)) return false;
+  if (name.empty() || name.front() != field.name.front()) return false;  // nearly all others
   return name.starts_with(field.name) && name.ends_with(suffix);
 }
 

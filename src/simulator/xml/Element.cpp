@@ -1,17 +1,27 @@
 #include "simulator/xml/Element.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ostrel::simulator {
+namespace {
+
+// Nearly all names differ in their lengths or first letters, which needs no call to find out.
+bool IsSameName(std::string_view one, std::string_view other) {
+  if (one.size() != other.size()) return false;
+  return one.empty() || (one.front() == other.front() && one == other);
+}
+
+}  // namespace
 
 const Element* Element::Child(std::string_view childName) const {
-  const auto found = std::ranges::find(children, childName, &Element::name);
+  const auto found = std::ranges::find_if(
+      children, [&](const Element& child) { return IsSameName(child.name, childName); });
   return found == children.end() ? nullptr : &*found;
 }
 
 Element* Element::Child(std::string_view childName) {
-  const auto found = std::ranges::find(children, childName, &Element::name);
-  return found == children.end() ? nullptr : &*found;
+  return const_cast<Element*>(std::as_const(*this).Child(childName));
 }
 
 std::string_view Element::ChildText(std::string_view childName) const {
