@@ -1,6 +1,7 @@
-// The numbers with which QuickBooks fails, and a sentence for each; those for failures of COM itself
-// are in the COM adapter. An operation fails with a raw number, an HRESULT (0x80040400 to 0x8004042F
-// are the request processor's own). Clients are told the reduced number: the HRESULT less 0x80040000.
+// The numbers with which QuickBooks fails, and a sentence for each; those for failures of COM
+// itself are in the COM adapter. An operation fails with a raw number, an HRESULT (0x80040400 to
+// 0x8004042F are the request processor's own). Clients are told the reduced number: the HRESULT
+// less 0x80040000.
 #pragma once
 
 #include <cstdint>
