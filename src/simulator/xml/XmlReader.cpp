@@ -1,8 +1,7 @@
-// Files that this program has written are plain (PlainXml.h). Any other text streams through
-// libxml2's parser in pieces, and its events build the tree, so that no second copy of a long text
-// exists. Limits hold while the tree grows: a text that would exceed them is refused at the element
-// that does. Declarations are refused altogether, because entities and default attributes can
-// multiply a short text into gigabytes.
+// The text streams through libxml2's parser in pieces, and its events build the tree, so that no
+// second copy of a long text exists. Limits hold while the tree grows: a text that would exceed
+// them is refused at the element that does. Declarations are refused altogether, because entities
+// and default attributes can multiply a short text into gigabytes.
 #include "simulator/xml/XmlReader.h"
 
 #include <libxml/parser.h>
@@ -14,12 +13,13 @@
 
 #include "platform/XmlGuard.h"
 #include "simulator/values/LongWork.h"
-#include "simulator/xml/PlainXml.h"
 
 namespace ostrel::simulator {
 namespace {
 
+constexpr std::size_t kMaxDepth = 64;  // qbXML nests less than ten levels
 constexpr std::size_t kMaxInstructions = 100;
+constexpr std::size_t kMaxTextBytes = 1024 * 1024;  // of one element; the longest note is 4095
 constexpr std::size_t kPieceSize = 64 * 1024;
 
 std::string_view View(const xmlChar* text) {
@@ -59,7 +59,7 @@ class TreeBuilder {
   }
 
   void Start(std::string name, const xmlChar** attributes, int count) {
-    if (oOpen.size() >= kMaxXmlDepth) return Refuse(XmlFault::kMalformed);
+    if (oOpen.size() >= kMaxDepth) return Refuse(XmlFault::kMalformed);
     if (lElementsLeft-- == 0) return Refuse(XmlFault::kTooLarge);
     if (!oOpen.empty() && Trimmed(oOpen.back()->text).empty()) oOpen.back()->text.clear();
     Element& element = oOpen.empty() ? oDocument.root : oOpen.back()->children.emplace_back();
@@ -81,7 +81,7 @@ class TreeBuilder {
     // White space between children is dropped at once, so that it never adds up to a long text.
     const bool between = !oOpen.back()->children.empty() && sText.empty();
     if (between && Trimmed(text).empty()) return;
-    if (sText.size() + text.size() > kMaxXmlTextBytes) return Refuse(XmlFault::kTooLarge);
+    if (sText.size() + text.size() > kMaxTextBytes) return Refuse(XmlFault::kTooLarge);
     sText.append(text);
   }
 
@@ -267,12 +267,6 @@ XmlFault ReadXmlText(TextView xml, std::size_t maxElements, XmlDocument& documen
 }
 
 XmlFault ReadXmlBytes(std::string_view xml, std::size_t maxElements, XmlDocument& document) {
-  try {
-    if (ReadPlainXml(xml, maxElements, document.root)) return XmlFault::kNone;
-  } catch (const std::bad_alloc&) {
-    return XmlFault::kTooLarge;
-  }
-  document.root = Element();
   TreeBuilder builder(maxElements, document);
   Parser parser(builder, 0);
   platform::XmlGuard guard;
