@@ -144,6 +144,7 @@ bool LayOutIntoFile(TextView response, WholeFile& file) {
     printer.Print(indentation, part, endTag);
     if (lines.Length() < kPieceCharacters) return true;
     isWritten = file.Write(std::move(lines).ToString());
+    lines = CStringBuilder();
     lines.Reserve(kRoomForPiece);
     platform::DoEvents();
     return isWritten;

@@ -209,7 +209,7 @@ void frmMain::RunCommand(const MenuCommand& command) {
     (this->*command.Click)();
     return;
   }
-  bool& running = bRunning.at(command.iItem);
+  bool& running = bRunning.at(static_cast<std::size_t>(command.iItem));
   if (running) return;
   if (oGate.IsBusy()) {
     oLogs.AddStatus(kRequestInWork);

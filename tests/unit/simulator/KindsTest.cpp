@@ -15,8 +15,9 @@ namespace {
 std::string Versions(std::span<const Field> fields) {
   std::string versions;
   for (const Field& field : fields) {
-    if (field.since != 0)
+    if (field.since != 0) {
       versions += std::string(field.name) + ' ' + std::to_string(field.since) + ' ';
+    }
     versions += Versions(field.children);
   }
   return versions;

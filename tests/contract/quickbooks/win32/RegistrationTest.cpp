@@ -20,9 +20,9 @@ class RegistrationTest : public testing::Test {
     return std::wstring(L"CLSID\\") + text;
   }
   void Install(const wchar_t* kind, const std::wstring& server) const {
+    const std::size_t bytes = (server.size() + 1) * sizeof(wchar_t);
     RegSetKeyValueW(HKEY_CLASSES_ROOT, (Path() + L"\\" + kind).c_str(), nullptr, REG_SZ,
-                    server.c_str(),
-                    static_cast<DWORD>((server.size() + 1) * sizeof *server.data()));
+                    server.c_str(), static_cast<DWORD>(bytes));
   }
   /// The server that clients of the class get.
   std::wstring Server() const {
