@@ -104,7 +104,7 @@ void MeasureTenClients(Figures& figures, const GatewayProgram& gateway) {
   while (std::ranges::any_of(responses, [](const auto& count) { return count == 0; })) {
     std::this_thread::yield();
   }
-  int before = 0, most = 0, least = std::numeric_limits<int>::max();
+  int all = 0, most = 0, least = std::numeric_limits<int>::max();
   std::vector<int> atBegin(responses.begin(), responses.end());
   const auto begin = BenchClock::now();
   for (int i = 0; BenchClock::now() - begin < kTime; ++i) {
@@ -114,12 +114,12 @@ void MeasureTenClients(Figures& figures, const GatewayProgram& gateway) {
   const Seconds time = BenchClock::now() - begin;
   for (std::size_t i = 0; i < kAskers; ++i) {
     const int share = responses[i] - atBegin[i];
-    before += share;
+    all += share;
     most = std::max(most, share);
     least = std::min(least, share);
   }
   askers.End();
-  figures.AtLeast("commands from ten connections without pause", before / time.count(), 3000,
+  figures.AtLeast("commands from ten connections without pause", all / time.count(), 3000,
                   "a second");
   figures.AtLeast("share of the slowest of the ten beside the fastest", 100.0 * least / most, 50,
                   "%");
@@ -242,13 +242,4 @@ void Measure(Figures& figures) {
 }  // namespace
 }  // namespace ostrel::bench
 
-int main() {
-  try {
-    ostrel::bench::Figures figures;
-    ostrel::bench::Measure(figures);
-    return figures.ExitCode();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "bench-clients: %s\n", error.what());
-    return 2;
-  }
-}
+int main() { return ostrel::bench::ExitCodeOf("bench-clients", ostrel::bench::Measure); }

@@ -1,7 +1,5 @@
 // A large company in the QuickBooks stand-in: opened, searched, added to and paged through, from a
 // file on disk and with changes that are safe there.
-#include <cstdio>
-#include <exception>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -158,11 +156,10 @@ void MeasurePages(Client& client, Figures& figures) {
                  "times");
 }
 
-int Measure() {
+void Measure(Figures& figures) {
   const ScratchFolder folder;
   folder.Write(u"large.qbw", simulator::MakeBusiness({.customers = kCustomers, .invoices = 1000}));
   Client client(folder.Path(u"large.qbw"));
-  Figures figures;
   figures.AtMost("company of 100,000 customers, until it is open", TimeOfOpening(client).count(),
                  0.5, "s");
   client.Open();
@@ -175,17 +172,9 @@ int Measure() {
                  Milliseconds(Median(TimesOfDeletions(client))), 5, "ms");
   MeasurePages(client, figures);
   client.Close();
-  return figures.ExitCode();
 }
 
 }  // namespace
 }  // namespace ostrel::bench
 
-int main() {
-  try {
-    return ostrel::bench::Measure();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "bench-company: %s\n", error.what());
-    return 2;
-  }
-}
+int main() { return ostrel::bench::ExitCodeOf("bench-company", ostrel::bench::Measure); }

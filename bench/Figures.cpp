@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <exception>
 #include <string>
 
 namespace ostrel::bench {
@@ -33,6 +34,17 @@ Seconds Median(std::vector<Seconds> values) {
 Seconds Percentile(std::vector<Seconds> values, std::size_t percent) {
   std::sort(values.begin(), values.end());
   return values[(values.size() - 1) * percent / 100];
+}
+
+int ExitCodeOf(const char* program, void (*measure)(Figures& figures)) {
+  try {
+    Figures figures;
+    measure(figures);
+    return figures.ExitCode();
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", program, error.what());
+    return 2;
+  }
 }
 
 }  // namespace ostrel::bench

@@ -26,6 +26,10 @@ class Figures {
   bool bMissed = false;
 };
 
+/// Takes the measurements of a program, for its main: 1 when a target was missed, 2 when a figure
+/// could not be taken, which it says on standard error.
+int ExitCodeOf(const char* program, void (*measure)(Figures& figures));
+
 /// The upper one of an even number of values, of which there must be one.
 Seconds Median(std::vector<Seconds> values);
 

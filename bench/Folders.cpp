@@ -1,8 +1,6 @@
 // Requests in files to ostrel-server, and files in folders of any size.
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
-#include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -187,13 +185,4 @@ void Measure(Figures& figures) {
 }  // namespace
 }  // namespace ostrel::bench
 
-int main() {
-  try {
-    ostrel::bench::Figures figures;
-    ostrel::bench::Measure(figures);
-    return figures.ExitCode();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "bench-folders: %s\n", error.what());
-    return 2;
-  }
-}
+int main() { return ostrel::bench::ExitCodeOf("bench-folders", ostrel::bench::Measure); }

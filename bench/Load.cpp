@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstdio>
 #include <cstring>
-#include <exception>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -242,26 +240,20 @@ void MeasureSmallRequests(Figures& figures) {
                  taken.count() * 1e3 / kRequests, 20, "ms");
 }
 
-int Measure() {
+void Measure(Figures& figures) {
   RaiseDescriptorLimit();
-  Figures figures;
   MeasureResponses(figures);
   MeasureRequests(figures);
   MeasureSlowReader(figures);
   MeasureSilentReaders(figures);
   MeasureSmallRequests(figures);
-  return figures.ExitCode();
 }
 
 }  // namespace
 }  // namespace ostrel::bench
 
 int main(int argc, char* argv[]) {
-  try {
-    const bool asServer = argc == 2 && std::strcmp(argv[1], "--server") == 0;
-    return asServer ? ostrel::bench::RunLoadServer() : ostrel::bench::Measure();
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "bench-load: %s\n", error.what());
-    return 2;
-  }
+  using namespace ostrel::bench;
+  const bool asServer = argc == 2 && std::strcmp(argv[1], "--server") == 0;
+  return asServer ? RunLoadServer() : ExitCodeOf("bench-load", Measure);
 }

@@ -66,9 +66,8 @@ class SocketLayer {
   virtual int ShutdownSend(SocketHandle socket) = 0;
 
   /// Bytes accepted, which may be fewer than offered; they leave at once, however few they are,
-  /// unless pieces are gathered. A
-  /// datagram socket sends to `peer`, others take none. 10057 on a stream before its connect
-  /// notification. Never raises a signal.
+  /// unless pieces are gathered. A datagram socket sends to `peer`, others take none. 10057 on a
+  /// stream before its connect notification. Never raises a signal.
   virtual SocketResult<std::int32_t> Send(SocketHandle socket, std::span<const char> bytes,
                                           const SocketAddress* peer) = 0;
   /// Bytes received; 0 when the peer has finished. A datagram socket fills in `peer`, if given.

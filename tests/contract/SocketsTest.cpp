@@ -359,9 +359,15 @@ TEST_F(SocketsTest, SendsGatheredPiecesOnceTheyAreNoLongerGathered) {
   EXPECT_EQ(received, "one after another");
 }
 
-TEST_F(SocketsTest, GathersNothingForAHandleThatIsNotOpen) {
+TEST_F(SocketsTest, SendsAtOnceWhileNothingIsGatheredForItsOwnHandle) {
+  const auto [client, server] = ConnectedPair();
   sockets.GatherPieces(kNoSocket, true);
-  sockets.GatherPieces(kNoSocket, false);
+  sockets.GatherPieces(client, true);
+
+  Send(server, "piece");
+
+  ASSERT_TRUE(AwaitEvent(client, SocketEvent::kRead));
+  EXPECT_EQ(Receive(client).value, "piece");
 }
 
 TEST_F(SocketsTest, TellsOfTheEndOfThePeersSendingWhileThisSideStillSends) {

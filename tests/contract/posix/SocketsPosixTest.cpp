@@ -84,6 +84,12 @@ class SocketsPosixTest : public testing::Test {
   void Connect(SocketHandle client) {
     sockets.Connect(client, sockets.Properties(listener).value.local);
   }
+  SocketHandle AcceptFrom(SocketHandle client) {
+    Connect(client);
+    EXPECT_TRUE(AwaitAccept(1));
+    opened.push_back(sockets.Accept(listener).value);
+    return opened.back();
+  }
   bool AwaitAccept(int count) {
     return Await([&] { return sink.accepts >= count; });
   }
@@ -162,16 +168,13 @@ TEST_F(SocketsPosixTest, ProbesAnIdleConnectionAfterAMinute) {
 
 TEST_F(SocketsPosixTest, HoldsPiecesBackWhileTheyAreGathered) {
   const SocketHandle client = Open();
-  Connect(client);
-  ASSERT_TRUE(AwaitAccept(1));
-  const auto server = sockets.Accept(listener);
-  opened.push_back(server.value);
+  const SocketHandle server = AcceptFrom(client);
   char buffer[10];
 
-  sockets.GatherPieces(server.value, true);
-  sockets.Send(server.value, std::string_view("piece"), nullptr);
+  sockets.GatherPieces(server, true);
+  sockets.Send(server, std::string_view("piece"), nullptr);
   const int error = sockets.Receive(client, buffer, nullptr).error;
-  sockets.GatherPieces(server.value, false);
+  sockets.GatherPieces(server, false);
 
   EXPECT_EQ(error, kWouldBlock);
   int received = 0;
@@ -182,13 +185,10 @@ TEST_F(SocketsPosixTest, HoldsPiecesBackWhileTheyAreGathered) {
 }
 
 TEST_F(SocketsPosixTest, CostsNothingWhileEndedConnectionsAreNotReceivedFrom) {
-  const SocketHandle client = Open();
-  Connect(client);
-  ASSERT_TRUE(AwaitAccept(1));
-  const auto accepted = sockets.Accept(listener);
-  notifier.Select(accepted.value);
-  sockets.Send(accepted.value, std::string("unread"), nullptr);
-  sockets.Close(accepted.value);
+  const SocketHandle accepted = AcceptFrom(Open());
+  notifier.Select(accepted);
+  sockets.Send(accepted, std::string("unread"), nullptr);
+  sockets.Close(accepted);
   DoEventsFor(std::chrono::milliseconds(20));
 
   const std::clock_t before = std::clock();
