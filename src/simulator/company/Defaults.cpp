@@ -47,7 +47,7 @@ void FillFromSource(Element& object, const Field& field, const Company& company)
   Element& copy = object.children.emplace_back(*found);
   copy.name = field.name;
   if (IsPriced(field) && target.kind->priceSign < 0) {
-    copy.text = Decimal::Of(copy.text).Negated().ToString(field.type == FieldType::kPrice ? 2 : 1);
+    copy.text = Decimal::Of(copy.text).Negated().ToString(2);
   }
 }
 
@@ -66,6 +66,7 @@ void FillOtherwise(Element& object, const Field& field, const Company& company) 
 
 void FillOne(Element& object, const Field& field, std::span<const Field> fields,
              const Company& company) {
+  if (field.name.empty()) return;
   if (!field.source.reference.empty() && IsWanted(object, field, fields)) {
     FillFromSource(object, field, company);
   }
@@ -74,8 +75,9 @@ void FillOne(Element& object, const Field& field, std::span<const Field> fields,
 
 void CompleteTransaction(const Kind& kind, Element& object, const Company& company,
                          Numbers& numbers, const Stamp& now) {
-  AddIfMissing(object, "TxnDate", DateText(DayOf(now)));
-  if (!object.Child("TxnNumber")) object.Add("TxnNumber", std::to_string(numbers.NewTxnNumber()));
+  if (kind.Has(kind.dateField)) AddIfMissing(object, kind.dateField, DateText(DayOf(now)));
+  const bool isCounted = kind.Has("TxnNumber") && !object.Child("TxnNumber");
+  if (isCounted) object.Add("TxnNumber", std::to_string(numbers.NewTxnNumber()));
   if (kind.numbered && !object.Child("RefNumber")) {
     object.Add("RefNumber", std::to_string(company.List(kind).HighestRefNumber() + 1));
   }
@@ -154,7 +156,7 @@ void Complete(const Kind& kind, Element& object, const Company& company, Numbers
 
 void FillIn(Element& object, std::span<const Field> fields, const Company& company) {
   for (const Field& field : fields) FillOne(object, field, fields, company);
-  FieldFinder finder(fields, kRet);
+  FieldFinder finder(fields, Use::kRet);
   for (Element& child : object.children) {
     const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
     BreatheLightly();
@@ -164,7 +166,8 @@ void FillIn(Element& object, std::span<const Field> fields, const Company& compa
 
 void FillInDerived(Element& object, std::span<const Field> fields, const Company& company) {
   for (const Field& field : fields) {
-    if (field.uses != kRet || field.source.reference.empty()) continue;
+    const bool isGiven = !field.inAdd.empty() || !field.inMod.empty();
+    if (isGiven || field.source.reference.empty()) continue;
     object.Drop(field.name);
     FillOne(object, field, fields, company);
   }

@@ -45,9 +45,10 @@ void ForEachReference(const Element& object, Visit visit) {
 Text ObjectList::KeyOf(const Element& object) const {
   if (oKind->category == Category::kList) return NameKey(NameOf(*oKind, object));
   constexpr std::size_t kDigits = 10;
-  std::string number(object.ChildText("TxnNumber"));
+  const bool isCounted = oKind->Has("TxnNumber");
+  std::string number(object.ChildText(isCounted ? "TxnNumber" : "TxnID"));
   if (number.size() < kDigits) number.insert(0, kDigits - number.size(), '0');
-  return FromUtf8(std::string(object.ChildText("TxnDate")).append(" ").append(number));
+  return FromUtf8(std::string(object.ChildText(oKind->dateField)).append(" ").append(number));
 }
 
 ObjectList::Prepared ObjectList::Prepare(Element object) const {

@@ -21,7 +21,7 @@ std::size_t Rank(std::span<const Field> fields, const Field* field) {
 void Arrange(Element& object, std::span<const Field> fields) {
   std::vector<std::pair<std::size_t, std::size_t>> order;  // rank, place
   order.reserve(object.children.size());
-  FieldFinder finder(fields, kRet);
+  FieldFinder finder(fields, Use::kRet);
   for (Element& child : object.children) {
     const Field* field = finder.Find(child.name);
     order.emplace_back(Rank(fields, field), order.size());

@@ -76,7 +76,7 @@ void PostLines(const Kind& kind, const Element& transaction, const Posting& post
                Draft& draft) {
   const bool amounts = posting.measure == Measure::kAmount;
   for (const Element& line : transaction.children) {
-    const Field* field = FindField(kind.fields, line.name, kRet);
+    const Field* field = FindField(kind.fields, line.name, Use::kRet);
     Breathe();
     if (!field || field->name != posting.line) continue;
     const Decimal value = Decimal::Of(line.ChildText(amounts ? "Amount" : "Quantity"));

@@ -21,7 +21,8 @@ std::optional<Status> ResolveOne(Element& reference, const Field& field, const C
   const Target target = FindTarget(company, field.refers, reference);
   if (!target) return InvalidReference(field.refers, name, where);
   const std::string_view type = target.object->ChildText(target.kind->typeField);
-  if (!field.values.empty() && std::ranges::find(field.values, type) == field.values.end()) {
+  if (!field.accountTypes.empty() &&
+      std::ranges::find(field.accountTypes, type) == field.accountTypes.end()) {
     return WrongReference(field.refers, name, where);
   }
   reference = ReferenceTo(reference.name, target);
@@ -41,7 +42,8 @@ bool LeadsNowhere(const Element& reference, const Field& field, const Company& c
 bool HasDangling(const Element& object, std::span<const Field> fields, std::string_view pays,
                  const Company& company, const std::set<std::string_view>& ids) {
   return std::ranges::any_of(object.children, [&](const Element& child) {
-    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    const Field* field =
+        child.children.empty() ? nullptr : FindField(fields, child.name, Use::kRet);
     if (!field) return false;
     if (IsReference(field)) return LeadsNowhere(child, *field, company, ids);
     const std::string_view paid = pays.empty() ? "" : child.ChildText("TxnID");
@@ -59,15 +61,18 @@ std::optional<Status> Resolve(Element& object, std::span<const Field> fields, Us
     Breathe();
     const Field* field = FindField(fields, child.name, use);
     if (!field) continue;
-    auto status = IsReference(field) ? ResolveOne(child, *field, company, where)
-                                     : Resolve(child, field->children, use, company, where);
+    const bool isLine = field->type == FieldType::kLine;
+    auto status = IsReference(field)
+                      ? ResolveOne(child, *field, company, where)
+                      : Resolve(child, field->children, use, company,
+                                isLine ? std::string(where).append(" line") : std::string(where));
     if (status) return status;
   }
   return std::nullopt;
 }
 
 void Link(Element& object, std::span<const Field> fields, const Company& company) {
-  FieldFinder finder(fields, kRet);
+  FieldFinder finder(fields, Use::kRet);
   for (Element& child : object.children) {
     const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
     if (!field) continue;
@@ -81,7 +86,7 @@ void Link(Element& object, std::span<const Field> fields, const Company& company
 }
 
 bool HasUnlinked(const Element& object, std::span<const Field> fields) {
-  FieldFinder finder(fields, kRet);
+  FieldFinder finder(fields, Use::kRet);
   return std::ranges::any_of(object.children, [&](const Element& child) {
     const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
     if (!field) return false;

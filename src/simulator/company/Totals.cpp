@@ -88,7 +88,7 @@ LineTotals ComputeLines(const Kind& kind, Element& transaction, const Company& c
   Decimal amount;
   for (Element& line : transaction.children) {
     Breathe();
-    const Field* field = FindField(kind.fields, line.name, kRet);
+    const Field* field = FindField(kind.fields, line.name, Use::kRet);
     if (!field || field->type != FieldType::kLine) continue;
     if (!line.Child("TxnLineID")) line.Add("TxnLineID", numbers.NewTxnId(now));
     amount = ComputeLine(line, field->children, amount);

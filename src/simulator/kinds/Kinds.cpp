@@ -1,21 +1,40 @@
 #include "simulator/kinds/Kinds.h"
 
-#include <algorithm>
-#include <iterator>
+#include <deque>
 #include <map>
 
 namespace ostrel::simulator {
 namespace {
 
-KindList CollectKinds() {
-  KindList all;
-  for (const auto& table : {ListKinds(), ItemKinds(), SalesKinds(), PurchaseKinds()}) {
-    for (const Kind& kind : table) all.push_back(&kind);
+struct Rows {
+  std::vector<Kind> kinds;
+  std::deque<std::vector<Field>> fields;  // of the kinds
+};
+
+Rows CollectRows() {
+  Rows rows;
+  for (const auto& table : {ListKinds(), TransactionKinds()}) {
+    for (Kind kind : table) {
+      kind.fields = rows.fields.emplace_back(FieldsOf(kind.name));
+      rows.kinds.push_back(kind);
+    }
   }
-  std::stable_partition(all.begin(), all.end(),
-                        [](const Kind* kind) { return kind->category == Category::kList; });
+  return rows;
+}
+
+KindList CollectKinds() {
+  static const Rows rows = CollectRows();
+  KindList all;
+  for (const Kind& kind : rows.kinds) all.push_back(&kind);
   return all;
 }
+
+// Kinds of several names that one reference may name.
+struct Sort {
+  std::string_view name;
+  std::string_view kinds[2];
+};
+constexpr Sort kSorts[] = {{"SalesTaxItem", {"ItemSalesTax", "ItemSalesTaxGroup"}}};
 
 using Names = std::map<std::string_view, KindList>;
 
@@ -24,6 +43,9 @@ Names CollectNames() {
   for (const Kind* kind : AllKinds()) {
     names[kind->name].push_back(kind);
     if (!kind->family.empty()) names[kind->family].push_back(kind);
+  }
+  for (const Sort& sort : kSorts) {
+    for (const std::string_view kind : sort.kinds) names[sort.name].push_back(names[kind].front());
   }
   return names;
 }

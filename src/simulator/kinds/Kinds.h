@@ -1,6 +1,6 @@
-// The kinds of objects that a company holds: a row each, from which the messages, the filters and
-// the bookkeeping follow. The rows stand in ListKinds.cpp, ItemKinds.cpp, SalesKinds.cpp and
-// PurchaseKinds.cpp; a new kind is a new row.
+// The kinds of objects that a company holds: a row each, from which the messages and the
+// bookkeeping follow. The rows stand in ListKinds.cpp and TransactionKinds.cpp; a new kind is a new
+// row, whose fields are those of its definitions (grammar/Definitions.h).
 #pragma once
 
 #include <span>
@@ -41,7 +41,6 @@ struct Sums {
 struct Kind {
   std::string_view name;  // "Customer": CustomerAddRq, CustomerRet
   Category category = Category::kList;
-  std::span<const Field> fields;
   std::string_view title = {};   // in status texts: the list's name; a transaction's own otherwise
   std::string_view family = {};  // kinds of a family share their names and a query: "Item"
 
@@ -59,17 +58,19 @@ struct Kind {
   std::span<const Posting> postings = {};
   bool numbered = false;       // gets the next RefNumber when it has none
   std::string_view pays = {};  // the kind whose open amounts a payment is applied to
+  std::string_view dateField = "TxnDate";
+
+  std::span<const Field> fields = {};  // of its definitions
 
   std::string_view IdField() const { return category == Category::kList ? "ListID" : "TxnID"; }
-  bool Has(std::string_view field) const { return FindField(fields, field, kRet) != nullptr; }
+  bool Has(std::string_view field) const { return FindField(fields, field, Use::kRet) != nullptr; }
   /// "CustomerRet"
   std::string RetName() const { return std::string(name).append("Ret"); }
 };
 
+/// The rows, without their fields.
 std::span<const Kind> ListKinds();
-std::span<const Kind> ItemKinds();
-std::span<const Kind> SalesKinds();
-std::span<const Kind> PurchaseKinds();
+std::span<const Kind> TransactionKinds();
 
 using KindList = std::vector<const Kind*>;
 
@@ -79,7 +80,8 @@ const KindList& AllKinds();
 std::size_t IndexOf(const Kind& kind);
 /// Null for an unknown name.
 const Kind* FindKind(std::string_view name);
-/// The kinds of a family, or the one kind of that name; empty for an unknown name.
+/// The kinds of a family, those that a sort of reference may name ("SalesTaxItem"), or the one kind
+/// of that name; empty for an unknown name.
 const KindList& KindsNamed(std::string_view nameOrFamily);
 /// The kinds with which a kind shares its names, itself included.
 const KindList& NameSpace(const Kind& kind);

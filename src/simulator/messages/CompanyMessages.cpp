@@ -13,7 +13,7 @@ Response QueryHost(const Call& call) {
   xml.Leaf("MajorVersion", data.MajorVersion());
   xml.Leaf("MinorVersion", data.MinorVersion());
   xml.Leaf("Country", data.Country());
-  for (const std::string_view version : SupportedVersions()) {
+  for (const std::string_view version : SupportedVersions(data)) {
     xml.Leaf("SupportedQBXMLVersion", version);
   }
   xml.Leaf("IsAutomaticLogin", "false");

@@ -1,5 +1,4 @@
-// The tables at the beginning say which filters a query may have, in the order in which qbXML
-// demands them; the table of makers at the end says what each does. A filter becomes a predicate
+// The table of makers at the end says what each filter does. A filter becomes a predicate
 // over one object, made once for the query with its texts already folded to lower case, so that
 // the walk over a list only compares. Filters by entity are resolved to ListIDs at once, which lets
 // the query visit the transactions of those entities instead of all.
@@ -16,89 +15,6 @@
 
 namespace ostrel::simulator {
 namespace {
-
-constexpr std::string_view kActiveStatus[] = {"ActiveOnly", "InactiveOnly", "All"};
-constexpr std::string_view kPaidStatus[] = {"All", "PaidOnly", "NotPaidOnly"};
-constexpr std::string_view kCriteria[] = {"StartsWith", "Contains", "EndsWith"};
-constexpr std::string_view kOperators[] = {"LessThan", "LessThanEqual", "Equal", "GreaterThan",
-                                           "GreaterThanEqual"};
-
-constexpr Field kNameFilter[] = {
-    {.name = "MatchCriterion", .required = kAnyUse, .values = kCriteria},
-    {.name = "Name", .required = kAnyUse},
-};
-constexpr Field kNameRangeFilter[] = {{.name = "FromName"}, {.name = "ToName"}};
-constexpr Field kBalanceFilter[] = {
-    {.name = "Operator", .required = kAnyUse, .values = kOperators},
-    {.name = "Amount", .type = FieldType::kAmount, .required = kAnyUse},
-};
-constexpr Field kModifiedRange[] = {{.name = "FromModifiedDate", .type = FieldType::kMoment},
-                                    {.name = "ToModifiedDate", .type = FieldType::kMoment}};
-const Field kDateRange[] = {
-    {.name = "FromTxnDate", .type = FieldType::kDate, .choice = 1},
-    {.name = "ToTxnDate", .type = FieldType::kDate, .choice = 1},
-    {.name = "DateMacro", .choice = 2, .values = DateMacros()},
-};
-constexpr Field kEntityFilter[] = {
-    {.name = "ListID", .type = FieldType::kId, .repeated = true, .choice = 1},
-    {.name = "FullName", .repeated = true, .choice = 2},
-    {.name = "ListIDWithChildren", .type = FieldType::kId, .choice = 3},
-    {.name = "FullNameWithChildren", .choice = 4},
-};
-constexpr Field kRefNumberFilter[] = {
-    {.name = "MatchCriterion", .required = kAnyUse, .values = kCriteria},
-    {.name = "RefNumber", .required = kAnyUse},
-};
-constexpr Field kRefNumberRange[] = {{.name = "FromRefNumber"}, {.name = "ToRefNumber"}};
-
-constexpr FieldType kGroup = FieldType::kGroup;
-
-const Field kListFilters[] = {
-    {.name = "ListID", .type = FieldType::kId, .repeated = true, .choice = 1},
-    {.name = "FullName", .repeated = true, .choice = 2},
-    {.name = "MaxReturned", .type = FieldType::kCount, .choice = 3},
-    {.name = "ActiveStatus", .choice = 3, .values = kActiveStatus},
-    {.name = "FromModifiedDate", .type = FieldType::kMoment, .choice = 3},
-    {.name = "ToModifiedDate", .type = FieldType::kMoment, .choice = 3},
-    {.name = "NameFilter", .type = kGroup, .choice = 3, .either = 1, .children = kNameFilter},
-    {.name = "NameRangeFilter",
-     .type = kGroup,
-     .choice = 3,
-     .either = 1,
-     .children = kNameRangeFilter},
-};
-constexpr Field kTotalBalanceFilter = {
-    .name = "TotalBalanceFilter", .type = kGroup, .choice = 3, .children = kBalanceFilter};
-
-const Field kTransactionFilters[] = {
-    {.name = "TxnID", .type = FieldType::kId, .repeated = true, .choice = 1},
-    {.name = "RefNumber", .repeated = true, .choice = 2},
-    {.name = "RefNumberCaseSensitive", .repeated = true, .choice = 4, .since = 40},
-    {.name = "MaxReturned", .type = FieldType::kCount, .choice = 3},
-    {.name = "ModifiedDateRangeFilter",
-     .type = kGroup,
-     .choice = 3,
-     .either = 1,
-     .children = kModifiedRange},
-    {.name = "TxnDateRangeFilter",
-     .type = kGroup,
-     .choice = 3,
-     .either = 1,
-     .children = kDateRange},
-    {.name = "EntityFilter", .type = kGroup, .choice = 3, .children = kEntityFilter},
-    {.name = "RefNumberFilter",
-     .type = kGroup,
-     .choice = 3,
-     .either = 2,
-     .children = kRefNumberFilter},
-    {.name = "RefNumberRangeFilter",
-     .type = kGroup,
-     .choice = 3,
-     .either = 2,
-     .children = kRefNumberRange},
-};
-constexpr Field kPaidFilter = {.name = "PaidStatus", .choice = 3, .values = kPaidStatus};
-constexpr Field kIncludeLineItems = {.name = "IncludeLineItems", .type = FieldType::kBoolean};
 
 Text Folded(std::string_view text) { return LowerCase(FromUtf8(text)); }
 
@@ -261,17 +177,6 @@ constexpr std::pair<std::string_view, Maker> kMakers[] = {
 };
 
 }  // namespace
-
-std::vector<Field> FiltersOf(const Kind& kind) {
-  const bool isList = kind.category == Category::kList;
-  const std::span<const Field> common =
-      isList ? std::span<const Field>(kListFilters) : kTransactionFilters;
-  std::vector<Field> filters(common.begin(), common.end());
-  if (isList && kind.Has("TotalBalance")) filters.push_back(kTotalBalanceFilter);
-  if (!kind.sums.paid.empty()) filters.push_back(kPaidFilter);
-  if (!isList) filters.push_back(kIncludeLineItems);
-  return filters;
-}
 
 bool Filters::Pass(const Candidate& candidate) const {
   BreatheLightly();

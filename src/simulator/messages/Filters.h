@@ -10,9 +10,6 @@
 
 namespace ostrel::simulator {
 
-/// The elements of a query of the kind.
-std::vector<Field> FiltersOf(const Kind& kind);
-
 struct Candidate {
   const Kind& kind;
   const Text& key;  // in its ObjectList

@@ -33,6 +33,7 @@ bool IsTaken(const Company& company, const Kind& kind, const Element& object) {
 // Makes the object's names and says what is wrong with them.
 std::optional<Status> TakeName(const Call& call, const Kind& kind, Element& object) {
   const Company& company = call.company.Data();
+  if (kind.nameField == kind.IdField()) return std::nullopt;
   const std::string name(object.ChildText(kind.nameField));
   if (name.find(':') != std::string::npos) {
     return CannotStore(name, kind.nameField, "A name may not contain a colon.");
@@ -96,10 +97,10 @@ Response AddListObject(const Call& call) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
   Element object = Cleaned(call.element.children.front());
-  if (auto status = Resolve(object, kind.fields, kAdd, company, kind.name)) return {*status};
+  if (auto status = Resolve(object, kind.fields, Use::kAdd, company, kind.name)) return {*status};
   if (auto status = TakeName(call, kind, object)) return {*status};
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
-  DropPassing(object, kind.fields);
+  NameAsHeld(object, kind.fields, Use::kAdd);
   Draft draft(company);
   draft.Put(kind, object);
   MoveParents(kind, object, TotalBalanceOf(object), draft);
@@ -112,9 +113,10 @@ Response ModifyListObject(const Call& call) {
   Element given = call.element.children.front();
   const Element* before = nullptr;
   if (auto refusal = FindForChange(call, given, before)) return *std::move(refusal);
-  if (auto status = Resolve(given, kind.fields, kMod, company, kind.name)) return {*status};
+  if (auto status = Resolve(given, kind.fields, Use::kMod, company, kind.name)) return {*status};
   Element object = *before;
-  Merge(object, given);
+  NameAsHeld(given, kind.fields, Use::kMod);
+  Merge(object, given, kind.fields);
   if (IsBelowItself(company, kind, object)) {
     return {CannotModify(Described(kind, *before), "An element cannot be its own parent.")};
   }

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "simulator/company/OpenCompany.h"
-#include "simulator/kinds/Fields.h"
+#include "simulator/grammar/Grammar.h"
 #include "simulator/kinds/Kinds.h"
 #include "simulator/messages/Session.h"
 #include "simulator/values/Dates.h"
@@ -25,15 +25,13 @@ struct Response {
 struct Call;
 
 struct Message {
-  std::string name;  // with "Rq"; its response ends with "Rs"
+  std::string_view name;  // with "Rq"; its response ends with "Rs"
+  const Content* content;
   Response (*reply)(const Call& call);
-  Use use = kQuery;
-  KindList kinds = {};     // that it is about
-  std::string group = {};  // "CustomerAdd"; empty for messages without
-  std::vector<Field> fields = {};
+  KindList kinds = {};  // that it is about
 };
 
-/// A message that has passed CheckFields and Normalize.
+/// A message that has passed CheckContent and Normalize.
 struct Call {
   const Message& message;
   const Element& element;

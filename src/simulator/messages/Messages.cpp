@@ -1,12 +1,14 @@
-// Every message is made from the tables of kinds: each kind has an Add, a Mod and a Query, and each
-// family of kinds a Query of its own; only a handful are named one by one. The catalog is made once
-// and says for each message its elements, attributes and handler, so that checking a request, the
-// schema and the handlers cannot disagree. The second half is the steps that the handlers share: a
+// The catalog gives each message that qbXML defines its handler: a handful are named one by one,
+// the others are the Add, Mod and Query of a kind, or the Query of a family of kinds. Those that
+// are left are known but not carried out. The second half is the steps that the handlers share: a
 // change is found, merged and committed, and its response shows the object as it is stored.
 #include "simulator/messages/Messages.h"
 
 #include <algorithm>
+#include <charconv>
+#include <iterator>
 #include <map>
+#include <utility>
 
 #include "platform/SystemError.h"
 #include "simulator/company/Objects.h"
@@ -17,81 +19,60 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::string_view kNotMerged[] = {"ListID", "TxnID", "TxnLineID", "EditSequence"};
-constexpr std::string_view kVersions[] = {"1.0",  "1.1",  "2.0",  "2.1", "3.0", "4.0",
-                                          "4.1",  "5.0",  "6.0",  "7.0", "8.0", "9.0",
-                                          "10.0", "11.0", "12.0", "13.0"};
 
-constexpr Field kIncludeRetElement = {
-    .name = "IncludeRetElement", .maxLength = 50, .repeated = true, .since = 40};
+struct Version {
+  std::string_view name;
+  int majorVersion = 0;  // of the first product that has it, where that is known
+};
+constexpr Version kVersions[] = {{"1.0"},  {"1.1"},      {"2.0"},      {"2.1"},     {"3.0"},
+                                 {"4.0"},  {"4.1"},      {"5.0"},      {"6.0"},     {"7.0"},
+                                 {"8.0"},  {"9.0"},      {"10.0"},     {"11.0"},    {"12.0"},
+                                 {"13.0"}, {"14.0", 31}, {"15.0", 32}, {"16.0", 33}};
 
-// Names owners of data extensions, which the objects here do not have.
-constexpr Field kOwnerId = {.name = "OwnerID", .repeated = true, .since = 20};
+using Handler = Response (*)(const Call& call);
+using Catalog = std::map<std::string_view, Message>;
 
-using Catalog = std::map<std::string, Message, std::less<>>;
+constexpr std::pair<std::string_view, Handler> kHandlers[] = {
+    {"HostQueryRq", QueryHost},
+    {"CompanyQueryRq", QueryCompany},
+    {"ListDelRq", DeleteListObject},
+    {"TxnDelRq", DeleteTransaction},
+};
 
-void Enter(Catalog& catalog, Message message) {
-  std::string name = message.name;
-  Message& entered = catalog.emplace(std::move(name), std::move(message)).first->second;
-  if (entered.group.empty()) return;
-  entered.fields.front().name = entered.group;  // which lives as long
-}
+Response FindNothing(const Call&) { return {.status = NoMatch()}; }
 
-Message OneObjectMessage(const Kind& kind, std::string_view verb, Use use,
-                         Response (*reply)(const Call&)) {
-  std::string group = std::string(kind.name).append(verb);
-  return {.name = group + "Rq",
-          .reply = reply,
-          .use = use,
-          .kinds = {&kind},
-          .group = group,
-          .fields = {
-              {.name = {}, .type = FieldType::kGroup, .required = kAnyUse, .children = kind.fields},
-              kIncludeRetElement}};
-}
+Response Refuse(const Call& call) { return {.status = NotHere(call.message.name)}; }
 
-Message QueryMessage(std::string_view name, const KindList& kinds) {
-  std::vector<Field> fields = FiltersOf(*kinds.front());
-  fields.push_back(kIncludeRetElement);
-  fields.push_back(kOwnerId);
-  return {.name = std::string(name).append("QueryRq"),
-          .reply = QueryObjects,
-          .kinds = kinds,
-          .fields = std::move(fields)};
-}
-
-std::span<const std::string_view> NamesOf(Category category) {
-  static std::map<Category, std::vector<std::string_view>> names;
-  auto& known = names[category];
-  if (!known.empty()) return known;
-  for (const Kind* kind : AllKinds()) {
-    if (kind->category == category) known.push_back(kind->name);
+// Whether the message is the verb of a kind or, where it may be, of a family.
+bool IsAbout(Message& message, std::string_view verb) {
+  const std::string_view stem = message.name.substr(0, message.name.size() - 2);
+  if (!stem.ends_with(verb)) return false;
+  const std::string_view name = stem.substr(0, stem.size() - verb.size());
+  if (verb == "Query") {
+    message.kinds = KindsNamed(name);
+  } else if (const Kind* kind = FindKind(name)) {
+    message.kinds = {kind};
   }
-  return known;
+  return !message.kinds.empty();
 }
 
-Message DeleteMessage(Category category, std::string_view name, std::string_view type,
-                      std::string_view id, Response (*reply)(const Call&)) {
-  return {.name = std::string(name),
-          .reply = reply,
-          .fields = {{.name = type, .required = kAnyUse, .values = NamesOf(category)},
-                     {.name = id, .type = FieldType::kId, .required = kAnyUse}}};
+Handler HandlerOf(Message& message) {
+  const auto named =
+      std::ranges::find(kHandlers, message.name, &std::pair<std::string_view, Handler>::first);
+  if (named != std::end(kHandlers)) return named->second;
+  if (IsAbout(message, "Query")) return QueryObjects;
+  const auto isList = [&] { return message.kinds.front()->category == Category::kList; };
+  if (IsAbout(message, "Add")) return isList() ? AddListObject : AddTransaction;
+  if (IsAbout(message, "Mod")) return isList() ? ModifyListObject : ModifyTransaction;
+  return message.name.ends_with("QueryRq") ? FindNothing : Refuse;
 }
 
 Catalog MakeCatalog() {
   Catalog catalog;
-  Enter(catalog, {.name = "HostQueryRq", .reply = QueryHost});
-  Enter(catalog, {.name = "CompanyQueryRq", .reply = QueryCompany});
-  Enter(catalog,
-        DeleteMessage(Category::kList, "ListDelRq", "ListDelType", "ListID", DeleteListObject));
-  Enter(catalog, DeleteMessage(Category::kTransaction, "TxnDelRq", "TxnDelType", "TxnID",
-                               DeleteTransaction));
-  for (const Kind* kind : AllKinds()) {
-    const bool isList = kind->category == Category::kList;
-    Enter(catalog, OneObjectMessage(*kind, "Add", kAdd, isList ? AddListObject : AddTransaction));
-    Enter(catalog,
-          OneObjectMessage(*kind, "Mod", kMod, isList ? ModifyListObject : ModifyTransaction));
-    Enter(catalog, QueryMessage(kind->name, {kind}));
-    if (!kind->family.empty()) Enter(catalog, QueryMessage(kind->family, NameSpace(*kind)));
+  for (const std::string_view name : MessageNames()) {
+    Message message{.name = name, .content = FindContent(name), .reply = nullptr};
+    message.reply = HandlerOf(message);
+    catalog.emplace(name, std::move(message));
   }
   return catalog;
 }
@@ -105,7 +86,7 @@ constexpr std::string_view kMetaData[] = {"NoMetaData", "MetaDataOnly", "MetaDat
 constexpr std::string_view kIterator[] = {"Start", "Continue", "Stop"};
 constexpr AttributeRule kAttributes[] = {
     {.name = "requestID"},
-    {.name = "metaData", .since = 40, .values = kMetaData},  // of queries only, from here on
+    {.name = "metaData", .since = 40, .values = kMetaData},
     {.name = "iterator", .since = 50, .values = kIterator},
     {.name = "iteratorID", .since = 50},
 };
@@ -126,6 +107,14 @@ bool IteratorFits(const Element& element) {
   return *iterator == "Stop" || element.Child("MaxReturned");
 }
 
+// What stands in place of another field takes it away.
+void DropAlternatives(Element& object, const Field* field, std::span<const Field> fields) {
+  if (!field || field->either == 0) return;
+  for (const Field& other : fields) {
+    if (other.either == field->either && &other != field) object.Drop(other.name);
+  }
+}
+
 }  // namespace
 
 const Message* FindMessage(std::string_view name) {
@@ -139,9 +128,14 @@ std::vector<const Message*> AllMessages() {
   return messages;
 }
 
-std::span<const AttributeRule> AttributesOf(const Message& message) {
-  const std::span all(kAttributes);
-  return message.reply == QueryObjects ? all : all.first(1);
+std::vector<AttributeRule> AttributesOf(const Message& message) {
+  std::vector<AttributeRule> rules;
+  for (const AttributeRule& rule : kAttributes) {
+    const auto& defined = message.content->attributes;
+    const bool isDefined = std::ranges::find(defined, rule.name) != defined.end();
+    if (isDefined || rule.name == "requestID") rules.push_back(rule);
+  }
+  return rules;
 }
 
 bool HasRightAttributes(const Message& message, const Element& element, int version) {
@@ -192,16 +186,30 @@ Element Cleaned(const Element& source) {
   return cleaned;
 }
 
-void DropPassing(Element& object, std::span<const Field> fields) {
-  std::erase_if(object.children, [&](const Element& child) {
-    return FindField(fields, child.name, kAdd) && !FindField(fields, child.name, kRet);
+void NameAsHeld(Element& object, std::span<const Field> fields, Use use) {
+  FieldFinder finder(fields, use);
+  std::erase_if(object.children, [&](Element& child) {
+    const Field* field = finder.Find(child.name);
+    if (!field) return false;
+    if (field->name.empty()) return true;
+    child.name = field->name;
+    if (field->type != FieldType::kReference) NameAsHeld(child, field->children, use);
+    return false;
   });
 }
 
-void Merge(Element& object, const Element& given) {
+void Merge(Element& object, const Element& given, std::span<const Field> fields) {
   for (const Element& child : given.children) {
     if (std::ranges::find(kNotMerged, child.name) != std::end(kNotMerged)) continue;
-    object.Drop(child.name);
+    const Field* field = FindField(fields, child.name, Use::kRet);
+    Element* held = object.Child(child.name);
+    if (held && field && field->type == FieldType::kGroup && !field->isMany) {
+      Merge(*held, child, field->children);
+      if (held->children.empty()) object.Drop(child.name);
+      continue;
+    }
+    if (!field || !field->isMany || &child == given.Child(child.name)) object.Drop(child.name);
+    DropAlternatives(object, field, fields);
     Element copy = Cleaned(child);
     if (!copy.text.empty() || !copy.children.empty()) object.children.push_back(std::move(copy));
   }
@@ -218,6 +226,15 @@ std::optional<Response> FindForChange(const Call& call, const Element& given,
   return Response{.status = OutOfDate(editSequence), .body = OneRet(call, kind, *object)};
 }
 
-std::span<const std::string_view> SupportedVersions() { return kVersions; }
+std::vector<std::string_view> SupportedVersions(const Company& company) {
+  int majorVersion = 0;
+  const std::string product = company.MajorVersion();
+  std::from_chars(product.data(), product.data() + product.size(), majorVersion);
+  std::vector<std::string_view> versions;
+  for (const Version& version : kVersions) {
+    if (version.majorVersion <= majorVersion) versions.push_back(version.name);
+  }
+  return versions;
+}
 
 }  // namespace ostrel::simulator

@@ -1,5 +1,4 @@
-// The messages that the stand-in understands. The messages about a kind of object follow from its
-// row.
+// The messages of qbXML: which of them the stand-in carries out, and how.
 #pragma once
 
 #include <optional>
@@ -23,7 +22,7 @@ struct AttributeRule {
   int since = 0;                                  // qbXML version times ten
   std::span<const std::string_view> values = {};  // the only ones allowed; empty: any
 };
-std::span<const AttributeRule> AttributesOf(const Message& message);
+std::vector<AttributeRule> AttributesOf(const Message& message);
 /// Whether the message may have the attributes that the element has.
 bool HasRightAttributes(const Message& message, const Element& element, int version);
 
@@ -48,17 +47,19 @@ Response Saved(const Call& call, const Changes& changes, const Element& object);
 
 /// The object of an AddRq without its empty fields.
 Element Cleaned(const Element& source);
-/// Removes the fields that an AddRq may have and an object does not hold.
-void DropPassing(Element& object, std::span<const Field> fields);
-/// Gives `object` the fields of a ModRq; an empty field removes the object's. Lines, IDs and
-/// EditSequence are left alone.
-void Merge(Element& object, const Element& given);
+/// Gives the elements of an Add or Mod the names that an object has for them, and removes those
+/// that an object does not hold.
+void NameAsHeld(Element& object, std::span<const Field> fields, Use use);
+/// Gives `object` the fields of a ModRq, named as an object names them; an empty field removes the
+/// object's. A group keeps what is not given. Lines, IDs and EditSequence are left alone.
+void Merge(Element& object, const Element& given, std::span<const Field> fields);
 /// Finds the object of a ModRq. Returns the response that refuses one whose ID is unknown, or which
 /// has changed since the client read it; that one is returned as it is now.
 std::optional<Response> FindForChange(const Call& call, const Element& given,
                                       const Element*& object);
 
-/// The versions as in <?qbxml version="..."?>, oldest first.
-std::span<const std::string_view> SupportedVersions();
+/// The versions as in <?qbxml version="..."?> that the product of the company's file understands,
+/// oldest first.
+std::vector<std::string_view> SupportedVersions(const Company& company);
 
 }  // namespace ostrel::simulator

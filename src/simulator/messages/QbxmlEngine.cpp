@@ -47,12 +47,12 @@ std::string_view VersionIn(std::string_view data) {
 }
 
 // Returns the version times ten: 130 for "13.0".
-int CheckVersion(const std::vector<Instruction>& instructions) {
+int CheckVersion(const std::vector<Instruction>& instructions, const Company& company) {
   const auto qbxml = std::ranges::find(instructions, "qbxml", &Instruction::target);
   if (qbxml == instructions.end()) Fail(Hresult::kParseError);
   const std::string_view version = VersionIn(qbxml->data);
   if (version.empty()) Fail(Hresult::kParseError);
-  const auto supported = SupportedVersions();
+  const auto supported = SupportedVersions(company);
   if (std::ranges::find(supported, version) == supported.end()) Fail(Hresult::kUnknownVersion);
   int major = 0;
   const char* point = std::from_chars(version.data(), version.data() + version.size(), major).ptr;
@@ -94,7 +94,7 @@ Step CheckMessage(Element& element, int version) {
   const Message* message = FindMessage(element.name);
   if (!message) Fail(Hresult::kParseError);
   if (!HasRightAttributes(*message, element, version)) Fail(Hresult::kParseError);
-  CheckFields(element, message->fields, {message->use, version});
+  CheckContent(element, *message->content, version);
   return {message, &element};
 }
 
@@ -117,7 +117,7 @@ Response Reply(const Step& step, const Frame& frame, std::size_t& size) {
     if (fault->conduct.error != 0) Fail(fault->conduct.error);
     if (fault->status) return {*fault->status};
   }
-  if (auto status = Normalize(*step.element, message.fields, message.use)) {
+  if (auto status = Normalize(*step.element, *message.content)) {
     return {*std::move(status)};
   }
   return message.reply(
@@ -154,7 +154,7 @@ void Pad(XmlWriter& xml, std::size_t size) {
 
 Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now) {
   XmlDocument document = Parse(request);
-  const int version = CheckVersion(document.instructions);
+  const int version = CheckVersion(document.instructions, company.Data());
   Element& messages = MessagesOf(document.root);
   const bool stopOnError = ReadOnError(messages);
   const std::vector<Step> steps = CheckMessages(messages, version);

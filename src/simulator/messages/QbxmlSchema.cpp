@@ -1,7 +1,6 @@
-// The schema is written from the tables of fields that check the messages. Message types come
-// first; each group of fields that they name is queued and written behind them, once however many
-// messages use it, and may queue further groups. Runs of neighbouring fields become sequences and
-// choices: fields of one choice exclude those of the others, and mixed ones stand in any order.
+// The schema is written from the definitions that check the messages. Message types come first;
+// each content that they name is queued and written behind them, once however many messages use it,
+// and may queue further ones.
 #include <algorithm>
 #include <deque>
 #include <initializer_list>
@@ -17,35 +16,12 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::string_view kComment =
-    "<!-- The requests that Ostrel's stand-in for QuickBooks understands: made from the tables in\n"
-    "     src/simulator, not by hand. QuickBooks itself understands more; its developers' kit has\n"
-    "     the schema of all of it. -->\n";
+    "<!-- The requests that Ostrel's stand-in for QuickBooks understands: made from the "
+    "definitions in\n"
+    "     src/simulator/grammar, not by hand. -->\n";
 constexpr std::string_view kOnError[] = {"stopOnError", "continueOnError", "rollbackOnError"};
 
-using FieldList = std::vector<const Field*>;
-using FieldRun = std::span<const Field* const>;
 using Words = std::span<const std::string_view>;
-
-// Visits the fields in runs, each as long as its fields belong with the first of the run.
-template <class Belongs, class Visit>
-void ForEachRun(FieldRun fields, Belongs belongs, Visit visit) {
-  while (!fields.empty()) {
-    const auto end = std::ranges::find_if_not(
-        fields, [&](const Field* field) { return belongs(*fields.front(), *field); });
-    const auto length = static_cast<std::size_t>(end - fields.begin());
-    visit(fields.first(length));
-    fields = fields.subspan(length);
-  }
-}
-
-bool BothChosen(const Field& a, const Field& b) { return (a.choice != 0) == (b.choice != 0); }
-
-bool SameChoice(const Field& a, const Field& b) { return a.choice == b.choice; }
-
-bool SameNumber(const Field& a, const Field& b) {
-  return &a == &b || (a.either != 0 && a.either == b.either) ||
-         (a.mixed != 0 && a.mixed == b.mixed);
-}
 
 class SchemaWriter {
  public:
@@ -56,19 +32,14 @@ class SchemaWriter {
     WriteEnvelope();
     WriteCommonTypes();
     for (const Message* message : AllMessages()) WriteMessage(*message);
-    // A group may name further groups, which are queued while it is written.
-    for (; !oGroups.empty(); oGroups.pop_front()) WriteGroup(oGroups.front());
+    // A content may name further ones, which are queued while it is written.
+    for (; !oQueue.empty(); oQueue.pop_front()) WriteContent(*oQueue.front());
     for (const auto& [name, words] : oChoices) WriteChoice(name, words);
     oXml.Close();
     return oXml.Take();
   }
 
  private:
-  struct GroupType {
-    std::string name;
-    std::span<const Field> fields;
-    Use use;
-  };
   using Attributes = std::vector<Attribute>;
 
   void Open(std::string_view name, const Attributes& attributes = {}) {
@@ -86,21 +57,23 @@ class SchemaWriter {
     Open("xs:complexType", {{"name", "QBXMLMsgsRq"}});
     Open("xs:choice", {{"maxOccurs", "unbounded"}});
     for (const Message* message : AllMessages()) {
-      Empty("xs:element", {{"name", message->name}, {"type", message->name}});
+      Empty("xs:element",
+            {{"name", std::string(message->name)}, {"type", std::string(message->name)}});
     }
     oXml.Close();
     Empty("xs:attribute",
           {{"name", "onError"}, {"type", Choice("onError", kOnError)}, {"use", "required"}});
+    for (const char* name : {"newMessageSetID", "oldMessageSetID", "responseData"}) {
+      Empty("xs:attribute", {{"name", name}, {"type", "xs:string"}});
+    }
     oXml.Close();
   }
 
   void WriteCommonTypes() {
     // A type whose text may only be white space.
     WriteRestriction("Nothing", "xs:token", {{"xs:maxLength", "0"}});
-    WriteRestriction("Something", "xs:token", {{"xs:minLength", "1"}});
     WriteRestriction("Count", "xs:positiveInteger", {{"xs:pattern", "[0-9]{1,9}"}});
-    WriteReference();
-    WriteNeededReference();
+    WriteMacroId();
   }
 
   void WriteRestriction(std::string_view name, std::string_view base,
@@ -112,35 +85,23 @@ class SchemaWriter {
     oXml.Close();
   }
 
-  void WriteReference() {
-    Open("xs:complexType", {{"name", "Reference"}});
-    Open("xs:sequence");
-    Empty("xs:element", Occurring("ListID", "xs:string", true, false));
-    Empty("xs:element", Occurring("FullName", "xs:string", true, false));
-    oXml.Close();
-    oXml.Close();
-  }
-
-  void WriteNeededReference() {
-    Open("xs:complexType", {{"name", "NeededReference"}});
-    Open("xs:choice");
-    Open("xs:sequence");
-    Empty("xs:element", Occurring("ListID", "xs:string", false, false));
-    Empty("xs:element", Occurring("FullName", "xs:string", true, false));
-    oXml.Close();
-    Empty("xs:element", Occurring("FullName", "xs:string", false, false));
-    oXml.Close();
-    oXml.Close();
+  // An ID, or the name of a macro that stands for it.
+  void WriteMacroId() {
+    Open("xs:complexType", {{"name", "MacroId"}});
+    Open("xs:simpleContent");
+    Open("xs:extension", {{"base", "xs:string"}});
+    Empty("xs:attribute", {{"name", "useMacro"}, {"type", "xs:string"}});
+    for (int i = 0; i < 3; ++i) oXml.Close();
   }
 
   void WriteMessage(const Message& message) {
-    Open("xs:complexType", {{"name", message.name}});
-    const bool empty = message.fields.empty();
+    Open("xs:complexType", {{"name", std::string(message.name)}});
+    const bool empty = message.content->particles.empty();
     if (empty) {
       Open("xs:simpleContent");
       Open("xs:extension", {{"base", "Nothing"}});
     } else {
-      WriteFields(message.fields, message.use);
+      WriteParticles(*message.content);
     }
     for (const auto& [name, since, values] : AttributesOf(message)) {
       Empty("xs:attribute", {{"name", std::string(name)},
@@ -149,9 +110,12 @@ class SchemaWriter {
     for (int open = empty ? 3 : 1; open > 0; --open) oXml.Close();
   }
 
-  void WriteGroup(const GroupType& type) {
-    Open("xs:complexType", {{"name", type.name}});
-    WriteFields(type.fields, type.use);
+  void WriteContent(const Content& content) {
+    Open("xs:complexType", {{"name", std::string(content.name)}});
+    WriteParticles(content);
+    for (const std::string_view name : content.attributes) {
+      Empty("xs:attribute", {{"name", std::string(name)}, {"type", "xs:string"}});
+    }
     oXml.Close();
   }
 
@@ -165,90 +129,59 @@ class SchemaWriter {
     oXml.Close();
   }
 
-  void WriteFields(std::span<const Field> fields, Use use) {
-    FieldList used;
-    for (const Field& field : fields) {
-      if (field.uses & use) used.push_back(&field);
+  void WriteParticles(const Content& content, const Attributes& occurrence = {}) {
+    Open(content.isChoice ? "xs:choice" : "xs:sequence", occurrence);
+    for (const Particle& particle : content.particles) {
+      Attributes attributes = OccurrenceOf(particle);
+      if (particle.name.empty()) {
+        WriteParticles(*particle.content, attributes);
+        continue;
+      }
+      attributes.insert(attributes.begin(),
+                        {{"name", std::string(particle.name)}, {"type", TypeOf(particle)}});
+      Empty("xs:element", attributes);
     }
-    Open("xs:sequence");
-    ForEachRun(used, BothChosen, [&](FieldRun run) { WriteRun(run, use); });
     oXml.Close();
   }
 
-  // Fields with a choice: those of one choice exclude the others.
-  void WriteRun(FieldRun fields, Use use) {
-    if (fields.front()->choice == 0) return WriteSequence(fields, use);
-    Open("xs:choice", {{"minOccurs", "0"}});
-    ForEachRun(fields, SameChoice, [&](FieldRun alternative) {
-      Open("xs:sequence");
-      WriteSequence(alternative, use);
-      oXml.Close();
-    });
-    oXml.Close();
-  }
-
-  void WriteSequence(FieldRun fields, Use use) {
-    ForEachRun(fields, SameNumber, [&](FieldRun run) {
-      if (run.size() == 1) return WriteElement(*run.front(), use);
-      Attributes occurrence = {{"minOccurs", "0"}};
-      if (run.front()->mixed != 0) occurrence.push_back({"maxOccurs", "unbounded"});
-      Open("xs:choice", occurrence);
-      for (const Field* field : run) WriteElement(*field, use);
-      oXml.Close();
-    });
-  }
-
-  void WriteElement(const Field& field, Use use) {
-    const bool needed = (field.required & use) != 0;
-    Empty("xs:element",
-          Occurring(ElementName(field, use), TypeOf(field, use), !needed, field.repeated));
-  }
-
-  static Attributes Occurring(std::string name, std::string type, bool optional, bool repeated) {
-    Attributes attributes = {{"name", std::move(name)}, {"type", std::move(type)}};
-    if (optional) attributes.push_back({"minOccurs", "0"});
-    if (repeated) attributes.push_back({"maxOccurs", "unbounded"});
+  static Attributes OccurrenceOf(const Particle& particle) {
+    Attributes attributes;
+    if (particle.least != 1) attributes.push_back({"minOccurs", std::to_string(particle.least)});
+    if (particle.most == Particle::kAnyNumber) {
+      attributes.push_back({"maxOccurs", "unbounded"});
+    } else if (particle.most != 1) {
+      attributes.push_back({"maxOccurs", std::to_string(particle.most)});
+    }
     return attributes;
   }
 
   // Amounts, dates and the like are texts here: a malformed one gets a status in the response.
-  std::string TypeOf(const Field& field, Use use) {
-    const bool needed = (field.required & use) != 0;
-    if (!field.children.empty()) return Group(field, use);
-    if (field.type == FieldType::kReference) return needed ? "NeededReference" : "Reference";
-    if (!field.values.empty()) return Choice(field.name, field.values);
-    if (field.type == FieldType::kBoolean) return "xs:boolean";
-    if (field.type == FieldType::kCount) return "Count";
-    return needed ? "Something" : "xs:string";
+  std::string TypeOf(const Particle& particle) {
+    if (particle.content) return TypeOf(*particle.content);
+    if (particle.mayUseMacro) return "MacroId";
+    if (particle.type == FieldType::kWord) return Choice(particle.name, particle.words);
+    if (particle.type == FieldType::kBoolean) return "xs:boolean";
+    return particle.type == FieldType::kCount ? "Count" : "xs:string";
   }
 
-  // The type of a group is named after the first field that has these children.
-  std::string Group(const Field& field, Use use) {
-    const auto key = std::pair(field.children.data(), use);
-    const auto known = oGroupNames.find(key);
-    if (known != oGroupNames.end()) return known->second;
-    std::string name = ElementName(field, use);
-    const std::string_view suffix = use == kAdd ? "Add" : use == kMod ? "Mod" : "";
-    if (!name.ends_with(suffix)) name += suffix;
-    while (!oTaken.insert(name).second) name += '_';
-    oGroups.push_back({name, field.children, use});
-    return oGroupNames.emplace(key, std::move(name)).first->second;
+  std::string TypeOf(const Content& content) {
+    if (oTaken.insert(std::string(content.name)).second) oQueue.push_back(&content);
+    return std::string(content.name);
   }
 
   std::string Choice(std::string_view field, Words words) {
     const auto known = std::ranges::find_if(
         oChoices, [&](const auto& choice) { return choice.second.data() == words.data(); });
     if (known != oChoices.end()) return known->first;
-    std::string name(field);
+    std::string name = std::string(field).append("Words");
     while (!oTaken.insert(name).second) name += '_';
     return oChoices.emplace(std::move(name), words).first->first;
   }
 
   XmlWriter oXml{XmlForm::kFile};
-  std::deque<GroupType> oGroups;  // that are named and not yet written
-  std::map<std::pair<const Field*, Use>, std::string> oGroupNames;
+  std::deque<const Content*> oQueue;  // that are named and not yet written
   std::map<std::string, Words> oChoices;
-  std::set<std::string> oTaken = {"Nothing", "Something", "Count", "Reference", "NeededReference"};
+  std::set<std::string> oTaken = {"Nothing", "Count", "MacroId"};
 };
 
 }  // namespace

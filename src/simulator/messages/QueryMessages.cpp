@@ -169,7 +169,7 @@ Response NextPage(const Call& call, Iterator& iterator) {
 }
 
 Response StartIterator(const Call& call, const Filters& filters) {
-  Iterator iterator{.id = {}, .query = call.message.name, .objects = {}};
+  Iterator iterator{.id = {}, .query = std::string(call.message.name), .objects = {}};
   for (const Kind* kind : call.message.kinds) {
     VisitCandidates(call.company.Data().List(*kind), filters,
                     [&](const Kind&, const ObjectList::Entry& object) {

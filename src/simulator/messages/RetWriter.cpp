@@ -17,13 +17,13 @@ class RetWriter {
   void WriteChildren(const Element& element, std::span<const Field> fields, bool top) {
     for (const Element& child : element.children) {
       Breathe();
-      const Field* field = FindField(fields, child.name, kRet);
+      const Field* field = FindField(fields, child.name, Use::kRet);
       if (field && !IsShown(*field, child, top)) continue;
       if (!field || child.children.empty()) {
         oXml.Write(child);
       } else if (field->type == FieldType::kReference) {
         WriteReference(child);
-      } else if (!oKind.pays.empty() && field->suffixed) {
+      } else if (!oKind.pays.empty() && field->name == "AppliedToTxnRet") {
         WriteApplied(child, *field);
       } else {
         WriteGroup(child, *field);
@@ -35,9 +35,14 @@ class RetWriter {
   bool IsShown(const Field& field, const Element& child, bool top) const {
     if (field.since > oView.version) return false;
     if (!top) return true;
-    const bool isLine = field.type == FieldType::kLine || field.suffixed;
-    if (isLine && !oView.lines) return false;
+    if (IsLine(field) && !oView.lines) return false;
     return oView.only.empty() || std::ranges::binary_search(oView.only, child.name);
+  }
+
+  // What a transaction has many of, but for those that are asked for by themselves.
+  bool IsLine(const Field& field) const {
+    if (oKind.category == Category::kList || !field.isMany || field.children.empty()) return false;
+    return field.name != "LinkedTxn" && field.name != "DataExtRet";
   }
 
   void WriteGroup(const Element& group, const Field& field) {

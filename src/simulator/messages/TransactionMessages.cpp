@@ -20,14 +20,6 @@
 namespace ostrel::simulator {
 namespace {
 
-// "InvoiceLineAdd" becomes "InvoiceLineRet".
-void NameLines(Element& object, std::span<const Field> fields, Use use) {
-  for (Element& child : object.children) {
-    const Field* field = FindField(fields, child.name, use);
-    if (field && field->type == FieldType::kLine) child.name = ElementName(*field, kRet);
-  }
-}
-
 // Drops the values of a line that follow from its item or its amount when that changes; they are
 // computed anew.
 void ForgetComputed(Element& line, const Element& given, std::span<const Field> fields,
@@ -62,7 +54,7 @@ Lines LinesOf(Element& object, std::string_view name) {
 std::optional<Status> ModifyLine(Lines& before, const Element& given, const Field& field,
                                  const Company& company, std::vector<Element>& lines) {
   const std::string id(given.ChildText("TxnLineID"));
-  Element line{.name = ElementName(field, kRet)};
+  Element line{.name = std::string(field.name)};
   bool fresh = id == "-1";
   if (!fresh) {
     const auto found = before.find(id);
@@ -75,7 +67,9 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
     fresh = item && (!itemBefore || item->ChildText("ListID") != itemBefore->ChildText("ListID"));
     ForgetComputed(line, given, field.children, fresh);
   }
-  Merge(line, given);
+  Element named = given;
+  NameAsHeld(named, field.children, Use::kMod);
+  Merge(line, named, field.children);
   if (fresh) FillIn(line, field.children, company);
   lines.push_back(std::move(line));
   return std::nullopt;
@@ -85,19 +79,19 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
 std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& given,
                                   const Company& company) {
   for (const Field& field : kind.fields) {
-    if (field.type != FieldType::kLine || !given.Child(ElementName(field, kMod))) continue;
+    if (field.type != FieldType::kLine || !given.Child(field.inMod)) continue;
     std::vector<Element> lines;
-    Lines before = LinesOf(object, ElementName(field, kRet));
+    Lines before = LinesOf(object, field.name);
     for (const Element& child : given.children) {
-      if (child.name != ElementName(field, kMod)) continue;
+      if (child.name != field.inMod) continue;
       Breathe();
       if (auto status = ModifyLine(before, child, field, company, lines)) return status;
     }
     // ModifyLine has removed the names of the lines that it took.
     object.Drop("");
-    object.Drop(ElementName(field, kRet));
+    object.Drop(field.name);
     std::ranges::move(lines, std::back_inserter(object.children));
-    given.Drop(ElementName(field, kMod));
+    given.Drop(field.inMod);
   }
   return std::nullopt;
 }
@@ -124,13 +118,12 @@ Response AddTransaction(const Call& call) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
   Element object = Cleaned(call.element.children.front());
-  if (auto status = Resolve(object, kind.fields, kAdd, company, kind.name)) return {*status};
+  if (auto status = Resolve(object, kind.fields, Use::kAdd, company, kind.name)) return {*status};
   Applications applications = ApplicationsOf(object);
   if (IsTrue(object.ChildText("IsAutoApply"))) {
     applications = AutomaticApplications(kind, object, company);
   }
-  NameLines(object, kind.fields, kAdd);
-  DropPassing(object, kind.fields);
+  NameAsHeld(object, kind.fields, Use::kAdd);
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
   Draft draft(company);
   if (auto status = Enter(call, draft, object, applications)) return {*status};
@@ -143,14 +136,15 @@ Response ModifyTransaction(const Call& call) {
   Element given = call.element.children.front();
   const Element* before = nullptr;
   if (auto refusal = FindForChange(call, given, before)) return *std::move(refusal);
-  if (auto status = Resolve(given, kind.fields, kMod, company, kind.name)) return {*status};
+  if (auto status = Resolve(given, kind.fields, Use::kMod, company, kind.name)) return {*status};
   Applications applications = ApplicationsOf(given);
   if (applications.empty()) applications = ApplicationsOf(*before);
   given.Drop("AppliedToTxnMod");
 
   Element object = *before;
   if (auto status = ModifyLines(kind, object, given, company)) return {*status};
-  Merge(object, given);
+  NameAsHeld(given, kind.fields, Use::kMod);
+  Merge(object, given, kind.fields);
   Touch(object, call.now);
   Draft draft(company);
   Reverse(kind, *before, draft);

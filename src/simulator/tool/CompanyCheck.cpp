@@ -75,7 +75,8 @@ void CheckNamesAndIds(const Element& root, Problems& problems) {
 void CheckReferences(const Kind& kind, const Element& object, std::span<const Field> fields,
                      const std::string& told, const Company& company, Problems& problems) {
   for (const Element& child : object.children) {
-    const Field* field = child.children.empty() ? nullptr : FindField(fields, child.name, kRet);
+    const Field* field =
+        child.children.empty() ? nullptr : FindField(fields, child.name, Use::kRet);
     if (!field) continue;
     if (field->type != FieldType::kReference) {
       CheckReferences(kind, child, field->children, told, company, problems);

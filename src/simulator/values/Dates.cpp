@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <system_error>
 
 namespace ostrel::simulator {
 namespace {
@@ -169,6 +170,34 @@ std::optional<std::int64_t> ParseMoment(std::string_view text, const Stamp& now,
   const auto offset = ParseZone(zone);
   if (!second || !offset) return std::nullopt;
   return std::int64_t{day->time_since_epoch().count()} * 86'400 + *second - *offset * 60;
+}
+
+std::optional<std::int64_t> ParseInterval(std::string_view text) {
+  constexpr std::int64_t kMost = 1'000'000;
+  std::int64_t minutes = 0;
+  const bool isIso = text.starts_with("PT");
+  std::string_view rest = isIso ? text.substr(2) : text;
+  if (rest.empty()) return std::nullopt;
+  for (bool isFirst = true; !rest.empty(); isFirst = false) {
+    std::int64_t number = 0;
+    const auto end = std::from_chars(rest.data(), rest.data() + rest.size(), number);
+    if (end.ec != std::errc() || number < 0 || number > kMost) return std::nullopt;
+    rest.remove_prefix(static_cast<std::size_t>(end.ptr - rest.data()));
+    const char unit = rest.empty() ? '\0' : rest.front();
+    if (isIso ? unit == 'H' : unit == ':' && isFirst) {
+      minutes += 60 * number;
+    } else if (isIso ? unit == 'M' : unit == '\0' && !isFirst) {
+      minutes += number;
+    } else if (unit != 'S') {
+      return std::nullopt;
+    }
+    if (!rest.empty()) rest.remove_prefix(1);
+  }
+  return minutes;
+}
+
+std::string IntervalText(std::int64_t minutes) {
+  return "PT" + std::to_string(minutes / 60) + "H" + std::to_string(minutes % 60) + "M";
 }
 
 std::span<const std::string_view> DateMacros() { return kMacroNames; }

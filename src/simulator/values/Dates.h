@@ -32,6 +32,11 @@ std::chrono::sys_days DayOf(const Stamp& stamp);
 /// alone is its first second, or its last one.
 std::optional<std::int64_t> ParseMoment(std::string_view text, const Stamp& now, bool endOfDay);
 
+/// Minutes of "PT1H30M" (hours, minutes and seconds, each may be left out) or "1:30".
+std::optional<std::int64_t> ParseInterval(std::string_view text);
+/// "PT1H30M"
+std::string IntervalText(std::int64_t minutes);
+
 struct DateRange {
   std::optional<std::chrono::sys_days> from;
   std::optional<std::chrono::sys_days> to;

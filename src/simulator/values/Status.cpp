@@ -57,6 +57,18 @@ Status BadDate(std::string_view value, std::string_view field) {
   return CannotConvert(3020, "date", value, field);
 }
 
+Status BadMoment(std::string_view value, std::string_view field) {
+  return CannotConvert(3010, "date-time", value, field);
+}
+
+Status BadInterval(std::string_view value, std::string_view field) {
+  return CannotConvert(3030, "time interval", value, field);
+}
+
+Status BadFloat(std::string_view value, std::string_view field) {
+  return CannotConvert(3045, "float", value, field);
+}
+
 Status BadAmount(std::string_view value, std::string_view field) {
   return CannotConvert(3040, "amount", value, field);
 }
@@ -135,6 +147,12 @@ Status InvalidValue(std::string_view value, std::string_view field, std::string_
   return {
       3210, kError,
       Sentence({"The \"", field, "\" field has an invalid value \"", value, "\".", kBecause, why})};
+}
+
+Status NotHere(std::string_view message) {
+  return {3250, kError,
+          Sentence({"The stand-in for QuickBooks does not have the message \"", message,
+                    "\". QuickBooks itself has it."})};
 }
 
 Status NotProcessed() { return {3231, kError, "The request has not been processed."}; }

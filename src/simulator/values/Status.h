@@ -24,6 +24,9 @@ Status NotAllFound(std::string_view missing);
 /// `field` is the element's name.
 Status InvalidId(std::string_view id, std::string_view field);
 Status BadDate(std::string_view value, std::string_view field);
+Status BadMoment(std::string_view value, std::string_view field);
+Status BadInterval(std::string_view value, std::string_view field);
+Status BadFloat(std::string_view value, std::string_view field);
 Status BadAmount(std::string_view value, std::string_view field);
 Status BadPrice(std::string_view value, std::string_view field);
 Status BadPercent(std::string_view value, std::string_view field);
@@ -43,6 +46,8 @@ Status CannotSave(std::string_view what, std::string_view why);
 Status OutOfDate(std::string_view editSequence);
 Status InvalidValue(std::string_view value, std::string_view field, std::string_view why);
 Status NotProcessed();
+/// Of a message that QuickBooks has and the stand-in does not.
+Status NotHere(std::string_view message);
 Status InvalidIterator(std::string_view id);
 
 /// Raises RequestProcessorError with the HRESULT and QuickBooks' sentence for it.

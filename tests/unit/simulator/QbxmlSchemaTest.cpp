@@ -56,9 +56,10 @@ TEST_F(QbxmlSchemaTest, IsTheOneBesideTheSamples) {
 
 TEST_F(QbxmlSchemaTest, KnowsEveryMessage) {
   for (const Message* message : AllMessages()) {
-    IsValid(Request("<" + message->name + "><NoSuchElement/></" + message->name + ">"));
+    const std::string name(message->name);
+    IsValid(Request("<" + name + "><NoSuchElement/></" + name + ">"));
 
-    EXPECT_EQ(sReason.find(message->name + "': This element is not expected"), std::string::npos);
+    EXPECT_EQ(sReason.find(name + "': This element is not expected"), std::string::npos);
   }
   EXPECT_FALSE(IsValid(Request("<NoSuchRq/>")));
 }
