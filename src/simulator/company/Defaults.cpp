@@ -173,6 +173,19 @@ void FillInDerived(Element& object, std::span<const Field> fields, const Company
   }
 }
 
+const Field* FindMissing(const Element& object, std::span<const Field> fields) {
+  for (const Field& field : fields) {
+    if (field.isNeeded && !Follow(object, field.name)) return &field;
+  }
+  FieldFinder finder(fields, Use::kRet);
+  for (const Element& child : object.children) {
+    const Field* field = child.children.empty() ? nullptr : finder.Find(child.name);
+    if (!field) continue;
+    if (const Field* missing = FindMissing(child, field->children)) return missing;
+  }
+  return nullptr;
+}
+
 void MakeNames(const Kind& kind, Element& object, std::string_view parentFullName) {
   if (!kind.nameParts.empty()) object.Set(kind.nameField, JoinedParts(kind, object));
   if (!kind.Has("FullName")) return;

@@ -21,6 +21,9 @@ void FillIn(Element& object, std::span<const Field> fields, const Company& compa
 /// To be called after every change of the references that they follow.
 void FillInDerived(Element& object, std::span<const Field> fields, const Company& company);
 
+/// A field that QuickBooks needs and the object or one of its groups or lines lacks; null when it
+/// has all.
+const Field* FindMissing(const Element& object, std::span<const Field> fields);
 /// Makes Name, FullName and Sublevel of a list object from its parts and its parent, whose full
 /// name is empty for an object at the top.
 void MakeNames(const Kind& kind, Element& object, std::string_view parentFullName);

@@ -33,6 +33,7 @@ struct Field {
   int either = 0;  // only one field of this number may stand; 0: beside any
   int mixed = 0;   // fields of one number stand in any order among themselves; 0: in this one
   int since = 0;   // qbXML version times ten
+  bool isNeeded = false;  // qbXML lets it be left out, QuickBooks refuses an object without it
   std::vector<Field> children = {};  // of a group or line
 
   std::string_view refers = {};                         // the kinds of what a reference names

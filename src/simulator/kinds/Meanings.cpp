@@ -116,6 +116,46 @@ constexpr Otherwise kOtherwise[] = {
     {"ToDo", "IsDone", "false"},
 };
 
+// What QuickBooks needs although its messages may leave it out, or leave it empty.
+struct Need {
+  std::string_view owner;
+  std::string_view field;
+};
+constexpr Need kNeeds[] = {
+    {"SalesOrPurchase", "AccountRef"},
+    {"SalesAndPurchase", "IncomeAccountRef"},
+    {"SalesAndPurchase", "ExpenseAccountRef"},
+    {"ItemInventory", "IncomeAccountRef"},
+    {"ItemInventory", "COGSAccountRef"},
+    {"ItemInventory", "AssetAccountRef"},
+    {"ItemInventoryAssembly", "IncomeAccountRef"},
+    {"ItemInventoryAssembly", "COGSAccountRef"},
+    {"ItemInventoryAssembly", "AssetAccountRef"},
+    {"ItemDiscount", "AccountRef"},
+    {"ItemFixedAsset", "AssetAccountRef"},
+    {"SalesRep", "SalesRepEntityRef"},
+    {"Invoice", "CustomerRef"},
+    {"CreditMemo", "CustomerRef"},
+    {"Estimate", "CustomerRef"},
+    {"SalesOrder", "CustomerRef"},
+    {"ReceivePayment", "CustomerRef"},
+    {"Charge", "CustomerRef"},
+    {"ReceivePayment", "TotalAmount"},
+    {"PurchaseOrder", "VendorRef"},
+    {"Bill", "VendorRef"},
+    {"VendorCredit", "VendorRef"},
+    {"ItemReceipt", "VendorRef"},
+    {"Check", "AccountRef"},
+    {"CreditCardCharge", "AccountRef"},
+    {"CreditCardCredit", "AccountRef"},
+    {"ExpenseLine", "AccountRef"},
+    {"JournalDebitLine", "AccountRef"},
+    {"JournalCreditLine", "AccountRef"},
+    {"Transfer", "TransferFromAccountRef"},
+    {"Transfer", "TransferToAccountRef"},
+    {"Transfer", "Amount"},
+};
+
 // Where the kinds of items keep what a line takes from its item.
 constexpr std::string_view kSalesText[] = {"SalesOrPurchase/Desc", "SalesAndPurchase/SalesDesc",
                                            "SalesDesc", "ItemDesc"};
@@ -222,6 +262,8 @@ void GiveMeaning(std::string_view kind, std::string_view owner, Field& field) {
   if (const Otherwise* row = FindRow(kOtherwise, base, name)) {
     field.otherwise = row->value;
   }
+  field.isNeeded = std::ranges::any_of(
+      kNeeds, [&](const Need& need) { return need.owner == base && need.field == name; });
   if (const SourceRow* row = SourceOf(base, name)) field.source = {row->reference, row->paths};
 }
 

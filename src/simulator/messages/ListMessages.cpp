@@ -101,6 +101,7 @@ Response AddListObject(const Call& call) {
   if (auto status = TakeName(call, kind, object)) return {*status};
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
   NameAsHeld(object, kind.fields, Use::kAdd);
+  if (auto status = FindLack(kind, object)) return {*status};
   Draft draft(company);
   draft.Put(kind, object);
   MoveParents(kind, object, TotalBalanceOf(object), draft);
@@ -121,6 +122,7 @@ Response ModifyListObject(const Call& call) {
     return {CannotModify(Described(kind, *before), "An element cannot be its own parent.")};
   }
   if (auto status = TakeName(call, kind, object)) return {*status};
+  if (auto status = FindLack(kind, object)) return {*status};
   Touch(object, call.now);
   Draft draft(company);
   RenameBelow(kind, *before, object, draft);

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/SystemError.h"
+#include "simulator/company/Defaults.h"
 #include "simulator/company/Objects.h"
 #include "simulator/messages/Filters.h"
 #include "simulator/messages/RetWriter.h"
@@ -166,6 +167,13 @@ Status CommitFor(const Call& call, const Changes& changes, std::string_view desc
     return CannotSave(described, "It holds more than can be saved at once.");
   }
   return CannotSave(described, ToUtf8(platform::SystemErrorText(error)));
+}
+
+std::optional<Status> FindLack(const Kind& kind, const Element& object) {
+  const Field* missing = FindMissing(object, kind.fields);
+  if (!missing) return std::nullopt;
+  return CannotSave(Described(kind, object),
+                    std::string("The field \"").append(missing->name).append("\" is missing."));
 }
 
 Response Saved(const Call& call, const Changes& changes, const Element& object) {

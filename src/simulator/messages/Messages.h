@@ -47,6 +47,8 @@ Response Saved(const Call& call, const Changes& changes, const Element& object);
 
 /// The object of an AddRq without its empty fields.
 Element Cleaned(const Element& source);
+/// The status that refuses an object which lacks what QuickBooks needs; nothing for a whole one.
+std::optional<Status> FindLack(const Kind& kind, const Element& object);
 /// Gives the elements of an Add or Mod the names that an object has for them, and removes those
 /// that an object does not hold.
 void NameAsHeld(Element& object, std::span<const Field> fields, Use use);

@@ -101,6 +101,7 @@ std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
                             const Applications& applications) {
   const Kind& kind = call.OfKind();
   const Company& company = call.company.Data();
+  if (auto status = FindLack(kind, object)) return status;
   if (auto status = ComputeTotals(kind, object, company, call.company.NewNumbers(), call.now)) {
     return status;
   }

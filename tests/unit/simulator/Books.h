@@ -17,6 +17,7 @@ inline constexpr char kBooksFile[] = R"(<Company name="Marsh Tools">
   <Account><Name>Supplies</Name><AccountType>Expense</AccountType></Account>
   <Account><Name>Goods</Name><AccountType>CostOfGoodsSold</AccountType></Account>
   <Account><Name>Stock</Name><AccountType>OtherCurrentAsset</AccountType></Account>
+  <Account><Name>Card</Name><AccountType>CreditCard</AccountType></Account>
   <SalesTaxCode><Name>Tax</Name><IsTaxable>true</IsTaxable></SalesTaxCode>
   <SalesTaxCode><Name>Non</Name><IsTaxable>false</IsTaxable></SalesTaxCode>
   <ItemSalesTax><Name>County</Name><TaxRate>8.0</TaxRate></ItemSalesTax>
@@ -25,6 +26,7 @@ inline constexpr char kBooksFile[] = R"(<Company name="Marsh Tools">
   <Customer><Name>Barn</Name><ParentRef><FullName>Abbott</FullName></ParentRef></Customer>
   <Customer><Name>Zeller</Name></Customer>
   <Vendor><Name>Mill</Name></Vendor>
+  <Vehicle><Name>Van</Name></Vehicle>
   <ItemService><Name>Repair</Name>
     <SalesTaxCodeRef><FullName>Non</FullName></SalesTaxCodeRef>
     <SalesOrPurchase><Desc>Repair work</Desc><Price>40.00</Price>

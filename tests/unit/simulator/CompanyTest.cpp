@@ -49,7 +49,7 @@ TEST(Company, CompletesACustomerWrittenByHand) {
   EXPECT_EQ(fields,
             "ListID=80000001-1262682187;TimeCreated=2010-01-05T09:03:07+00:00;"
             "TimeModified=2010-01-05T09:03:07+00:00;EditSequence=1262682187;Name=Jo;FullName=Jo;"
-            "IsActive=true;Sublevel=0;Phone=1;Balance=0.00;TotalBalance=0.00;");
+            "IsActive=true;Sublevel=0;Phone=1;Balance=0.00;TotalBalance=0.00;JobStatus=None;");
 }
 
 TEST(Company, GivesNoListIdTwice) {

@@ -22,6 +22,7 @@ constexpr char kZimmerRet[] =
     "<Sublevel>0</Sublevel>\n"
     "<Balance>12.50</Balance>\n"
     "<TotalBalance>12.50</TotalBalance>\n"
+    "<JobStatus>None</JobStatus>\n"
     "</CustomerRet>\n";
 
 std::string Query(std::string_view content) {
@@ -166,6 +167,7 @@ TEST(CustomerAdd, ReturnsTheCustomerAsItNowIs) {
                                    "<Email>a@example.com</Email>\n"
                                    "<Balance>0.00</Balance>\n"
                                    "<TotalBalance>0.00</TotalBalance>\n"
+                                   "<JobStatus>None</JobStatus>\n"
                                    "<Notes>Pays late</Notes>\n"
                                    "</CustomerRet>\n"));
 }
@@ -210,12 +212,18 @@ TEST(CustomerAdd, RefusesWhatTheTableDoesNotHold) {
   Conversation client;
 
   for (const char* fields :
-       {"", "<Name/>", "<Phone>1</Phone>", "<Phone>1</Phone><Name>Jo</Name>",
+       {"", "<Phone>1</Phone>", "<Phone>1</Phone><Name>Jo</Name>",
         "<Name>Jo</Name><Shoes>42</Shoes>", "<Name>Jo</Name><IsActive>maybe</IsActive>",
         "<Name>Jo</Name><BillAddress>1 Main</BillAddress>"}) {
     EXPECT_EQ(client.FailureOfAsking(Add(fields)), 0x80040400) << fields;
   }
   EXPECT_EQ(client.FailureOfAsking("<CustomerAddRq/>"), 0x80040400);
+}
+
+TEST(CustomerAdd, NeedsAName) {
+  Conversation client;
+
+  EXPECT_THAT(client.Ask(Add("<Name/>")), HasSubstr("statusCode=\"3090\""));
 }
 
 TEST(CustomerAdd, ChangesNothingWhenItCannotBeSaved) {

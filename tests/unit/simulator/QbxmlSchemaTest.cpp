@@ -128,7 +128,6 @@ INSTANTIATE_TEST_SUITE_P(
         "<HostQueryRq iterator='Start'/>", "<CustomerQueryRq iterator='Go'/>",
         "<CustomerQueryRq unknown='1'/>", "<CustomerAddRq/>",
         "<CustomerAddRq><CustomerAdd/></CustomerAddRq>",
-        "<CustomerAddRq><CustomerAdd><Name> </Name></CustomerAdd></CustomerAddRq>",
         "<CustomerAddRq><CustomerAdd><Name kind='x'>Jo</Name></CustomerAdd></CustomerAddRq>",
         "<CustomerAddRq><CustomerAdd><Name>Jo</Name>text</CustomerAdd></CustomerAddRq>",
         "<CustomerAddRq><CustomerAdd><Phone>5</Phone><Name>Jo</Name></CustomerAdd></CustomerAddRq>",
@@ -147,14 +146,21 @@ INSTANTIATE_TEST_SUITE_P(
         "<CustomerQueryRq><FullName>A</FullName><ActiveStatus>All</ActiveStatus></CustomerQueryRq>",
         "<CustomerQueryRq><NameFilter><MatchCriterion>Contains</MatchCriterion><Name>a</Name>"
         "</NameFilter><NameRangeFilter/></CustomerQueryRq>",
-        "<InvoiceAddRq><InvoiceAdd><CustomerRef/></InvoiceAdd></InvoiceAddRq>",
+        "<InvoiceAddRq><InvoiceAdd><Memo>5</Memo></InvoiceAdd></InvoiceAddRq>",
+        "<JournalEntryAddRq><JournalEntryAdd/></JournalEntryAddRq>",
+        "<SalesOrderAddRq><SalesOrderAdd><CustomerRef/></SalesOrderAdd></SalesOrderAddRq>",
+        "<ReceivePaymentAddRq><ReceivePaymentAdd><CustomerRef/></ReceivePaymentAdd>"
+        "</ReceivePaymentAddRq>",
+        "<VehicleQueryRq iterator='Start'><MaxReturned>1</MaxReturned></VehicleQueryRq>",
+        "<CustomerTypeModRq/>",
         "<InvoiceAddRq><InvoiceAdd><CustomerRef><FullName>A</FullName></CustomerRef>"
         "<InvoiceLineAdd><Rate>1</Rate><RatePercent>1</RatePercent></InvoiceLineAdd></InvoiceAdd>"
         "</InvoiceAddRq>",
         "<InvoiceQueryRq><TxnDateRangeFilter><FromTxnDate>2010-01-01</FromTxnDate>"
         "<DateMacro>Today</DateMacro></TxnDateRangeFilter></InvoiceQueryRq>",
-        "<ItemServiceAddRq><ItemServiceAdd><Name>P</Name><SalesOrPurchase><Price>5</Price>"
-        "</SalesOrPurchase></ItemServiceAdd></ItemServiceAddRq>",
+        "<ItemServiceAddRq><ItemServiceAdd><Name>P</Name></ItemServiceAdd></ItemServiceAddRq>",
+        "<ItemServiceModRq><ItemServiceMod><ListID/><EditSequence/><SalesOrPurchase/>"
+        "</ItemServiceMod></ItemServiceModRq>",
         "<ListDelRq><ListDelType>Invoice</ListDelType><ListID>8-1</ListID></ListDelRq>"));
 
 TEST_F(QbxmlSchemaTest, TheFrameIsCheckedToo) {
