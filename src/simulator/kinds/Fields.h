@@ -65,7 +65,4 @@ class FieldFinder {
   std::size_t lNext = 0;
 };
 
-/// The fields of a kind, from the definitions of its Ret, Add and Mod.
-std::vector<Field> FieldsOf(std::string_view kind);
-
 }  // namespace ostrel::simulator

@@ -3,6 +3,8 @@
 #include <deque>
 #include <map>
 
+#include "simulator/kinds/KindFields.h"
+
 namespace ostrel::simulator {
 namespace {
 

@@ -249,6 +249,15 @@ std::string_view KindsThatItNames(std::string_view kind, std::string_view refere
 
 }  // namespace
 
+std::string_view BaseName(std::string_view name) {
+  for (const std::string_view ending : {"Ret", "Add", "Mod"}) {
+    if (name.size() > ending.size() && name.ends_with(ending)) {
+      return name.substr(0, name.size() - ending.size());
+    }
+  }
+  return name;
+}
+
 void GiveMeaning(std::string_view kind, std::string_view owner, Field& field) {
   const std::string_view base = BaseName(owner);
   const std::string_view name = !field.name.empty()    ? field.name
