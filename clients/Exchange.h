@@ -28,10 +28,15 @@ class Exchange {
 
   /// Sends these bytes and waits for the response, dispatching events meanwhile. To be called once.
   virtual ExchangeResult Run(std::string_view request) = 0;
+  /// Finds out whether the gateway could be asked, without asking it: kResponded when it could. To
+  /// be called instead of Run.
+  virtual ExchangeResult Reach() = 0;
 
   /// The response (kResponded), or the reason why there is none, in words.
   Response response;
   Text reason;
+  /// What to do about it (kNotReached, kTimeout), in one line; empty when nothing is known of it.
+  TextView cure;
 };
 
 }  // namespace ostrel

@@ -14,6 +14,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Files.h"
 #include "platform/SystemError.h"
+#include "util/Cures.h"
 #include "util/Wire.h"
 
 namespace ostrel {
@@ -80,16 +81,27 @@ ExchangeResult FolderExchange::Run(std::string_view request) {
   return HandOver(request) ? AwaitResponse() : ExchangeResult::kNotReached;
 }
 
-bool FolderExchange::HandOver(std::string_view request) {
+ExchangeResult FolderExchange::Reach() {
+  return FoldersAreThere() ? ExchangeResult::kResponded : ExchangeResult::kNotReached;
+}
+
+bool FolderExchange::FoldersAreThere() {
   for (const Text& folder : {sProcessFolder, sResponseFolder}) {
     if (platform::FolderExists(folder)) continue;
     reason = u"there is no folder " + folder;
+    cure = CureText(CureOf::kFile, platform::kPathNotFound);
     return false;
   }
+  return true;
+}
+
+bool FolderExchange::HandOver(std::string_view request) {
+  if (!FoldersAreThere()) return false;
   const int stale = platform::EraseFile(sResponsePath);
   if (stale != 0 && stale != platform::kFileNotFound) {
     reason =
         u"cannot remove the old answer " + sResponsePath + u": " + platform::SystemErrorText(stale);
+    cure = CureText(CureOf::kFile, stale);
     return false;
   }
   oNotification->Open(sResponseFolder);  // without it, looking now and then has to do
@@ -97,6 +109,7 @@ bool FolderExchange::HandOver(std::string_view request) {
   if (error == 0) return true;
   reason =
       u"cannot write into the folder " + sProcessFolder + u": " + platform::SystemErrorText(error);
+  cure = CureText(CureOf::kFile, error);
   return false;
 }
 
@@ -147,6 +160,7 @@ void FolderExchange::WaitForChange(milliseconds time) {
 
 ExchangeResult FolderExchange::GiveUp() {
   reason = u"there was no answer in time";
+  cure = CureText(CureOf::kGateway, kNoResponseInTime);
   if (iResponseError != platform::kFileNotFound) {
     reason += u"; " + (bTaken ? sTakenPath : sResponsePath) + u" cannot be read: " +
               platform::SystemErrorText(iResponseError);

@@ -35,6 +35,8 @@ class FolderExchange : public Exchange {
 
   /// HandOver, then AwaitResponse.
   ExchangeResult Run(std::string_view request) override;
+  /// Looks whether both folders are there.
+  ExchangeResult Reach() override;
 
   /// Puts the request into the process folder, whole at once. False when it could not be put there,
   /// with the reason set.
@@ -44,6 +46,7 @@ class FolderExchange : public Exchange {
   ExchangeResult AwaitResponse();
 
  private:
+  bool FoldersAreThere();
   int PutInProcessFolder(std::string_view request);
   bool TakeResponse();
   void WaitForChange(std::chrono::milliseconds time);

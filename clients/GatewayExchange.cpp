@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "util/Cures.h"
 #include "util/RunTimeError.h"
 #include "util/Wire.h"
 
@@ -30,7 +31,8 @@ Response ResponseInFrame(std::string_view frame) {
 
 GatewayExchange::GatewayExchange(TextView host, int port, std::chrono::milliseconds timeout)
     : oSocket(CSocket::Create()), tmrTimeout(timeout, [this] {
-        End(ExchangeResult::kTimeout, u"there was no answer in time");
+        End(ExchangeResult::kTimeout, u"there was no answer in time",
+            CureText(CureOf::kGateway, kNoResponseInTime));
       }) {
   oSocket->RemoteHost(host);
   oSocket->RemotePort(port);
@@ -39,18 +41,28 @@ GatewayExchange::GatewayExchange(TextView host, int port, std::chrono::milliseco
 ExchangeResult GatewayExchange::Run(std::string_view request) {
   const std::vector<std::uint8_t> bytes(request.begin(), request.end());
   oSocket->Events.OnConnect = [&] { oSocket->SendData(std::span(bytes)); };
+  return Connect();
+}
+
+ExchangeResult GatewayExchange::Reach() {
+  oSocket->Events.OnConnect = [this] { End(ExchangeResult::kResponded, {}, {}); };
+  return Connect();
+}
+
+ExchangeResult GatewayExchange::Connect() {
   oSocket->Events.OnDataArrival = [this](std::int32_t) { OnDataArrival(); };
   oSocket->Events.OnClose = [this] {
-    End(ExchangeResult::kNotReached, u"the gateway closed the connection before its answer");
+    End(ExchangeResult::kNotReached, u"the gateway closed the connection before its answer",
+        CureText(CureOf::kGateway, kEndedEarly));
   };
-  oSocket->Events.OnError = [this](std::int16_t, Text& description, auto&&...) {
-    End(ExchangeResult::kNotReached, description);
+  oSocket->Events.OnError = [this](std::uint16_t number, Text& description, auto&&...) {
+    End(ExchangeResult::kNotReached, description, CureText(CureOf::kSocket, number));
   };
   tmrTimeout.SetEnabled(true);
   try {
     oSocket->Connect();
   } catch (const RunTimeError& error) {
-    End(ExchangeResult::kNotReached, error.Description);
+    End(ExchangeResult::kNotReached, error.Description, CureText(CureOf::kSocket, error.Number));
   }
   if (!oResult) platform::RunEventLoop();
   oSocket->Events = {};
@@ -80,13 +92,14 @@ void GatewayExchange::OnFrame(std::string_view received) {
     if (StillLoading) StillLoading();
     return;
   }
-  End(ExchangeResult::kResponded, {});
+  End(ExchangeResult::kResponded, {}, {});
 }
 
-void GatewayExchange::End(ExchangeResult result, Text why) {
+void GatewayExchange::End(ExchangeResult result, Text why, TextView whatToDo) {
   if (oResult) return;
   oResult = result;
   reason = std::move(why);
+  cure = whatToDo;
   platform::QuitEventLoop(0);
 }
 

@@ -20,11 +20,14 @@ class GatewayExchange : public Exchange {
 
   /// The request ends with the end-of-data mark.
   ExchangeResult Run(std::string_view request) override;
+  /// Connects, and nothing more.
+  ExchangeResult Reach() override;
 
  private:
+  ExchangeResult Connect();
   void OnDataArrival();
   void OnFrame(std::string_view received);
-  void End(ExchangeResult result, Text why);
+  void End(ExchangeResult result, Text why, TextView whatToDo);
 
   std::shared_ptr<CSocket> oSocket;
   platform::Timer tmrTimeout;

@@ -10,6 +10,8 @@ namespace ostrel {
 const TextView kSendUsage =
     uR"(ostrel-send [--host H] [--port P] [OPTION...] TEXT | @FILE | -
 ostrel-send --folder PROCESS RESPONSE [OPTION...] TEXT | @FILE | -
+ostrel-send --connect-only [--host H] [--port P] [--timeout S] [--folder P R]
+ostrel-send --escape TEXT | @FILE | -
 
 Sends one request to Ostrel Server, over TCP or through files, and prints the answer.
 
@@ -21,6 +23,9 @@ Sends one request to Ostrel Server, over TCP or through files, and prints the an
   --folder P R     through files instead: the gateway's process folder and its response folder
   --timeout S      give up after this many seconds (300)
   --header NAME    put a line with the calling routine's name in front of the request
+  --status         exit code 4 when QuickBooks refuses one of the messages, with its words
+  --connect-only   is the gateway there? Connects, or looks for the folders; asks nothing
+  --escape         print the text as data for a request, ASCII only, and send nothing
   --raw            send and print bytes as they are; without it line breaks are sent and printed as
                    each side needs them: attribute marks over TCP, CR LF in files, lines here
 
@@ -29,10 +34,12 @@ Examples:
   ostrel-send --host backoffice "QBFILENAME:C:\Books\My Company.QBW"
   ostrel-send @customers.xml
   ostrel-send --header CUSTOMER.LIST - < customers.xml
+  ostrel-send --status @invoice.xml
+  ostrel-send --escape "Smith & Sons"
   ostrel-send --folder C:\Ostrel\Process C:\Ostrel\Response @customers.xml
 
 Exit code: 0 an answer, 1 the gateway answered with an error, 2 no connection or no such folder,
-3 no answer in time, 64 the command line cannot be understood.
+3 no answer in time, 4 with --status: QuickBooks refuses a message, 64 the command line cannot be understood.
 )";
 
 namespace {
@@ -70,6 +77,9 @@ const std::map<TextView, Option> kOptions = {
         options.timeout = std::chrono::seconds(Number(u"--timeout", values[0], 1, 86400));
       }}},
     {u"--header", {1, [](SendOptions& options, Values values) { options.header = values[0]; }}},
+    {u"--escape", {0, [](SendOptions& options, Values) { options.escape = true; }}},
+    {u"--status", {0, [](SendOptions& options, Values) { options.status = true; }}},
+    {u"--connect-only", {0, [](SendOptions& options, Values) { options.connectOnly = true; }}},
     {u"--raw", {0, [](SendOptions& options, Values) { options.raw = true; }}},
     {u"--help", {0, [](SendOptions& options, Values) { options.help = true; }}},
     {u"-h", {0, [](SendOptions& options, Values) { options.help = true; }}},
@@ -96,13 +106,18 @@ SendOptions ParseSendOptions(const std::vector<Text>& arguments) {
   while (!rest.empty() && TakeOption(options, rest)) {
   }
   if (options.help) return options;
-  if (rest.empty()) throw UsageError(u"there is no request");
-  if (rest.front().starts_with(u"--")) throw UsageError(u"there is no option " + rest.front());
+  if (options.escape && options.connectOnly) {
+    throw UsageError(u"either --escape or --connect-only");
+  }
+  if (rest.empty() && !options.connectOnly) throw UsageError(u"there is no request");
+  if (!rest.empty() && rest.front().starts_with(u"--"))
+    throw UsageError(u"there is no option " + rest.front());
+  if (options.connectOnly && !rest.empty()) throw UsageError(u"--connect-only takes no request");
   if (rest.size() > 1) throw UsageError(u"one request only: put quotes around a text with blanks");
   if (options.folders && (options.host || options.port)) {
     throw UsageError(u"either --folder, or --host and --port");
   }
-  options.request = rest.front();
+  if (!rest.empty()) options.request = rest.front();
   return options;
 }
 

@@ -29,8 +29,11 @@ struct SendOptions {
   std::chrono::seconds timeout{300};       // for the whole exchange
   Text header;                             // the line that names the calling routine; empty: none
   bool raw = false;                        // bytes go and come as they are
+  bool escape = false;                     // prints the text as data of qbXML, sends nothing
+  bool status = false;                     // an error of a message is an exit code of its own
+  bool connectOnly = false;                // sends nothing
   bool help = false;
-  Text request;  // the text itself, "@FILE" or "-"
+  Text request;  // the text itself, "@FILE" or "-"; empty with connectOnly
 };
 
 /// Raises UsageError.

@@ -6,9 +6,11 @@
 #include "clients/FolderExchange.h"
 #include "clients/GatewayExchange.h"
 #include "clients/SendOptions.h"
+#include "clients/XmlText.h"
 #include "platform/Console.h"
 #include "platform/SystemError.h"
 #include "util/CodePage.h"
+#include "util/Cures.h"
 #include "util/Text.h"
 #include "util/Wire.h"
 
@@ -19,7 +21,8 @@ enum ExitCode {
   kResponse = 0,
   kErrorResponse = 1,
   kNotReached = 2,
-  kNoResponseInTime = 3,
+  kNoResponse = 3,
+  kMessageRefused = 4,
   kUsage = 64
 };
 
@@ -111,14 +114,29 @@ Text Printable(std::string_view body) {
   return text;
 }
 
-ExitCode TellResponse(const Response& response, bool raw) {
+// QuickBooks' words for each message that it refused.
+ExitCode TellStatus(const Response& response) {
+  const auto failed = FailedMessages(response.body);
+  for (const MessageStatus& status : failed) {
+    Tell(BytesToText(status.element + ": " + status.code + " " + status.message));
+  }
+  return failed.empty() ? kResponse : kMessageRefused;
+}
+
+void TellCure(TextView cure) {
+  if (!cure.empty()) Tell(TextView(WhatToDo(cure)).substr(1));
+}
+
+ExitCode TellResponse(const SendOptions& options, const Response& response) {
+  const bool raw = options.raw;
   if (response.errorNumber) {
     Tell(u"the gateway answered with error " + ToText(std::int64_t{*response.errorNumber}));
     if (!raw) platform::WriteStandardError(Printable(response.body));
+    TellCure(CureText(*response.errorNumber, BytesToText(response.body)));
     return kErrorResponse;
   }
   if (!raw) platform::WriteStandardOutput(Printable(response.body));
-  return kResponse;
+  return options.status ? TellStatus(response) : kResponse;
 }
 
 ExitCode RunExchange(const SendOptions& options, TextView peer, Exchange& exchange,
@@ -127,25 +145,51 @@ ExitCode RunExchange(const SendOptions& options, TextView peer, Exchange& exchan
     Tell(u"QuickBooks is still opening the company file (error 99); waiting for the answer");
   };
   if (options.raw) exchange.Received = platform::WriteStandardOutputBytes;
-  const ExchangeResult result = exchange.Run(request);
-  if (result == ExchangeResult::kResponded) return TellResponse(exchange.response, options.raw);
+  const ExchangeResult result = options.connectOnly ? exchange.Reach() : exchange.Run(request);
+  if (result == ExchangeResult::kResponded) {
+    return options.connectOnly ? kResponse : TellResponse(options, exchange.response);
+  }
   Tell(Text(peer) + u": " + exchange.reason);
-  return result == ExchangeResult::kTimeout ? kNoResponseInTime : kNotReached;
+  TellCure(exchange.cure);
+  return result == ExchangeResult::kTimeout ? kNoResponse : kNotReached;
 }
 
 ExitCode SendOverTcp(const SendOptions& options) {
   const Text host = options.host.value_or(u"127.0.0.1");
   const int port = options.port.value_or(kDefaultPort);
-  const std::string request = RequestFrame(options);
+  const std::string request = options.connectOnly ? std::string() : RequestFrame(options);
   GatewayExchange exchange(host, port, options.timeout);
   return RunExchange(options, host + u" port " + ToText(std::int64_t{port}), exchange, request);
 }
 
 ExitCode SendThroughFolders(const SendOptions& options) {
   const auto& [process, response] = *options.folders;
-  const std::string request = RequestFile(options);
+  const std::string request = options.connectOnly ? std::string() : RequestFile(options);
   FolderExchange exchange(process, response, UniqueRequestName(), options.timeout);
   return RunExchange(options, process, exchange, request);
+}
+
+// A text of the command line is Unicode. Bytes that are no UTF-8 are the database's: there 251 to
+// 255 are its marks, which no field may hold.
+Text GivenText(const SendOptions& options) {
+  if (IsFromCommandLine(options)) return options.request;
+  const std::string bytes = WithLineBreaks(GivenRequest(options), "\n");
+  const Text text = FromUtf8(bytes);
+  if (!Contains(text, u"\uFFFD")) return text;
+  for (const char byte : bytes) {
+    const int mark = static_cast<unsigned char>(byte);
+    if (mark >= 251) {
+      throw UsageError(u"the text holds a mark, character " + ToText(std::int64_t{mark}));
+    }
+  }
+  return BytesToText(bytes);
+}
+
+ExitCode PrintEscaped(const SendOptions& options) {
+  const auto escaped = EscapedForXml(GivenText(options));
+  if (!escaped) throw UsageError(u"the text holds a control character, which XML cannot carry");
+  platform::WriteStandardOutput(*escaped + u"\n");
+  return kResponse;
 }
 
 int Run(const std::vector<Text>& arguments) {
@@ -154,6 +198,7 @@ int Run(const std::vector<Text>& arguments) {
     platform::WriteStandardOutput(kSendUsage);
     return kResponse;
   }
+  if (options.escape) return PrintEscaped(options);
   return options.folders ? SendThroughFolders(options) : SendOverTcp(options);
 }
 

@@ -15,6 +15,7 @@
 #include "gateway/XmlLayout.h"
 #include "platform/SystemError.h"
 #include "quickbooks/ErrorNumbers.h"
+#include "util/Cures.h"
 #include "util/RunTimeError.h"
 #include "util/Wire.h"
 #include "util/cFileIO.h"
@@ -78,6 +79,12 @@ Text ReadDefaultCompanyFile(const Text& iniFile, Text& name) {
     return u"The company file name in the settings is longer than 99 characters";
   }
   return u"The settings file cannot be read: " + platform::SystemErrorText(error);
+}
+
+Text FailureWith(std::int32_t number, TextView sentence) {
+  Text line = u"Request failed: " + ToText(std::int64_t{number}) + u" " + Text(sentence);
+  if (!line.ends_with(u'.')) line.push_back(u'.');
+  return line;
 }
 
 float Fail(std::int32_t number, TextView description, Text& response) {
@@ -158,7 +165,7 @@ std::int32_t RequestHandler::SelectCompanyFile(TextView request, Text& response)
 
 // The company file stays the one that it was.
 std::int32_t RequestHandler::Refuse(std::int32_t number, Text reason, Text& response) {
-  oTrace.AddStatus(u"Request failed: " + ToText(std::int64_t{number}) + u" " + reason);
+  oTrace.AddStatus(FailureWith(number, reason) + WhatToDo(CureText(CureOf::kGateway, number)));
   response = std::move(reason);
   return number;
 }
@@ -198,7 +205,7 @@ std::int32_t RequestHandler::EnsureSession(Text& response) {
 }
 
 void RequestHandler::OpenFailed(std::int32_t number, Text& response) {
-  TellFailure(number);
+  oTrace.AddStatus(FailureLine(number) + WhatToDo(CureText(CureOf::kGateway, number)));
   response =
       u"You must Test the Quickbooks Connection from the Ostrel server before you can interact "
       u"with the Quickbooks data.";
@@ -207,8 +214,12 @@ void RequestHandler::OpenFailed(std::int32_t number, Text& response) {
 }
 
 void RequestHandler::RequestFailed(std::int32_t number, TextView request, Text& response) {
-  TellFailure(number);
-  if (oSettings.bValidateXML && number == kParseError) oSession.XMLValidate(request, response);
+  const bool reports = oSettings.bValidateXML && number == kParseError;
+  // Taken before the report is made: making it may fail with an error of its own.
+  const Text failure = FailureLine(number);
+  if (reports) oSession.XMLValidate(request, response);
+  oTrace.AddStatus(failure + WhatToDo(reports ? CureText(number, response)
+                                              : CureText(CureOf::kGateway, number)));
   if (IsSessionLost(number)) oSession.EndSessionAndCloseConnection();
 }
 
@@ -225,9 +236,9 @@ void RequestHandler::AddProduct(Text& response) {
 }
 
 // The client gets a number; people get the sentence, or what QuickBooks said.
-void RequestHandler::TellFailure(std::int32_t number) {
+Text RequestHandler::FailureLine(std::int32_t number) const {
   const TextView sentence = TextFor(Raw(number)).value_or(TextView(oSession.sLastError));
-  oTrace.AddStatus(u"Request failed: " + ToText(std::int64_t{number}) + u" " + Text(sentence));
+  return FailureWith(number, sentence);
 }
 
 void RequestHandler::ExtendIdleClose() {

@@ -36,7 +36,7 @@ class RequestHandler {
   void OpenFailed(std::int32_t number, Text& response);
   void RequestFailed(std::int32_t number, TextView request, Text& response);
   void AddProduct(Text& response);
-  void TellFailure(std::int32_t number);
+  Text FailureLine(std::int32_t number) const;
   void ExtendIdleClose();
 
   GatewaySettings& oSettings;

@@ -9,6 +9,8 @@
 namespace ostrel {
 namespace {
 
+constexpr std::int32_t kParseErrorNumber = 1024;
+
 constexpr Cure kGatewayCures[] = {
     {-1, Carried::kNo, u"There is no connection to the gateway.",
      u"Is the gateway running, are host and port right, does a firewall stand between?"},
@@ -227,6 +229,17 @@ constexpr Cure kFileCures[] = {
     {1117, Carried::kNo, u"The disk could not be read or written.", u"Check the disk."},
 };
 
+// Of 1024, by its report: none, or one that finds no element where one should be.
+constexpr TextView kNoReport =
+    u"The form of the request is right: is the line <?qbxml version=...?> there, and is an element "
+    u"newer than that version?";
+constexpr TextView kNothingLeft =
+    u"Nothing was left of the request, or something stands behind its end: a first line that is no "
+    u"<?xml or <?qbxml is taken off.";
+// As libxml2 and MSXML put it.
+constexpr TextView kNothingLeftReports[] = {u"Extra content at the end of the document",
+                                            u"Document is empty", u"top level element"};
+
 std::span<const Cure> Cures(CureOf of) {
   switch (of) {
     case CureOf::kGateway:
@@ -251,5 +264,16 @@ TextView CureText(CureOf of, std::int32_t number) {
   const Cure* found = FindCure(of, number);
   return found == nullptr ? TextView() : found->cure;
 }
+
+TextView CureText(std::int32_t gatewayNumber, TextView text) {
+  if (gatewayNumber != kParseErrorNumber) return CureText(CureOf::kGateway, gatewayNumber);
+  if (text.find_first_not_of(u" \r\n") == TextView::npos) return kNoReport;
+  for (const TextView report : kNothingLeftReports) {
+    if (Contains(text, report)) return kNothingLeft;
+  }
+  return CureText(CureOf::kGateway, gatewayNumber);
+}
+
+Text WhatToDo(TextView cure) { return cure.empty() ? Text() : u" What to do: " + Text(cure); }
 
 }  // namespace ostrel

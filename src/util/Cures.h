@@ -9,6 +9,10 @@
 
 namespace ostrel {
 
+/// A client's own numbers, among those of the gateway.
+inline constexpr std::int32_t kEndedEarly = -2;
+inline constexpr std::int32_t kNoResponseInTime = -3;
+
 /// Whose numbers: those that a client of the gateway is told (those below 0 are the client's own),
 /// the Windows Sockets standard's, or platform/SystemError.h's of files.
 enum class CureOf { kGateway, kSocket, kFile };
@@ -27,5 +31,11 @@ struct Cure {
 const Cure* FindCure(CureOf of, std::int32_t number);
 /// What to do about the number, in one line; empty when nothing is known of it.
 TextView CureText(CureOf of, std::int32_t number);
+/// For an error that came with a text: a request that QuickBooks cannot parse (1024) has three
+/// cures, by what its report says.
+TextView CureText(std::int32_t gatewayNumber, TextView text);
+/// The cure as the end of a line or of a sentence: blank, "What to do: ", cure; empty when the cure
+/// is.
+Text WhatToDo(TextView cure);
 
 }  // namespace ostrel

@@ -2,15 +2,17 @@
 
 import os
 import pathlib
+import shutil
 import socket
 import subprocess
 import threading
 import time
+import xml.etree.ElementTree as ElementTree
 
 import pytest
 
-from gateway import LIMIT, CUSTOMER_QUERY, free_port, qbxml, wait_until
-from system import as_known, command, program_file
+from gateway import LIMIT, CUSTOMER_QUERY, customer_add, free_port, qbxml, wait_until
+from system import ROOT, UNDER_WINE, as_known, command, program_file
 
 SEND = program_file("ostrel-send")
 
@@ -377,3 +379,117 @@ def test_folder_request_that_the_gateway_refuses_is_exit_code_1(watching):
 
     assert result.returncode == 1 and b"1024" in result.stderr
     assert [path for folder in watching for path in folder.iterdir()] == []
+
+
+# -- what to do, status, escapes
+
+def test_an_error_of_the_gateway_is_told_with_its_cure():
+    with Listener(b"ERROR: 1034\xfe\x1f") as listener:
+        result = send("--port", listener.port, "X")
+
+    assert result.returncode == 1
+    assert b"What to do: Close it in QuickBooks" in result.stderr
+
+
+def test_a_connection_that_fails_is_told_with_its_cure():
+    result = send("--port", free_port(), "X")
+
+    assert b"What to do: Start the gateway" in result.stderr
+
+
+def test_no_response_in_time_is_told_with_its_cure():
+    with Listener(b"", then_close=False) as silent:
+        result = send("--port", silent.port, "--timeout", "1", "X")
+
+    assert b"What to do: Look at QuickBooks' window" in result.stderr
+
+
+def test_a_request_of_which_nothing_was_left_is_told(gateway):
+    shutil.copy(ROOT / "samples" / "qbxmlops30.xsd", gateway.folder)
+    gateway.start()
+
+    result = send("--port", gateway.port, "<QBXML/>")
+
+    assert result.returncode == 1
+    if not UNDER_WINE:  # Wine's MSXML gives no reason
+        assert b"Nothing was left of the request" in result.stderr, result.stderr
+    assert gateway.stop() == 0
+
+
+def test_a_message_that_quickbooks_refuses_is_exit_code_4(running):
+    twice = customer_add("Quince") + customer_add("Quince")
+
+    result = send("--port", running.port, "--status", qbxml(twice))
+
+    assert result.returncode == 4 and b"<CustomerAddRs" in result.stdout
+    assert b"CustomerAddRs: 3100 " in result.stderr and result.stderr.count(b"CustomerAddRs") == 1
+
+
+def test_a_request_that_quickbooks_carries_out_is_exit_code_0_with_status(running):
+    result = send("--port", running.port, "--status", qbxml(CUSTOMER_QUERY))
+
+    assert (result.returncode, result.stderr) == (0, b"")
+
+
+def test_without_status_a_refused_message_is_exit_code_0(running):
+    twice = customer_add("Quince") + customer_add("Quince")
+
+    assert send("--port", running.port, qbxml(twice)).returncode == 0
+
+
+def test_connect_only_asks_nothing(running):
+    result = send("--port", running.port, "--connect-only")
+
+    assert (result.returncode, result.stdout, result.stderr) == (0, b"", b"")
+
+
+def test_connect_only_tells_that_nobody_is_there(tmp_path):
+    assert send("--port", free_port(), "--connect-only").returncode == 2
+    assert send("--folder", tmp_path, tmp_path, "--connect-only").returncode == 0
+    assert send("--folder", tmp_path, tmp_path / "no", "--connect-only").returncode == 2
+
+
+@pytest.mark.parametrize(
+    "text, data",
+    [
+        ("Smith & Sons", b"Smith &amp; Sons"),
+        ("Caf\u00e9 \u20ac", b"Caf&#233; &#8364;"),
+        ("CLOSEQB: Ltd", b"CLOSEQB&#58; Ltd"),
+    ],
+)
+def test_a_text_is_escaped_as_data(text, data):
+    result = send("--escape", text)
+
+    assert (result.returncode, lines(result.stdout)) == (0, data + b"\n")
+
+
+@pytest.mark.parametrize(
+    "given, data",
+    [
+        ("Caf\u00e9\n".encode(), b"Caf&#233;\n"),
+        ("M\u00fcller\n".encode(), b"M&#252;ller\n"),
+        (b"Caf\xe9 \x80", b"Caf&#233; &#8364;\n"),
+    ],
+)
+def test_input_is_escaped_in_either_code(given, data):
+    result = send("--escape", "-", stdin=given)
+
+    assert (result.returncode, lines(result.stdout)) == (0, data)
+
+
+@pytest.mark.parametrize("given", [b"one\xfdtwo", b"one\xfe", b"a\x1fb"])
+def test_marks_and_control_characters_are_refused(given):
+    result = send("--escape", "-", stdin=given)
+
+    assert result.returncode == 64 and not result.stdout
+
+
+def test_an_escaped_field_comes_back_as_it_was(running):
+    field = send("--escape", 'CLOSEQB: <"Quince"> & Sons').stdout.decode().strip()
+    add = f"<CustomerAddRq><CustomerAdd><Name>Quince</Name><CompanyName>{field}</CompanyName>"
+
+    result = send("--port", running.port, "--status", qbxml(f"{add}</CustomerAdd></CustomerAddRq>"))
+
+    assert result.returncode == 0
+    shown = ElementTree.fromstring(result.stdout.decode("ascii"))
+    assert shown.find(".//CompanyName").text == 'CLOSEQB: <"Quince"> & Sons'

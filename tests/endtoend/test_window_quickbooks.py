@@ -2,6 +2,7 @@
 
 import pytest
 
+from cures import CURES
 from gateway import CUSTOMER_QUERY, END_OF_DATA, qbxml, wait_until
 from system import as_known
 from window import FILE_NAME, ID_OK, for_a_while
@@ -82,7 +83,11 @@ def test_each_failure_has_its_message(program, failure, message):
 
     said = program.answer_message()
     expected = message.format(file=as_known(program.company_file))
-    assert said == expected or (expected.startswith("Unknown") and said.startswith(expected))
+    prescribed, _, cure = said.rpartition("\r\n\r\n")
+    assert prescribed == expected or (
+        expected.startswith("Unknown") and prescribed.startswith(expected)
+    )
+    assert cure == CURES[2 if failure == "0x80004005" else int(failure, 16) - 0x80040000]
     assert close_is_grey(program)
     assert program.stop() == 0
 
@@ -93,7 +98,7 @@ def test_without_the_request_processor_the_installation_is_called_corrupt(progra
         program.start()
         program.choose(TEST)
         assert program.answer_message() == (
-            "Invalid or Corrupted Install.  Missing the Quickbooks SDK."
+            "Invalid or Corrupted Install.  Missing the Quickbooks SDK.\r\n\r\n" + CURES[3]
         )
         assert program.ask(qbxml(CUSTOMER_QUERY))[0].startswith(b"ERROR: ")
     finally:

@@ -5,6 +5,7 @@
 
 #include "gateway/RequestGate.h"
 #include "shell/commands/SupportReport.h"
+#include "util/Cures.h"
 #include "util/Wire.h"
 
 namespace ostrel {
@@ -47,6 +48,11 @@ Text Compose(const OpenFailure& failure, TextView file) {
   if (!failure.sFileLabel.empty()) text.append(kCrLf).append(failure.sFileLabel).append(file);
   if (failure.bTestAgain) text.append(kCrLf).append(kCrLf).append(kTestAgain);
   return text;
+}
+
+Text CureBelow(std::int32_t number) {
+  const TextView cure = CureText(CureOf::kGateway, number);
+  return cure.empty() ? Text() : u"\r\n\r\n" + Text(cure);
 }
 
 }  // namespace
@@ -125,9 +131,9 @@ Text ConnectionTest::FailureText(std::int32_t number, TextView file) const {
   const auto found =
       std::find_if(std::begin(kOpenFailures), std::end(kOpenFailures),
                    [&](const OpenFailure& failure) { return failure.iNumber == number; });
-  if (found != std::end(kOpenFailures)) return Compose(*found, file);
+  if (found != std::end(kOpenFailures)) return Compose(*found, file) + CureBelow(number);
   return u"Unknown Error: " + ToText(std::int64_t{number}) + Text(kCrLf) +
-         oSession.session.ErrorDescription(number);
+         oSession.session.ErrorDescription(number) + CureBelow(number);
 }
 
 }  // namespace ostrel

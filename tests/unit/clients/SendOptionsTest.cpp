@@ -26,6 +26,18 @@ TEST(SendOptions, FolderNeedsBothFolders) {
   EXPECT_THROW(ParseSendOptions({u"--folder", u"in", u"out"}), UsageError);
 }
 
+TEST(SendOptions, ConnectOnlyTakesNoRequest) {
+  EXPECT_TRUE(ParseSendOptions({u"--connect-only"}).connectOnly);
+  EXPECT_THROW(ParseSendOptions({u"--connect-only", u"X"}), UsageError);
+  EXPECT_THROW(ParseSendOptions({u"--connect-only", u"--nonsense"}), UsageError);
+}
+
+TEST(SendOptions, EscapeNeedsAText) {
+  EXPECT_TRUE(ParseSendOptions({u"--escape", u"X"}).escape);
+  EXPECT_THROW(ParseSendOptions({u"--escape"}), UsageError);
+  EXPECT_THROW(ParseSendOptions({u"--escape", u"--connect-only", u"X"}), UsageError);
+}
+
 TEST(SendOptions, OneWayInOnly) {
   EXPECT_THROW(ParseSendOptions({u"--folder", u"in", u"out", u"--port", u"4999", u"X"}),
                UsageError);

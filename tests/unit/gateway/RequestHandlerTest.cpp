@@ -10,6 +10,7 @@
 #include "tests/unit/doubles/FakeClock.h"
 #include "tests/unit/doubles/FakeRequestProcessor.h"
 #include "tests/unit/doubles/FakeTrace.h"
+#include "util/Cures.h"
 
 namespace ostrel {
 namespace {
@@ -28,6 +29,9 @@ constexpr TextView kHostReply =
     u"<QBXML><HostRet><ProductName>QuickBooks Pro 2008</ProductName>"
     u"<MajorVersion>18</MajorVersion></HostRet></QBXML>";
 constexpr TextView kProlog = u"<?xml version='1.0' ?>\r\n";
+
+// What the status line of a failed request ends in.
+Text Cured(std::int32_t number) { return WhatToDo(CureText(CureOf::kGateway, number)); }
 
 class RequestHandlerTest : public ::testing::Test {
  protected:
@@ -211,7 +215,7 @@ TEST_F(RequestHandlerTest, KeepsTheCompanyFileWhenTheSettingsCannotBeRead) {
                           platform::SystemErrorText(platform::kSharingViolation));
   EXPECT_EQ(settings.sQBFileName, u"C:\\a.qbw");
   EXPECT_TRUE(session.IsConnected());
-  EXPECT_THAT(trace.Status, ElementsAre(u"Request failed: 75 " + response));
+  EXPECT_THAT(trace.Status, ElementsAre(u"Request failed: 75 " + response + Cured(75)));
 }
 
 TEST_F(RequestHandlerTest, RefusesADefaultCompanyFileWithTooLongAName) {
@@ -232,7 +236,7 @@ TEST_F(RequestHandlerTest, RefusesACompanyFileNameWithAControlCharacter) {
 
     EXPECT_EQ(response, u"The company file name holds a control character");
     EXPECT_EQ(settings.sQBFileName, u"C:\\a.qbw");
-    EXPECT_THAT(trace.Status, ElementsAre(u"Request failed: 52 " + response));
+    EXPECT_THAT(trace.Status, ElementsAre(u"Request failed: 52 " + response + u"." + Cured(52)));
   }
 }
 
@@ -430,7 +434,7 @@ TEST_F(RequestHandlerTest, TellsTheClientToTestTheConnectionWithoutQuickBooks) {
 
   EXPECT_TRUE(response.starts_with(u"You must Test the Quickbooks Connection"));
   EXPECT_THAT(trace.Status,
-              Contains(u"Request failed: 3 Quickbooks SDK Missing.  Invalid Install"));
+              Contains(u"Request failed: 3 Quickbooks SDK Missing.  Invalid Install." + Cured(3)));
 }
 
 TEST_F(RequestHandlerTest, WritesNoHistoryWhenItCannotOpen) {
@@ -454,7 +458,8 @@ TEST_F(RequestHandlerTest, ReturnsTheNumberOfARejectedRequest) {
   EXPECT_TRUE(session.IsConnected());
   EXPECT_THAT(trace.Status,
               ElementsAre(u"Request failed: 1024 QuickBooks found an error when parsing the "
-                          u"provided XML text stream."));
+                          u"provided XML text stream." +
+                          Cured(1024)));
 }
 
 TEST_F(RequestHandlerTest, PushesTheIdleCloseAheadAfterARejectedRequestToo) {
@@ -477,6 +482,18 @@ TEST_F(RequestHandlerTest, ReportsOnARequestThatQuickBooksCouldNotParse) {
   EXPECT_THAT(ToUtf8(response), StartsWith("Reason: "));
 }
 
+TEST_F(RequestHandlerTest, SaysInTheStatusWhatToDoAboutARequestThatWasTakenOff) {
+  settings.bValidateXML = true;
+  BeOpen();
+  quickBooks.Fail(u"ProcessRequest", 0x80040400);
+
+  Process(u"<QBXML/>");
+
+  ASSERT_EQ(trace.Status.size(), 1u);
+  EXPECT_TRUE(ostrel::Contains(trace.Status[0], u"What to do: Nothing was left of the request"))
+      << ToUtf8(trace.Status[0]);
+}
+
 TEST_F(RequestHandlerTest, ReportsOnNoOtherFailure) {
   settings.bValidateXML = true;
   BeOpen();
@@ -493,8 +510,9 @@ TEST_F(RequestHandlerTest, SaysInTheStatusWhatQuickBooksSaidOfAnUnknownFailure) 
 
   EXPECT_EQ(Process(u"<a/>"), 2);
 
-  EXPECT_THAT(trace.Status,
-              ElementsAre(u"Request failed: 2 exception (0x80020009) (ProcessRequest:2)"));
+  EXPECT_THAT(
+      trace.Status,
+      ElementsAre(u"Request failed: 2 exception (0x80020009) (ProcessRequest:2)." + Cured(2)));
 }
 
 TEST_F(RequestHandlerTest, OpensAgainWhenQuickBooksWasGone) {

@@ -4,6 +4,7 @@
 #include "shell/commands/ConnectionTest.h"
 #include "shell/commands/SupportReport.h"
 #include "tests/unit/shell/SessionCommandTest.h"
+#include "util/Cures.h"
 
 namespace ostrel {
 namespace {
@@ -16,6 +17,11 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr TextView kBusy = u"A request is in work: try again when it has ended";
+
+// Below the message, a blank line and what to do.
+Text WithCure(TextView message, std::int32_t number) {
+  return Text(message) + u"\r\n\r\n" + Text(CureText(CureOf::kGateway, number));
+}
 
 class ConnectionTestTest : public SessionCommandTest {
  protected:
@@ -125,38 +131,49 @@ TEST_F(ConnectionTestTest, AsksNothingWithACompanyFile) {
 }
 
 TEST_F(ConnectionTestTest, TellsThatThereIsNoPermission) {
-  EXPECT_EQ(MessageFor(1050),
-            u"This application does not have permission to access this QuickBooks company data "
-            u"file. The QuickBooks administrator can grant access permission through the "
-            u"Integrated Application preferences\r\nQB Database: C:\\a.qbw\r\n\r\nPlease Start "
-            u"Quickbooks manually, and then run the test again.");
+  EXPECT_EQ(
+      MessageFor(1050),
+      WithCure(u"This application does not have permission to access this QuickBooks company data "
+               u"file. The QuickBooks administrator can grant access permission through the "
+               u"Integrated Application preferences\r\nQB Database: C:\\a.qbw\r\n\r\nPlease Start "
+               u"Quickbooks manually, and then run the test again.",
+               1050));
 }
 
 TEST_F(ConnectionTestTest, TellsThatAutomaticLoginIsNotAllowed) {
-  EXPECT_EQ(MessageFor(1053),
-            u"This application is not allowed to log into this QuickBooks company data file "
-            u"automatically. The QuickBooks administrator can grant permission for automatic login "
-            u"through the Integrated Application preferences\r\nQB Database: C:\\a.qbw\r\n\r\n"
-            u"Please Start Quickbooks manually, and then run the test again.");
+  EXPECT_EQ(
+      MessageFor(1053),
+      WithCure(
+          u"This application is not allowed to log into this QuickBooks company data file "
+          u"automatically. The QuickBooks administrator can grant permission for automatic login "
+          u"through the Integrated Application preferences\r\nQB Database: C:\\a.qbw\r\n\r\n"
+          u"Please Start Quickbooks manually, and then run the test again.",
+          1053));
 }
 
 TEST_F(ConnectionTestTest, TellsToStartQuickBooks) {
-  EXPECT_EQ(MessageFor(1056), u"Please Start Quickbooks manually, and then run the test again.");
+  EXPECT_EQ(MessageFor(1056),
+            WithCure(u"Please Start Quickbooks manually, and then run the test again.", 1056));
 }
 
 TEST_F(ConnectionTestTest, TellsThatQuickBooksDidNotStart) {
   Settings.sQBFileName.clear();
   Dialogs.iAnswer = Answer::kNo;
 
-  EXPECT_EQ(MessageFor(1046),
-            u"Unable to Start Quickbooks. Verify the QB Database file path, or start Quickbooks\r\n"
-            u"QB Database: ");
+  EXPECT_EQ(
+      MessageFor(1046),
+      WithCure(
+          u"Unable to Start Quickbooks. Verify the QB Database file path, or start Quickbooks\r\n"
+          u"QB Database: ",
+          1046));
 }
 
 TEST_F(ConnectionTestTest, TellsThatTheCompanyFileIsAnother) {
-  EXPECT_EQ(MessageFor(1034),
-            u"Company File open does not match the Company file we are trying to update.\r\n"
-            u"QB Database: C:\\a.qbw");
+  EXPECT_EQ(
+      MessageFor(1034),
+      WithCure(u"Company File open does not match the Company file we are trying to update.\r\n"
+               u"QB Database: C:\\a.qbw",
+               1034));
 }
 
 TEST_F(ConnectionTestTest, TellsThatTheCompanyFileCannotBeOpened) {
@@ -165,8 +182,10 @@ TEST_F(ConnectionTestTest, TellsThatTheCompanyFileCannotBeOpened) {
   Run();
 
   EXPECT_THAT(Window.Messages,
-              ElementsAre(u"Unable to Open the Quickbooks Database, or it is the wrong version.\r\n"
-                          u" QB FileName: C:\\a.qbw"));
+              ElementsAre(WithCure(
+                  u"Unable to Open the Quickbooks Database, or it is the wrong version.\r\n"
+                  u" QB FileName: C:\\a.qbw",
+                  2)));
 }
 
 TEST_F(ConnectionTestTest, TellsThatQuickBooksIsNotInstalled) {
@@ -174,8 +193,9 @@ TEST_F(ConnectionTestTest, TellsThatQuickBooksIsNotInstalled) {
 
   Run();
 
-  EXPECT_THAT(Window.Messages,
-              ElementsAre(u"Invalid or Corrupted Install.  Missing the Quickbooks SDK."));
+  EXPECT_THAT(
+      Window.Messages,
+      ElementsAre(WithCure(u"Invalid or Corrupted Install.  Missing the Quickbooks SDK.", 3)));
   EXPECT_FALSE(IsOpen());
 }
 
@@ -185,6 +205,18 @@ TEST_F(ConnectionTestTest, TellsTheNumberAndTextOfAnyOtherError) {
   EXPECT_EQ(message, u"Unknown Error: 1099\r\n" + Session.ErrorDescription(1099));
   EXPECT_THAT(message,
               testing::Truly([](const Text& text) { return ostrel::Contains(text, u"strange"); }));
+}
+
+TEST_F(ConnectionTestTest, TellsWhatToDoBelowTheMessage) {
+  EXPECT_TRUE(MessageFor(1056).ends_with(
+      u"run the test again.\r\n\r\nRun the connection test again, and allow access in QuickBooks "
+      u"when it asks."));
+}
+
+TEST_F(ConnectionTestTest, TellsWhatToDoAboutAnErrorWithoutAMessageOfItsOwn) {
+  const Text message = MessageFor(1060, u"starting");
+
+  EXPECT_EQ(message, WithCure(u"Unknown Error: 1060\r\n" + Session.ErrorDescription(1060), 1060));
 }
 
 TEST_F(ConnectionTestTest, LetsRequestsInBeforeItTellsAFailure) {
