@@ -129,6 +129,11 @@ std::vector<const Message*> AllMessages() {
   return messages;
 }
 
+Treatment TreatmentOf(const Message& message) {
+  if (message.reply == FindNothing) return Treatment::kAnsweredEmpty;
+  return message.reply == Refuse ? Treatment::kRefused : Treatment::kCarriedOut;
+}
+
 std::vector<AttributeRule> AttributesOf(const Message& message) {
   std::vector<AttributeRule> rules;
   for (const AttributeRule& rule : kAttributes) {

@@ -16,6 +16,11 @@ const Message* FindMessage(std::string_view name);
 /// All messages, by name.
 std::vector<const Message*> AllMessages();
 
+/// What becomes of a message: a query of what no company has finds nothing, and what the stand-in
+/// cannot do is refused with a status that says so.
+enum class Treatment { kCarriedOut, kAnsweredEmpty, kRefused };
+Treatment TreatmentOf(const Message& message);
+
 /// An attribute that the element of a message may have.
 struct AttributeRule {
   std::string_view name;

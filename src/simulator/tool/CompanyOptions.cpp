@@ -12,6 +12,7 @@ const TextView kCompanyUsage =
 ostrel-company --check FILE
 ostrel-company --print FILE [KIND]
 ostrel-company --schema FILE
+ostrel-company --messages
 
 Makes and looks after company files for the QuickBooks stand-in.
 
@@ -25,6 +26,8 @@ Makes and looks after company files for the QuickBooks stand-in.
                  once, references that lead somewhere, balances that follow from the transactions
   --print FILE   print a company as tables, or one KIND: Customer, Invoice, Item
   --schema FILE  write the schema of the requests that the stand-in understands (qbxmlops30.xsd)
+  --messages     list the messages of qbXML, and what the stand-in does with each: it is carried
+                 out, answered empty (a query that finds nothing) or refused
 
 Examples:
   ostrel-company sample.qbw
@@ -63,14 +66,15 @@ const std::map<TextView, CompanyTask> kTasks = {{u"--help", CompanyTask::kHelp},
                                                 {u"-h", CompanyTask::kHelp},
                                                 {u"--check", CompanyTask::kCheck},
                                                 {u"--print", CompanyTask::kPrint},
-                                                {u"--schema", CompanyTask::kSchema}};
+                                                {u"--schema", CompanyTask::kSchema},
+                                                {u"--messages", CompanyTask::kMessages}};
 
 // Takes the option at the front of `rest`; false when there is none.
 bool TakeOption(CompanyOptions& options, Values& rest, bool& sized) {
   const Text& name = rest.front();
   if (const auto task = kTasks.find(name); task != kTasks.end()) {
     if (options.task != CompanyTask::kCreate && options.task != task->second) {
-      throw UsageError(u"one thing at a time: --check, --print or --schema");
+      throw UsageError(u"one thing at a time: --check, --print, --schema or --messages");
     }
     options.task = task->second;
     rest = rest.subspan(1);
@@ -85,6 +89,11 @@ bool TakeOption(CompanyOptions& options, Values& rest, bool& sized) {
   return true;
 }
 
+// Everything but the list of messages is about a file.
+void RequireNoFile(const Values& rest) {
+  if (!rest.empty()) throw UsageError(u"--messages takes no file: " + rest.front());
+}
+
 }  // namespace
 
 CompanyOptions ParseCompanyOptions(const std::vector<Text>& arguments) {
@@ -94,11 +103,17 @@ CompanyOptions ParseCompanyOptions(const std::vector<Text>& arguments) {
   while (!rest.empty() && TakeOption(options, rest, sized)) {
   }
   if (options.task == CompanyTask::kHelp) return options;
-  if (rest.empty()) throw UsageError(u"there is no company file");
-  if (rest.front().starts_with(u"--")) throw UsageError(u"there is no option " + rest.front());
+  if (!rest.empty() && rest.front().starts_with(u"--")) {
+    throw UsageError(u"there is no option " + rest.front());
+  }
   if (sized && options.task != CompanyTask::kCreate) {
     throw UsageError(u"numbers are for a company that is created");
   }
+  if (options.task == CompanyTask::kMessages) {
+    RequireNoFile(rest);
+    return options;
+  }
+  if (rest.empty()) throw UsageError(u"there is no company file");
   const std::size_t most = options.task == CompanyTask::kPrint ? 2 : 1;
   if (rest.size() > most) throw UsageError(u"too much behind the file: " + rest[most]);
   options.file = rest[0];

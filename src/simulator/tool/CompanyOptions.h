@@ -16,7 +16,7 @@ class UsageError : public std::runtime_error {
   explicit UsageError(TextView reason) : std::runtime_error(ToUtf8(reason)) {}
 };
 
-enum class CompanyTask { kHelp, kCreate, kCheck, kPrint, kSchema };
+enum class CompanyTask { kHelp, kCreate, kCheck, kPrint, kSchema, kMessages };
 
 struct CompanyOptions {
   CompanyTask task = CompanyTask::kCreate;

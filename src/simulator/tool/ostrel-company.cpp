@@ -7,6 +7,7 @@
 #include "platform/Console.h"
 #include "platform/SystemError.h"
 #include "simulator/company/CompanyReader.h"
+#include "simulator/messages/Messages.h"
 #include "simulator/messages/QbxmlEngine.h"
 #include "simulator/tool/CompanyCheck.h"
 #include "simulator/tool/CompanyOptions.h"
@@ -78,6 +79,27 @@ ExitCode WriteSchema(const CompanyOptions& options) {
   return error == 0 ? kDone : TellFileTrouble(options.file, error);
 }
 
+TextView NameOf(Treatment treatment) {
+  switch (treatment) {
+    case Treatment::kCarriedOut:
+      return u"carried out";
+    case Treatment::kAnsweredEmpty:
+      return u"answered empty";
+    case Treatment::kRefused:
+      break;
+  }
+  return u"refused";
+}
+
+ExitCode ListMessages() {
+  Text list;
+  for (const Message* message : AllMessages()) {
+    list += FromUtf8(message->name) + u"\t" + Text(NameOf(TreatmentOf(*message))) + u"\n";
+  }
+  platform::WriteStandardOutput(list);
+  return kDone;
+}
+
 ExitCode Run(const std::vector<Text>& arguments) {
   const CompanyOptions options = ParseCompanyOptions(arguments);
   switch (options.task) {
@@ -90,6 +112,8 @@ ExitCode Run(const std::vector<Text>& arguments) {
       return Print(options);
     case CompanyTask::kSchema:
       return WriteSchema(options);
+    case CompanyTask::kMessages:
+      return ListMessages();
     case CompanyTask::kCreate:
       break;
   }

@@ -40,6 +40,7 @@ TEST(CompanyOptions, TakeATask) {
   EXPECT_EQ(print.task, CompanyTask::kPrint);
   EXPECT_EQ(print.kind, u"Invoice");
   EXPECT_EQ(ParseCompanyOptions({u"--schema", u"a.xsd"}).task, CompanyTask::kSchema);
+  EXPECT_EQ(ParseCompanyOptions({u"--messages"}).task, CompanyTask::kMessages);
   EXPECT_EQ(ParseCompanyOptions({u"--help"}).task, CompanyTask::kHelp);
 }
 
@@ -51,8 +52,12 @@ TEST(CompanyOptions, ComplainInWords) {
             "--items takes a number from 0 to 1000000, not \"-1\"");
   EXPECT_EQ(Complaint({u"a.qbw", u"b.qbw"}), "too much behind the file: b.qbw");
   EXPECT_EQ(Complaint({u"--check", u"--print", u"a.qbw"}),
-            "one thing at a time: --check, --print or --schema");
+            "one thing at a time: --check, --print, --schema or --messages");
   EXPECT_EQ(Complaint({u"--check", u"--seed", u"1", u"a.qbw"}),
+            "numbers are for a company that is created");
+  EXPECT_EQ(Complaint({u"--messages", u"a.qbw"}), "--messages takes no file: a.qbw");
+  EXPECT_EQ(Complaint({u"--messages", u"--what"}), "there is no option --what");
+  EXPECT_EQ(Complaint({u"--seed", u"1", u"--messages"}),
             "numbers are for a company that is created");
   EXPECT_EQ(Complaint({u"--items", u"0", u"a.qbw"}), "invoices need customers and items");
 }
