@@ -3,12 +3,16 @@
 import re
 import shutil
 import subprocess
+import sys
 import xml.etree.ElementTree as ElementTree
 
 import pytest
 
 from gateway import qbxml
 from system import ROOT, UNDER_WINE, as_known, command, program_file
+
+sys.path.insert(0, str(ROOT / "tools"))
+import message_table
 
 DOCUMENT = (ROOT / "docs" / "simulator.md").read_text(encoding="utf-8")
 SCHEMA = ROOT / "samples" / "qbxmlops30.xsd"
@@ -165,25 +169,83 @@ def missing_in_requests(names):
     return sorted(name for name in names if not re.search(rf"<{name}[\s/>]", requests))
 
 
-def test_every_message_has_an_example():
-    messages = {element.get("name") for element in TYPES["QBXMLMsgsRq"].iter(XS + "element")}
+def messages_as_told():
+    told = subprocess.run(
+        command(program_file("ostrel-company"), "--messages"), check=True, capture_output=True, timeout=60
+    )
+    return told.stdout.decode().replace("\r\n", "\n")
 
-    assert len(messages) >= 100
-    assert missing_in_requests(messages) == []
+
+def carried_out():
+    rows = (row.split("\t") for row in messages_as_told().splitlines())
+    return {name for name, treatment in rows if treatment == "carried out"}
 
 
-def test_every_filter_has_an_example():
-    filters = {name for query in TYPES if query.endswith("QueryRq") for name, _ in elements_in(query)}
+def test_the_table_of_messages_is_what_the_program_tells():
+    table = message_table.table(messages_as_told(), message_table.known_by(message_table.sources()))
+
+    in_schema = {element.get("name") for element in TYPES["QBXMLMsgsRq"].iter(XS + "element")}
+    assert set(re.findall(r"^\| `(\w+)` \|", table, re.M)) == in_schema
+    assert len(in_schema) == 232
+    assert table in DOCUMENT, "ostrel-company --messages | tools/message_table.py renews the table"
+
+
+# What the examples are about. A kind that gets its first example gets one for each of its messages.
+KINDS = """
+    Account Bill Check Class Company CreditMemo Customer CustomerMsg CustomerType Employee Entity
+    Estimate Host Invoice Item ItemDiscount ItemInventory ItemNonInventory ItemOtherCharge
+    ItemSalesTax ItemService JobType JournalEntry ListDelRq OtherName PaymentMethod PurchaseOrder
+    ReceivePayment SalesOrder SalesReceipt SalesRep SalesTaxCode ShipMethod StandardTerms Terms
+    TxnDelRq Vendor VendorType
+""".split()
+
+
+def kind_of(message):
+    return re.sub(r"(Add|Mod|Query)Rq$", "", message)
+
+
+def test_every_message_of_a_kind_with_examples_has_one():
+    messages = carried_out()
+    shown = {kind_of(name) for name in messages - set(missing_in_requests(messages))}
+
+    assert sorted(set(KINDS) - shown) == []
+    # Their records of time are there for a status code.
+    assert missing_in_requests(n for n in messages if kind_of(n) in shown - {"TimeTracking"}) == []
+
+
+def queries():
+    """Those that are carried out; reports have tables of their own."""
+    return {name for name in carried_out() if name.endswith("QueryRq") and "Report" not in name}
+
+
+def filters_of(types):
+    return {name for query in types for name, _ in elements_in(query)}
+
+
+def test_every_filter_has_an_example_or_is_said_to_have_no_effect():
+    without = DOCUMENT.split("### Filters without effect\n")[1].split("\n### ")[0]
+    without = {
+        name
+        for names in re.findall(r"^\| (`.*?) \|", without, re.M)
+        for name in re.findall(r"`(\w+)`", names)
+    }
+    filters = filters_of(queries())
+    source = (ROOT / "src" / "simulator" / "messages" / "Filters.cpp").read_text()
+    looked_at = set(re.findall(r'^ *\{"(\w+)", Filter', source, re.M))
 
     assert {"ListID", "NameFilter", "FromTxnDate", "OwnerID"} <= filters
-    assert missing_in_requests(filters) == []
+    assert missing_in_requests(filters - without) == []
+    assert {"NameFilter", "PaidStatus"} <= looked_at
+    assert sorted(without & looked_at) == []
+    assert sorted(without - filters) == []
+    assert sorted(name for name in filters if f"`{name}`" not in section("Queries")) == []
 
 
 def test_every_word_of_a_filter_is_named():
-    types = {of for query in TYPES if query.endswith("QueryRq") for _, of in elements_in(query)}
+    types = {of for query in queries() for _, of in elements_in(query)}
     words = {
         node.get("value")
-        for name in (types | {"metaData", "iterator"}) & TYPES.keys()
+        for name in (types | {"metaDataWords", "iteratorWords"}) & TYPES.keys()
         for node in TYPES[name].iter(XS + "enumeration")
     }
 
@@ -195,13 +257,24 @@ def section(title):
     return re.search(rf"^## {title}\n(.*?)(?=^## |\Z)", DOCUMENT, re.M | re.S)[1]
 
 
+def codes_of_the_program():
+    source = (ROOT / "src" / "simulator" / "values" / "Status.cpp").read_text()
+    return set(re.findall(r"(?:return \{|Convert\(|^ *)\s*(\d+), [k\"t]", source, re.M))
+
+
 def test_every_status_code_has_an_example():
     listed = set(re.findall(r"^\| (\d+) \|", section("Status codes"), re.M))
     answered = set(re.findall(r'statusCode="(\d+)"', "\n".join(blocks("response"))))
-    source = (ROOT / "src" / "simulator" / "values" / "Status.cpp").read_text()
 
-    assert set(re.findall(r"(?:return \{|Convert\(|^ *)\s*(\d+), [k\"t]", source, re.M)) | {"0"} == listed
+    assert codes_of_the_program() | {"0"} == listed
     assert listed <= answered
+
+
+def test_the_text_of_every_status_code_is_said_to_be_known_by_something():
+    rows = section("Messages").split("| status text | known by |")[1]
+    listed = [code for codes in re.findall(r"^\| ([\d, ]+) \|", rows, re.M) for code in codes.split(", ")]
+
+    assert sorted(listed) == sorted(codes_of_the_program())
 
 
 def test_every_fault_has_an_example():

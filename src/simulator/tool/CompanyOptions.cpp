@@ -62,12 +62,10 @@ const std::map<TextView, Numbered> kNumbers = {
     {u"--items", &BusinessSize::items},         {u"--invoices", &BusinessSize::invoices},
     {u"--seed", &BusinessSize::seed},
 };
-const std::map<TextView, CompanyTask> kTasks = {{u"--help", CompanyTask::kHelp},
-                                                {u"-h", CompanyTask::kHelp},
-                                                {u"--check", CompanyTask::kCheck},
-                                                {u"--print", CompanyTask::kPrint},
-                                                {u"--schema", CompanyTask::kSchema},
-                                                {u"--messages", CompanyTask::kMessages}};
+const std::map<TextView, CompanyTask> kTasks = {
+    {u"--help", CompanyTask::kHelp},     {u"-h", CompanyTask::kHelp},
+    {u"--check", CompanyTask::kCheck},   {u"--print", CompanyTask::kPrint},
+    {u"--schema", CompanyTask::kSchema}, {u"--messages", CompanyTask::kMessages}};
 
 // Takes the option at the front of `rest`; false when there is none.
 bool TakeOption(CompanyOptions& options, Values& rest, bool& sized) {
