@@ -39,6 +39,7 @@ std::string Numbers::NewListId(const Stamp& now) {
 std::string Numbers::NewTxnId(const Stamp& now) { return MakeId(++lTxn, now); }
 
 void Numbers::Note(const Kind& kind, const Element& object) {
+  if (kind.category == Category::kRecord) return;
   const std::uint32_t number = NumberOfId(object.ChildText(kind.IdField()));
   if (kind.category == Category::kList) {
     if (number & kListBit) lList = std::max(lList, number & ~kListBit);

@@ -14,6 +14,7 @@
 #include "platform/SystemError.h"
 #include "simulator/company/Defaults.h"
 #include "simulator/company/Objects.h"
+#include "simulator/company/Records.h"
 #include "simulator/company/References.h"
 #include "simulator/company/Totals.h"
 #include "simulator/values/LongWork.h"
@@ -51,11 +52,14 @@ class Filler {
   bool Take(const Kind& kind, Element object);
   bool FillInTransaction(const Kind& kind, Element& object);
   bool FillInListObject(const Kind& kind, Element& object);
+  bool TakeRecord(const Kind& kind, Element record);
+  bool NumberRecords();
   void LinkObjects();
 
   Company& oCompany;
   const Stamp& oNow;
   std::vector<std::pair<const Kind*, std::string>> oUnlinked;  // list objects, by their IDs
+  std::vector<Element> oUnnumbered;                            // records without an ID
 };
 
 bool Filler::Fill(std::vector<Element> objects) {
@@ -71,7 +75,7 @@ bool Filler::Fill(std::vector<Element> objects) {
     if (!Take(kind, std::move(object))) return false;
   }
   if (!linked) LinkObjects();
-  return true;
+  return NumberRecords();
 }
 
 // False when two have the same ID.
@@ -87,7 +91,24 @@ bool Filler::NoteNumbers(const std::vector<Element>& objects) {
   return true;
 }
 
+// Records that were written by hand get the numbers behind those of the others.
+bool Filler::TakeRecord(const Kind& kind, Element record) {
+  if (!record.ChildText(kind.IdField()).empty()) return oCompany.Put(kind, std::move(record));
+  oUnnumbered.push_back(std::move(record));
+  return true;
+}
+
+bool Filler::NumberRecords() {
+  if (!oUnnumbered.empty()) oCompany.SetCompleted();
+  return std::ranges::all_of(oUnnumbered, [&](Element& record) {
+    const Kind& kind = *FindKind(record.name);
+    record.Set(kind.IdField(), NewRecordId(oCompany.List(kind)));
+    return oCompany.Put(kind, std::move(record));
+  });
+}
+
 bool Filler::Take(const Kind& kind, Element object) {
+  if (kind.category == Category::kRecord) return TakeRecord(kind, std::move(object));
   const std::size_t given = object.children.size();
   const bool lacksId = !object.Child(kind.IdField());
   const bool isUsable = kind.category == Category::kTransaction ? FillInTransaction(kind, object)

@@ -44,6 +44,7 @@ void ForEachReference(const Element& object, Visit visit) {
 // Transactions of one day stand in the order in which they were entered.
 Text ObjectList::KeyOf(const Element& object) const {
   if (oKind->category == Category::kList) return NameKey(NameOf(*oKind, object));
+  if (oKind->category == Category::kRecord) return FromUtf8(object.ChildText(oKind->IdField()));
   constexpr std::size_t kDigits = 10;
   const bool isCounted = oKind->Has("TxnNumber");
   std::string number(object.ChildText(isCounted ? "TxnNumber" : "TxnID"));

@@ -1,7 +1,7 @@
 // The objects of one kind in the order in which queries return them: lists by full name (a parent
-// before its children, letter case ignored), transactions by date. Found by ID, and by the names
-// that clients search for. What queries and deletions ask of many objects at once stands beside
-// them, so that nobody looks into a hundred thousand objects for it.
+// before its children, letter case ignored), transactions by date, records by ID. Found by ID, and
+// by the names that clients search for. What queries and deletions ask of many objects at once
+// stands beside them, so that nobody looks into a hundred thousand objects for it.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,8 @@
 #include "simulator/kinds/Kinds.h"
 
+#include <algorithm>
 #include <deque>
+#include <iterator>
 #include <map>
 
 #include "simulator/kinds/KindFields.h"
@@ -21,6 +23,7 @@ Rows CollectRows() {
       rows.kinds.push_back(kind);
     }
   }
+  std::ranges::copy(RecordKinds(), std::back_inserter(rows.kinds));
   return rows;
 }
 

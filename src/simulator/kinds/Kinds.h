@@ -1,6 +1,7 @@
 // The kinds of objects that a company holds: a row each, from which the messages and the
 // bookkeeping follow. The rows stand in ListKinds.cpp and TransactionKinds.cpp; a new kind is a new
-// row, whose fields are those of its definitions (grammar/Definitions.h).
+// row, whose fields are those of its definitions (grammar/Definitions.h). RecordKinds.cpp has what
+// a company remembers beside its lists and transactions.
 #pragma once
 
 #include <span>
@@ -12,7 +13,9 @@
 
 namespace ostrel::simulator {
 
-enum class Category { kList, kTransaction };
+/// A record has an ID and a content that only its own messages know: no names, no fields, no
+/// references.
+enum class Category { kList, kTransaction, kRecord };
 
 enum class Measure { kTotal, kAmount, kQuantity };  // of the transaction; of each of its lines
 
@@ -62,7 +65,10 @@ struct Kind {
 
   std::span<const Field> fields = {};  // of its definitions
 
-  std::string_view IdField() const { return category == Category::kList ? "ListID" : "TxnID"; }
+  std::string_view IdField() const {
+    if (category == Category::kRecord) return "RecordID";
+    return category == Category::kList ? "ListID" : "TxnID";
+  }
   bool Has(std::string_view field) const { return FindField(fields, field, Use::kRet) != nullptr; }
   /// "CustomerRet"
   std::string RetName() const { return std::string(name).append("Ret"); }
@@ -71,10 +77,11 @@ struct Kind {
 /// The rows, without their fields.
 std::span<const Kind> ListKinds();
 std::span<const Kind> TransactionKinds();
+std::span<const Kind> RecordKinds();
 
 using KindList = std::vector<const Kind*>;
 
-/// All kinds, lists first.
+/// All kinds: lists, transactions, records.
 const KindList& AllKinds();
 /// Place in AllKinds, from 0.
 std::size_t IndexOf(const Kind& kind);

@@ -1,4 +1,7 @@
 // The messages that ask QuickBooks about itself and about the open company.
+#include "simulator/company/CustomFields.h"
+#include "simulator/company/Records.h"
+#include "simulator/messages/Filters.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/xml/XmlWriter.h"
 
@@ -30,6 +33,12 @@ Response QueryCompany(const Call& call) {
   xml.Leaf("CompanyName", data.Name());
   if (const Element* information = data.Information()) {
     for (const Element& field : information->children) xml.Write(field);
+  }
+  const View view = ViewOf(call, true);
+  for (const auto& [key, record] : Records(data, "CompanyDataExt")) {
+    for (const Element& field : record.children) {
+      if (IsCustomField(field) && IsWantedField(field, view)) xml.Write(field);
+    }
   }
   xml.Close();
   return {{}, xml.Take()};

@@ -8,6 +8,7 @@
 #include <limits>
 #include <utility>
 
+#include "simulator/company/CustomFields.h"
 #include "simulator/company/Objects.h"
 #include "simulator/values/Dates.h"
 #include "simulator/values/Decimal.h"
@@ -200,9 +201,13 @@ Filters MakeFilters(const Call& call) {
 View ViewOf(const Call& call, bool alwaysLines) {
   View view{.version = call.version,
             .lines = alwaysLines || IsTrue(call.element.ChildText("IncludeLineItems")),
-            .only = {}};
+            .only = {},
+            .owners = {}};
   for (const Element& child : call.element.children) {
     if (child.name == "IncludeRetElement") view.only.emplace_back(child.text);
+    if (child.name == "OwnerID" && view.owners.size() < kMostDefinitions) {
+      view.owners.push_back(child.text);
+    }
   }
   std::ranges::sort(view.only);
   view.only.erase(std::unique(view.only.begin(), view.only.end()), view.only.end());

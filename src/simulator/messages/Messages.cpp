@@ -15,6 +15,7 @@
 #include "simulator/company/Objects.h"
 #include "simulator/messages/Filters.h"
 #include "simulator/messages/RetWriter.h"
+#include "simulator/values/LongWork.h"
 
 namespace ostrel::simulator {
 namespace {
@@ -38,6 +39,13 @@ constexpr std::pair<std::string_view, Handler> kHandlers[] = {
     {"CompanyQueryRq", QueryCompany},
     {"ListDelRq", DeleteListObject},
     {"TxnDelRq", DeleteTransaction},
+    {"DataExtDefAddRq", AddCustomFieldDefinition},
+    {"DataExtDefModRq", ModifyCustomFieldDefinition},
+    {"DataExtDefDelRq", DeleteCustomFieldDefinition},
+    {"DataExtDefQueryRq", QueryCustomFieldDefinitions},
+    {"DataExtAddRq", AddCustomField},
+    {"DataExtModRq", ModifyCustomField},
+    {"DataExtDelRq", DeleteCustomField},
 };
 
 Response FindNothing(const Call&) { return {.status = NoMatch()}; }
@@ -155,6 +163,23 @@ std::string OneRet(const Call& call, const Kind& kind, const Element& object) {
   XmlWriter xml(XmlForm::kResponse);
   WriteRet(xml, call.company.Data(), kind, object, ViewOf(call, true));
   return xml.Take();
+}
+
+Response Listed(const Call& call, const std::vector<Element>& rets) {
+  Response response{.status = rets.empty() ? NoMatch() : Status()};
+  const std::string* metaData = call.element.Find("metaData");
+  if (metaData && *metaData != "NoMetaData") {
+    response.attributes.push_back({"retCount", std::to_string(rets.size())});
+    if (*metaData == "MetaDataOnly") return response;
+  }
+  const View view = ViewOf(call, true);
+  XmlWriter xml(XmlForm::kResponse);
+  for (const Element& ret : rets) {
+    Breathe();
+    WriteShown(xml, ret, view);
+  }
+  response.body = xml.Take();
+  return response;
 }
 
 std::string Described(const Kind& kind, const Element& object) {

@@ -40,9 +40,18 @@ Response DeleteListObject(const Call& call);
 Response AddTransaction(const Call& call);
 Response ModifyTransaction(const Call& call);
 Response DeleteTransaction(const Call& call);
+Response AddCustomFieldDefinition(const Call& call);
+Response ModifyCustomFieldDefinition(const Call& call);
+Response DeleteCustomFieldDefinition(const Call& call);
+Response QueryCustomFieldDefinitions(const Call& call);
+Response AddCustomField(const Call& call);
+Response ModifyCustomField(const Call& call);
+Response DeleteCustomField(const Call& call);
 
 /// The one object of a response, as much of it as IncludeRetElement asks for.
 std::string OneRet(const Call& call, const Kind& kind, const Element& object);
+/// The response of a query that has found these, with as much of them as it asks for.
+Response Listed(const Call& call, const std::vector<Element>& rets);
 /// The object as CannotSave names it: "Customers list, element "Jo"" or "Invoice".
 std::string Described(const Kind& kind, const Element& object);
 /// Commits; the status of a failure names the object.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "simulator/company/CustomFields.h"
 #include "simulator/company/Objects.h"
 #include "simulator/company/Totals.h"
 #include "simulator/values/LongWork.h"
@@ -34,6 +35,7 @@ class RetWriter {
  private:
   bool IsShown(const Field& field, const Element& child, bool top) const {
     if (field.since > oView.version) return false;
+    if (IsCustomField(child) && !IsWantedField(child, oView)) return false;
     if (!top) return true;
     if (IsLine(field) && !oView.lines) return false;
     return oView.only.empty() || std::ranges::binary_search(oView.only, child.name);
@@ -73,6 +75,20 @@ class RetWriter {
 };
 
 }  // namespace
+
+bool IsWantedField(const Element& customField, const View& view) {
+  return std::ranges::any_of(view.owners, [&](const std::string& owner) {
+    return IsSameName(owner, customField.ChildText("OwnerID"));
+  });
+}
+
+void WriteShown(XmlWriter& xml, const Element& ret, const View& view) {
+  xml.Open(ret.name);
+  for (const Element& child : ret.children) {
+    if (view.only.empty() || std::ranges::binary_search(view.only, child.name)) xml.Write(child);
+  }
+  xml.Close();
+}
 
 void WriteRet(XmlWriter& xml, const Company& company, const Kind& kind, const Element& object,
               const View& view) {

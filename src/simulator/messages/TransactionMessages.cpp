@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <unordered_map>
 
+#include "simulator/company/CustomFields.h"
 #include "simulator/company/Defaults.h"
 #include "simulator/company/Draft.h"
 #include "simulator/company/Objects.h"
@@ -125,6 +126,7 @@ Response AddTransaction(const Call& call) {
     applications = AutomaticApplications(kind, object, company);
   }
   NameAsHeld(object, kind.fields, Use::kAdd);
+  if (auto status = CompleteCustomFields(kind, object, company)) return {*status};
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
   Draft draft(company);
   if (auto status = Enter(call, draft, object, applications)) return {*status};

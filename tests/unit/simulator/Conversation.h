@@ -73,6 +73,13 @@ class Conversation {
     return oStorage.Files[kPath];
   }
 
+  /// Opens what the other conversation's process leaves behind when it is killed now.
+  void OpenAfterKillOf(const Conversation& killed) {
+    oProcessor.EndSession(sTicket);
+    oStorage.Files = killed.oStorage.Files;
+    sTicket = oProcessor.BeginSession(kPath, FileMode::kDoNotCare);
+  }
+
   std::string sVersion = "3.0";  // of qbXML
 
   static constexpr char16_t kPath[] = u"C:\\Books\\hale.qbw";
