@@ -1,6 +1,8 @@
 // Custom fields are defined, and given to objects, lines and the company. The fields of the
 // company's users are part of the object, whose EditSequence they change; those of applications
 // are not.
+// From memory: DataExtDefAddRq, DataExtDefModRq, DataExtDefDelRq, DataExtAddRq, DataExtModRq,
+// DataExtDelRq.
 #include <algorithm>
 
 #include "simulator/company/CustomFields.h"
