@@ -8,6 +8,7 @@
 #include "simulator/company/OpenCompany.h"
 #include "simulator/grammar/Grammar.h"
 #include "simulator/kinds/Kinds.h"
+#include "simulator/messages/Macros.h"
 #include "simulator/messages/Session.h"
 #include "simulator/values/Dates.h"
 #include "simulator/values/Status.h"
@@ -39,6 +40,7 @@ struct Call {
   Session& session;
   const Stamp& now;
   int version;  // of qbXML, times ten
+  Macros& macros;
 
   const Kind& OfKind() const { return *message.kinds.front(); }
 };

@@ -211,8 +211,9 @@ Response Saved(const Call& call, const Changes& changes, const Element& object) 
   Status status = CommitFor(call, changes, Described(kind, object));
   if (status.IsError()) return {.status = std::move(status)};
   const ObjectList& objects = call.company.Data().List(kind);
-  return {.status = {},
-          .body = OneRet(call, kind, *objects.Find(object.ChildText(kind.IdField())))};
+  const Element& saved = *objects.Find(object.ChildText(kind.IdField()));
+  call.macros.Define(call.element.children.front(), saved);
+  return {.status = {}, .body = OneRet(call, kind, saved)};
 }
 
 Element Cleaned(const Element& source) {

@@ -9,6 +9,8 @@
 #include <iterator>
 #include <vector>
 
+#include "simulator/messages/Macros.h"
+#include "simulator/messages/MessageSets.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/values/LongWork.h"
 #include "simulator/values/Status.h"
@@ -46,11 +48,25 @@ std::string_view VersionIn(std::string_view data) {
   return quoted ? data.substr(1, data.size() - 2) : std::string_view();
 }
 
-// Returns the version times ten: 130 for "13.0".
-int CheckVersion(const std::vector<Instruction>& instructions, const Company& company) {
+// The version in  -//INTUIT//DTD QBXML QBD 2.0//EN .
+std::string_view VersionInPublicId(std::string_view id) {
+  constexpr std::string_view kBegin = "-//INTUIT//DTD QBXML QBD ";
+  constexpr std::string_view kEnd = "//EN";
+  if (!id.starts_with(kBegin) || !id.ends_with(kEnd)) return {};
+  id.remove_prefix(kBegin.size());
+  return id.substr(0, id.size() - std::min(id.size(), kEnd.size()));
+}
+
+std::string_view VersionIn(const XmlDocument& document) {
+  const auto& instructions = document.instructions;
   const auto qbxml = std::ranges::find(instructions, "qbxml", &Instruction::target);
-  if (qbxml == instructions.end()) Fail(Hresult::kParseError);
-  const std::string_view version = VersionIn(qbxml->data);
+  return qbxml == instructions.end() ? VersionInPublicId(document.publicId)
+                                     : VersionIn(qbxml->data);
+}
+
+// Returns the version times ten: 130 for "13.0".
+int CheckVersion(const XmlDocument& document, const Company& company) {
+  const std::string_view version = VersionIn(document);
   if (version.empty()) Fail(Hresult::kParseError);
   const auto supported = SupportedVersions(company);
   if (std::ranges::find(supported, version) == supported.end()) Fail(Hresult::kUnknownVersion);
@@ -62,7 +78,7 @@ int CheckVersion(const std::vector<Instruction>& instructions, const Company& co
 // Returns true when processing stops at the first error.
 bool ReadOnError(const Element& messages) {
   const std::string* onError = messages.Find("onError");
-  if (!onError || messages.attributes.size() != 1) Fail(Hresult::kParseError);
+  if (!onError) Fail(Hresult::kParseError);
   if (*onError == "rollbackOnError") Fail(Hresult::kRollbackUnsupported);
   if (*onError != "stopOnError" && *onError != "continueOnError") Fail(Hresult::kParseError);
   return *onError == "stopOnError";
@@ -73,7 +89,8 @@ Element& MessagesOf(Element& root) {
                         root.children.size() == 1 && root.children.front().name == "QBXMLMsgsRq";
   if (!envelope) Fail(Hresult::kParseError);
   Element& messages = root.children.front();
-  if (messages.children.empty() || !messages.text.empty()) Fail(Hresult::kParseError);
+  const bool empty = messages.children.empty() && !messages.Find("oldMessageSetID");
+  if (empty || !messages.text.empty()) Fail(Hresult::kParseError);
   return messages;
 }
 
@@ -88,6 +105,7 @@ struct Frame {
   Session& session;
   const Stamp& now;
   int version;  // times ten
+  Macros& macros;
 };
 
 Step CheckMessage(Element& element, int version) {
@@ -117,11 +135,12 @@ Response Reply(const Step& step, const Frame& frame, std::size_t& size) {
     if (fault->conduct.error != 0) Fail(fault->conduct.error);
     if (fault->status) return {*fault->status};
   }
+  if (auto status = frame.macros.Fill(*step.element)) return {*std::move(status)};
   if (auto status = Normalize(*step.element, *message.content)) {
     return {*std::move(status)};
   }
-  return message.reply(
-      {message, *step.element, frame.company, frame.session, frame.now, frame.version});
+  return message.reply({message, *step.element, frame.company, frame.session, frame.now,
+                        frame.version, frame.macros});
 }
 
 void WriteResponse(const Step& step, const Response& response, XmlWriter& xml) {
@@ -150,29 +169,62 @@ void Pad(XmlWriter& xml, std::size_t size) {
   xml.Lines(std::string("<!--").append(filling).append("-->\n"));
 }
 
+struct Processing {
+  const std::vector<Step>& steps;
+  bool stopOnError;
+  std::size_t size = 0;  // of the response at least
+};
+
+// Writes all responses; those of `kept`, where that is wanted, with their status alone.
+void WriteResponses(Processing& processing, const Frame& frame, XmlWriter& xml, XmlWriter* kept) {
+  bool stopped = false;
+  for (const Step& step : processing.steps) {
+    Breathe();
+    Response response = stopped ? Response{NotProcessed()} : Reply(step, frame, processing.size);
+    stopped = stopped || (processing.stopOnError && response.status.IsError());
+    WriteResponse(step, response, xml);
+    response.body.clear();
+    if (kept) WriteResponse(step, response, *kept);
+  }
+}
+
+// The responses of a request that takes part in error recovery.
+std::string RecoverableResponses(MessageSets& sets, Processing& processing, const Frame& frame) {
+  if (!sets.Begin()) return sets.Kept();
+  XmlWriter xml(XmlForm::kResponse);
+  XmlWriter statuses(XmlForm::kResponse);
+  WriteResponses(processing, frame, xml, sets.KeepsData() ? nullptr : &statuses);
+  std::string responses = xml.Take();
+  sets.Keep(sets.KeepsData() ? responses : statuses.Take());
+  return responses;
+}
+
 }  // namespace
 
 Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, const Stamp& now) {
   XmlDocument document = Parse(request);
-  const int version = CheckVersion(document.instructions, company.Data());
+  const int version = CheckVersion(document, company.Data());
   Element& messages = MessagesOf(document.root);
   const bool stopOnError = ReadOnError(messages);
+  MessageSets sets(messages, company, now);
   const std::vector<Step> steps = CheckMessages(messages, version);
-  const Frame frame{company, session, now, version};
+  Macros macros;
+  const Frame frame{company, session, now, version, macros};
+  Processing processing{steps, stopOnError};
+  const std::string recoverable =
+      sets.IsNamed() ? RecoverableResponses(sets, processing, frame) : std::string();
 
   XmlWriter xml(XmlForm::kResponse);
   xml.Prolog();
   xml.Open("QBXML");
-  xml.Open("QBXMLMsgsRs");
-  bool stopped = false;
-  std::size_t size = 0;
-  for (const Step& step : steps) {
-    Breathe();
-    const Response response = stopped ? Response{NotProcessed()} : Reply(step, frame, size);
-    stopped = stopped || (stopOnError && response.status.IsError());
-    WriteResponse(step, response, xml);
+  xml.Open("QBXMLMsgsRs", sets.Attributes());
+  if (sets.IsNamed()) {
+    xml.RequireRoom(recoverable.size());
+    xml.Lines(recoverable);
+  } else {
+    WriteResponses(processing, frame, xml, nullptr);
   }
-  Pad(xml, size);
+  Pad(xml, processing.size);
   xml.Close();
   xml.Close();
   return FromAscii(xml.Take());

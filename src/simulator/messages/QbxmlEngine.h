@@ -20,8 +20,9 @@ Text ProcessQbxml(TextView request, OpenCompany& company, Session& session, cons
 
 /// Returns a schema (XSD) of the requests that ProcessQbxml takes, made from the tables by which it
 /// checks them; samples/qbxmlops30.xsd is this text. Every request that is not refused as malformed
-/// is valid. A schema knows neither versions of qbXML nor the rules of iterators, so a valid
-/// request may be refused for these.
+/// is valid. A schema knows neither versions of qbXML nor the rules of iterators, nor that
+/// only a request that asks for kept responses may be empty, so a valid request may be refused for
+/// these.
 std::string QbxmlSchema();
 
 }  // namespace ostrel::simulator

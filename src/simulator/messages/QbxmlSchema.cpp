@@ -19,6 +19,7 @@ constexpr std::string_view kComment =
     "<!-- The requests that Ostrel's stand-in for QuickBooks understands: made from the "
     "definitions in\n"
     "     src/simulator/grammar, not by hand. -->\n";
+constexpr std::string_view kResponseData[] = {"includeAll", "includeNone"};
 constexpr std::string_view kOnError[] = {"stopOnError", "continueOnError", "rollbackOnError"};
 
 using Words = std::span<const std::string_view>;
@@ -55,7 +56,7 @@ class SchemaWriter {
     for (int i = 0; i < 3; ++i) oXml.Close();
 
     Open("xs:complexType", {{"name", "QBXMLMsgsRq"}});
-    Open("xs:choice", {{"maxOccurs", "unbounded"}});
+    Open("xs:choice", {{"minOccurs", "0"}, {"maxOccurs", "unbounded"}});
     for (const Message* message : AllMessages()) {
       Empty("xs:element",
             {{"name", std::string(message->name)}, {"type", std::string(message->name)}});
@@ -63,9 +64,11 @@ class SchemaWriter {
     oXml.Close();
     Empty("xs:attribute",
           {{"name", "onError"}, {"type", Choice("onError", kOnError)}, {"use", "required"}});
-    for (const char* name : {"newMessageSetID", "oldMessageSetID", "responseData"}) {
+    for (const char* name : {"newMessageSetID", "oldMessageSetID"}) {
       Empty("xs:attribute", {{"name", name}, {"type", "xs:string"}});
     }
+    Empty("xs:attribute",
+          {{"name", "responseData"}, {"type", Choice("responseData", kResponseData)}});
     oXml.Close();
   }
 

@@ -91,6 +91,8 @@ class TreeBuilder {
     oDocument.instructions.push_back({std::string(target), std::string(data)});
   }
 
+  void SetPublicId(std::string_view id) { oDocument.publicId = id; }
+
  private:
   // The parser gives five pointers an attribute: name, prefix, URI, begin and end of the value.
   static void AddAttributes(Element& element, const xmlChar** attributes, int count) {
@@ -134,6 +136,10 @@ void OnInstruction(void* context, const xmlChar* target, const xmlChar* data) {
   Builder(context).Guard([&] { Builder(context).AddInstruction(View(target), View(data)); });
 }
 
+void OnDocumentType(void* context, const xmlChar*, const xmlChar* publicId, const xmlChar*) {
+  Builder(context).Guard([&] { Builder(context).SetPublicId(View(publicId)); });
+}
+
 void OnReference(void* context, const xmlChar*) { Builder(context).Refuse(XmlFault::kMalformed); }
 
 void OnError(void* context, xmlErrorPtr error) {
@@ -165,6 +171,7 @@ xmlSAXHandler Handlers() {
   handlers.ignorableWhitespace = OnCharacters;
   handlers.cdataBlock = OnCharacters;
   handlers.processingInstruction = OnInstruction;
+  handlers.internalSubset = OnDocumentType;
   handlers.reference = OnReference;
   handlers.serror = OnError;
   handlers.entityDecl = OnEntity;

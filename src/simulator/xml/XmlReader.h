@@ -20,6 +20,7 @@ struct Instruction {
 
 struct XmlDocument {
   std::vector<Instruction> instructions;  // those before the root element
+  std::string publicId;                   // of the document type; empty without one
   Element root;
 };
 

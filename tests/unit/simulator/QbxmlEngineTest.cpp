@@ -76,6 +76,20 @@ TEST(QbxmlEngine, RespondsToACompanyQuery) {
                    "</CompanyQueryRs>\n"));
 }
 
+TEST(QbxmlEngine, TakesTheVersionFromTheDocumentTypeWhereNothingElseSaysIt) {
+  const auto withType = [](const std::string& version, const std::string& instruction = "") {
+    return FailureOfSending(HostQuery("<?xml version=\"1.0\"?>" + instruction +
+                                      "<!DOCTYPE QBXML PUBLIC '-//INTUIT//DTD QBXML QBD " +
+                                      version + "//EN' 'http://localhost/qbxml.dtd'>"));
+  };
+
+  EXPECT_EQ(withType("2.0"), 0u);
+  EXPECT_EQ(withType("99.0"), 0x80040423);
+  EXPECT_EQ(withType(""), kParseError);
+  EXPECT_EQ(withType("99.0", "<?qbxml version='2.0'?>"), 0u);
+  EXPECT_EQ(FailureOfSending(HostQuery("<!DOCTYPE QBXML PUBLIC '-//X//Y' 'z'>")), kParseError);
+}
+
 TEST(QbxmlEngine, EchoesARequestIdAsItIs) {
   Conversation client;
 
