@@ -9,6 +9,7 @@
 #include <charconv>
 #include <chrono>
 
+#include "simulator/company/Accounts.h"
 #include "simulator/company/Objects.h"
 #include "simulator/values/Dates.h"
 #include "simulator/values/Decimal.h"
@@ -55,6 +56,12 @@ void FillOtherwise(Element& object, const Field& field, const Company& company) 
   if (field.type != FieldType::kReference) {
     object.Add(field.name, field.otherwise);
     return;
+  }
+  if (field.name == "DepositToAccountRef") {
+    if (const Element* funds = FindAccount(company, SpecialAccount::kUndepositedFunds)) {
+      object.children.push_back(ReferenceTo(field.name, {FindKind("Account"), funds}));
+      return;
+    }
   }
   const Kind& kind = *FindKind(field.refers);
   for (const auto& [key, target] : company.List(kind).InOrder()) {
@@ -133,6 +140,17 @@ void CompleteListObject(const Kind& kind, Element& object) {
   }
 }
 
+// A group of sales taxes comes to the sum of its taxes.
+std::string TaxRateOf(const Target& tax, const Company& company) {
+  Decimal rate = Decimal::Of(tax.object->ChildText("TaxRate"));
+  for (const Element& member : tax.object->children) {
+    if (member.name != "ItemSalesTaxRef") continue;
+    const Target item = FindById(company, KindsNamed("ItemSalesTax"), member.ChildText("ListID"));
+    if (item) rate += Decimal::Of(item.object->ChildText("TaxRate"));
+  }
+  return rate.ToString(2);
+}
+
 }  // namespace
 
 void Complete(const Kind& kind, Element& object, const Company& company, Numbers& numbers,
@@ -169,7 +187,13 @@ void FillInDerived(Element& object, std::span<const Field> fields, const Company
     const bool isGiven = !field.inAdd.empty() || !field.inMod.empty();
     if (isGiven || field.source.reference.empty()) continue;
     object.Drop(field.name);
-    FillOne(object, field, fields, company);
+    const Target tax =
+        field.name == "SalesTaxPercentage" ? SourceOf(object, field, company) : Target();
+    if (tax) {
+      object.Add(field.name, TaxRateOf(tax, company));
+    } else {
+      FillOne(object, field, fields, company);
+    }
   }
 }
 

@@ -15,6 +15,8 @@ class Draft {
   explicit Draft(const Company& company) : oCompany(company) {}
 
   const Company& Before() const { return oCompany; }
+  /// The ListID of the special account, once it has been found or made.
+  std::string& IdOf(SpecialAccount account) { return oAccounts[account]; }
   /// Null when there is none of that ID.
   const Element* Find(const Kind& kind, std::string_view id) const;
   /// A copy of the existing object, to be changed.
@@ -27,6 +29,7 @@ class Draft {
 
  private:
   const Company& oCompany;
+  std::map<SpecialAccount, std::string> oAccounts;
   std::map<std::string, Change, std::less<>> oChanges;  // IDs are unique in a company
 };
 

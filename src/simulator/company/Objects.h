@@ -16,6 +16,13 @@ namespace ostrel::simulator {
 /// the rest comes from transactions.
 inline constexpr std::string_view kOpeningBalance = "openingBalance";
 
+/// The attribute of a transaction whose lines say which accounts they post to.
+inline constexpr std::string_view kFixed = "fixed";
+
+/// The attribute of an item in stock that says with how many it began; without it that is not
+/// known.
+inline constexpr std::string_view kOpeningQuantity = "openingQuantity";
+
 /// Puts the children into the order in which a Ret holds them.
 void Arrange(Element& object, std::span<const Field> fields);
 

@@ -3,23 +3,51 @@
 // until that is committed, and a transaction that is refused later leaves no balance behind.
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include "simulator/company/Draft.h"
-#include "simulator/kinds/Kinds.h"
 #include "simulator/values/Decimal.h"
 
 namespace ostrel::simulator {
 
-/// Carries out the postings of a transaction, whose totals have been computed and whose references
-/// are resolved.
+/// One side of a transaction in an account's register.
+struct Entry {
+  std::string account;            // ListID
+  Decimal amount;                 // debits above zero
+  const Element* line = nullptr;  // that it comes from; null: from the whole transaction
+};
+
+/// What the transaction posts to accounts; comes to nothing in all.
+void ForEachEntry(const Kind& kind, const Element& transaction, const Company& company,
+                  const std::function<void(const Entry&)>& visit);
+
+/// Notes in a transaction and its lines which accounts they post to, and what the goods that they
+/// move are worth, so that later changes of items leave the books alone. Its totals have been
+/// computed and its references are resolved.
+void FixAccounts(const Kind& kind, Element& transaction, Numbers& numbers, const Stamp& now,
+                 Draft& draft);
+
+/// Carries out the postings of a transaction.
 void Post(const Kind& kind, const Element& transaction, Draft& draft);
 /// Undoes the postings of a transaction that is changed or deleted: takes it as it was when it was
 /// posted, before any change.
 void Reverse(const Kind& kind, const Element& transaction, Draft& draft);
 
-/// Posts the opening balance of a new object to its own balance and to the totals above it.
-void PostOpening(const Kind& kind, const Element& object, Draft& draft);
+/// Notes in a new list object, whose balance or stock has been set, what it began with and which
+/// accounts that is posted to.
+void FixOpening(const Kind& kind, Element& object, Numbers& numbers, const Stamp& now,
+                Draft& draft);
+/// Posts the opening balance of a list object, to its own balance and the totals above it too
+/// (`own`) or only to other accounts.
+void PostOpening(const Kind& kind, const Element& object, bool own, Draft& draft);
+/// Takes the opening balance of an object that is about to be deleted back from other accounts.
+void ReverseOpening(const Kind& kind, const Element& object, Draft& draft);
 /// Moves the totals of all objects above a list object: when it gets another parent, once with the
 /// negative total below the old one and once with the total below the new one.
 void MoveParents(const Kind& kind, const Element& object, Decimal amount, Draft& draft);
+
+/// What one of an item in stock has cost.
+Decimal AverageCostOf(const Element& item);
 
 }  // namespace ostrel::simulator

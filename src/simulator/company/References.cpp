@@ -48,7 +48,7 @@ bool HasDangling(const Element& object, std::span<const Field> fields, std::stri
     if (IsReference(field)) return LeadsNowhere(child, *field, company, ids);
     const std::string_view paid = pays.empty() ? "" : child.ChildText("TxnID");
     const bool isMissing =
-        !paid.empty() && !ids.contains(paid) && !company.List(*FindKind(pays)).Find(paid);
+        !paid.empty() && !ids.contains(paid) && !FindById(company, KindsNamed(pays), paid);
     return isMissing || HasDangling(child, field->children, pays, company, ids);
   });
 }

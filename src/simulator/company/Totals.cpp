@@ -6,8 +6,10 @@
 #include "simulator/company/Totals.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "simulator/company/Defaults.h"
+#include "simulator/company/Lines.h"
 #include "simulator/company/Objects.h"
 #include "simulator/values/LongWork.h"
 
@@ -15,6 +17,7 @@ namespace ostrel::simulator {
 namespace {
 
 constexpr std::string_view kAmountName = "Amount";
+constexpr std::string_view kPaid = "paid";  // where no field says what is
 
 const Field* FieldOfType(std::span<const Field> fields, FieldType type) {
   const auto found = std::ranges::find(fields, type, &Field::type);
@@ -75,6 +78,8 @@ struct LineTotals {
   Decimal taxable;
   Decimal credits;
   bool possible = true;
+  Decimal before;         // the amount of the line above
+  Decimal sinceSubtotal;  // of the lines behind the last subtotal
 };
 
 bool IsCredited(const Kind& kind, std::string_view line) {
@@ -82,22 +87,79 @@ bool IsCredited(const Kind& kind, std::string_view line) {
   return posting != kind.postings.end() && posting->side < 0;
 }
 
-LineTotals ComputeLines(const Kind& kind, Element& transaction, const Company& company,
-                        Numbers& numbers, const Stamp& now) {
-  LineTotals sums;
-  Decimal amount;
-  for (Element& line : transaction.children) {
-    Breathe();
-    const Field* field = FindField(kind.fields, line.name, Use::kRet);
-    if (!field || field->type != FieldType::kLine) continue;
-    if (!line.Child("TxnLineID")) line.Add("TxnLineID", numbers.NewTxnId(now));
-    amount = ComputeLine(line, field->children, amount);
-    sums.all += amount;
-    sums.possible = sums.possible && amount.IsAmount();
-    if (IsCredited(kind, field->name)) sums.credits += amount;
-    if (IsTaxable(line, "SalesTaxCodeRef", company)) sums.taxable += amount;
+class LineReckoner {
+ public:
+  LineReckoner(const Kind& kind, const Company& company, Numbers& numbers, const Stamp& now)
+      : oKind(kind), oCompany(company), oNumbers(numbers), oNow(now) {}
+
+  LineTotals Reckon(Element& transaction) {
+    for (Element& child : transaction.children) {
+      Breathe();
+      const Field* field = FindField(oKind.fields, child.name, Use::kRet);
+      if (!field) continue;
+      if (IsGroup(child.name)) {
+        ReckonGroup(child, *field);
+      } else if (field->type == FieldType::kLine) {
+        Add(child, *field);
+      } else if (child.name == "CashBackInfoRet") {
+        GiveId(child);
+        oTotals.all += Decimal::Of(child.ChildText(kAmountName)).Negated();
+      }
+    }
+    return oTotals;
   }
-  return sums;
+
+ private:
+  void GiveId(Element& line) {
+    if (!line.Child("TxnLineID")) line.Add("TxnLineID", oNumbers.NewTxnId(oNow));
+  }
+
+  void ReckonGroup(Element& group, const Field& field) {
+    const Decimal before = oTotals.all;
+    GiveId(group);
+    FieldFinder finder(field.children, Use::kRet);
+    for (Element& line : group.children) {
+      const Field* inner = finder.Find(line.name);
+      if (inner && inner->type == FieldType::kLine) Add(line, *inner);
+    }
+    group.Set("TotalAmount", (oTotals.all - before).ToString(2));
+  }
+
+  bool IsSubtotal(const Element& line) const {
+    const Target item = ItemOf(line, oCompany);
+    return item && item.kind->name == "ItemSubtotal";
+  }
+
+  void Add(Element& line, const Field& field) {
+    GiveId(line);
+    if (IsSubtotal(line)) {
+      line.Set(kAmountName, oTotals.sinceSubtotal.ToString(2));
+      oTotals.before = std::exchange(oTotals.sinceSubtotal, Decimal());
+      return;
+    }
+    const Decimal amount = ComputeLine(line, field.children, oTotals.before);
+    oTotals.before = amount;
+    oTotals.all += amount;
+    oTotals.sinceSubtotal += amount;
+    oTotals.possible = oTotals.possible && amount.IsAmount();
+    if (IsCredited(oKind, field.name)) oTotals.credits += amount;
+    if (IsTaxable(line, "SalesTaxCodeRef", oCompany)) oTotals.taxable += amount;
+  }
+
+  const Kind& oKind;
+  const Company& oCompany;
+  Numbers& oNumbers;
+  const Stamp& oNow;
+  LineTotals oTotals;
+};
+
+// What has been paid of a transaction, or used of a credit.
+Decimal PaidOf(const Kind& kind, const Element& transaction) {
+  if (!kind.sums.applied.empty()) {
+    return Decimal::Of(transaction.ChildText(kind.sums.applied)).Negated();
+  }
+  const std::string* paid = transaction.Find(kPaid);
+  return paid ? Decimal::Of(*paid) : Decimal();
 }
 
 // The sales tax. A customer whose own tax code is not taxable pays none.
@@ -114,6 +176,7 @@ void SetAmount(Element& object, std::string_view name, Decimal amount) {
   if (!name.empty()) object.Set(name, amount.ToString(2));
 }
 
+// A payment keeps in its applications what it has paid.
 Decimal AppliedBy(const Element& payment) {
   Decimal applied;
   for (const Element& child : payment.children) {
@@ -124,8 +187,8 @@ Decimal AppliedBy(const Element& payment) {
 
 void SetOpenAmount(const Kind& kind, Element& transaction) {
   if (kind.sums.open.empty()) return;
-  const Decimal applied = Decimal::Of(transaction.ChildText(kind.sums.applied));
-  const Decimal open = TotalOf(kind, transaction) + applied - AppliedBy(transaction);
+  const Decimal applied = kind.pays.empty() ? Decimal() : AppliedBy(transaction);
+  const Decimal open = TotalOf(kind, transaction) - PaidOf(kind, transaction) - applied;
   SetAmount(transaction, kind.sums.open, open);
   if (!kind.sums.paid.empty()) transaction.Set(kind.sums.paid, open.IsZero() ? "true" : "false");
 }
@@ -135,7 +198,7 @@ void SetOpenAmount(const Kind& kind, Element& transaction) {
 std::optional<Status> ComputeTotals(const Kind& kind, Element& transaction, const Company& company,
                                     Numbers& numbers, const Stamp& now) {
   FillInDerived(transaction, kind.fields, company);
-  const LineTotals sums = ComputeLines(kind, transaction, company, numbers, now);
+  const LineTotals sums = LineReckoner(kind, company, numbers, now).Reckon(transaction);
   if (kind.sums.balanced && sums.credits + sums.credits != sums.all) {
     return CannotSave(kind.name,
                       "The transaction is not in balance.  Make sure the total amount in the "
@@ -149,7 +212,9 @@ std::optional<Status> ComputeTotals(const Kind& kind, Element& transaction, cons
     total += tax;
   }
   if (!sums.possible || !total.IsAmount()) return BadAmount(total.ToString(2), kAmountName);
-  if (!kind.sums.given) SetAmount(transaction, kind.sums.total, total);
+  const bool isByItem = kind.sums.given && !transaction.Child(kind.sums.total);
+  if (isByItem) ComputeLine(transaction, kind.fields, {});
+  if (!kind.sums.given && kind.pays.empty()) SetAmount(transaction, kind.sums.total, total);
   SetOpenAmount(kind, transaction);
   return std::nullopt;
 }
@@ -165,8 +230,12 @@ Decimal OpenAmountOf(const Kind& kind, const Element& transaction) {
 }
 
 void ApplyAmount(const Kind& kind, Element& transaction, Decimal amount) {
-  const Decimal applied = Decimal::Of(transaction.ChildText(kind.sums.applied));
-  SetAmount(transaction, kind.sums.applied, applied - amount);
+  const Decimal paid = PaidOf(kind, transaction) + amount;
+  if (kind.sums.applied.empty()) {
+    transaction.SetAttribute(kPaid, paid.ToString(2));
+  } else {
+    SetAmount(transaction, kind.sums.applied, paid.Negated());
+  }
   SetOpenAmount(kind, transaction);
 }
 

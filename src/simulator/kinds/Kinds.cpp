@@ -39,7 +39,12 @@ struct Sort {
   std::string_view name;
   std::string_view kinds[2];
 };
-constexpr Sort kSorts[] = {{"SalesTaxItem", {"ItemSalesTax", "ItemSalesTaxGroup"}}};
+constexpr Sort kSorts[] = {
+    {"SalesTaxItem", {"ItemSalesTax", "ItemSalesTaxGroup"}},
+    {"OpenSale", {"Invoice", "Charge"}},
+    {"SalesOrderOrEstimate", {"SalesOrder", "Estimate"}},
+    {"OrderOrReceipt", {"PurchaseOrder", "ItemReceipt"}},
+};
 
 using Names = std::map<std::string_view, KindList>;
 

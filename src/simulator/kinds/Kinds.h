@@ -17,16 +17,43 @@ namespace ostrel::simulator {
 /// references.
 enum class Category { kList, kTransaction, kRecord };
 
-enum class Measure { kTotal, kAmount, kQuantity };  // of the transaction; of each of its lines
+/// What of a transaction moves a balance: of the whole, or of each of its lines.
+enum class Measure {
+  kTotal,
+  kTax,
+  kDiscount,  // of a payment: given with it
+  kAmount,    // of each line, from here on
+  kQuantity,
+  kOpenQuantity,  // of an order: not invoiced or received yet
+  kCost,          // of what leaves the stock
+  kLineDiscount,
+};
 
-/// The effect of a transaction on another object: it adds to the object's balance or quantity on
-/// hand, in debit (1) or in credit (-1).
+/// An account that QuickBooks makes when it first needs it.
+enum class SpecialAccount {
+  kNone,
+  kSalesTaxPayable,
+  kUndepositedFunds,
+  kOpeningBalanceEquity,
+  kUncategorizedIncome,
+  kUncategorizedExpenses,
+  kReceivable,
+  kPayable
+};
+
+/// The effect of a transaction on another object: it adds to the object's balance or quantity, in
+/// debit (1) or in credit (-1).
 struct Posting {
   Measure measure = Measure::kTotal;
-  std::string_view line = {};                    // the lines' name; empty for a total
+  std::string_view line = {};                    // the lines' name; empty for the whole
   std::string_view reference = {};               // names the object
   std::span<const std::string_view> paths = {};  // or there the first reference that is set
   int side = 1;                                  // 1: debit, -1: credit
+  /// The attribute that keeps the account of a line, whatever becomes of the item.
+  std::string_view recorded = {};
+  SpecialAccount special = SpecialAccount::kNone;  // in place of a reference
+  std::string_view field = {};                     // of the object: "QuantityOnOrder"
+  Measure value = Measure::kCost;                  // of a quantity: what it is worth
 };
 
 /// The fields in which a transaction keeps its totals; empty for those that it does not have.
@@ -60,7 +87,7 @@ struct Kind {
   Sums sums = {};
   std::span<const Posting> postings = {};
   bool numbered = false;       // gets the next RefNumber when it has none
-  std::string_view pays = {};  // the kind whose open amounts a payment is applied to
+  std::string_view pays = {};  // the kinds whose open amounts a payment is applied to
   std::string_view dateField = "TxnDate";
 
   std::span<const Field> fields = {};  // of its definitions

@@ -201,6 +201,7 @@ Filters MakeFilters(const Call& call) {
 View ViewOf(const Call& call, bool alwaysLines) {
   View view{.version = call.version,
             .lines = alwaysLines || IsTrue(call.element.ChildText("IncludeLineItems")),
+            .links = alwaysLines || IsTrue(call.element.ChildText("IncludeLinkedTxns")),
             .only = {},
             .owners = {}};
   for (const Element& child : call.element.children) {

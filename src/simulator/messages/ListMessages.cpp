@@ -100,10 +100,12 @@ Response AddListObject(const Call& call) {
   if (auto status = Resolve(object, kind.fields, Use::kAdd, company, kind.name)) return {*status};
   if (auto status = TakeName(call, kind, object)) return {*status};
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
+  Draft draft(company);
+  FixOpening(kind, object, call.company.NewNumbers(), call.now, draft);
   NameAsHeld(object, kind.fields, Use::kAdd);
   if (auto status = FindLack(kind, object)) return {*status};
-  Draft draft(company);
   draft.Put(kind, object);
+  PostOpening(kind, object, false, draft);
   MoveParents(kind, object, TotalBalanceOf(object), draft);
   return Saved(call, draft.Take(), object);
 }
@@ -149,6 +151,7 @@ Response DeleteListObject(const Call& call) {
   const std::string described = Described(kind, *object);
   Draft draft(company);
   draft.Remove(kind, id);
+  ReverseOpening(kind, *object, draft);
   MoveParents(kind, *object, TotalBalanceOf(*object).Negated(), draft);
   Status status = CommitFor(call, draft.Take(), described);
   if (status.IsError()) return {std::move(status)};

@@ -23,8 +23,8 @@ class RetWriter {
       if (!field || child.children.empty()) {
         oXml.Write(child);
       } else if (field->type == FieldType::kReference) {
-        WriteReference(child);
-      } else if (!oKind.pays.empty() && field->name == "AppliedToTxnRet") {
+        WriteReference(child, *field);
+      } else if (!oKind.pays.empty() && field->name.ends_with("AppliedToTxnRet")) {
         WriteApplied(child, *field);
       } else {
         WriteGroup(child, *field);
@@ -38,6 +38,7 @@ class RetWriter {
     if (IsCustomField(child) && !IsWantedField(child, oView)) return false;
     if (!top) return true;
     if (IsLine(field) && !oView.lines) return false;
+    if (field.name == "LinkedTxn" && !oView.links) return false;
     return oView.only.empty() || std::ranges::binary_search(oView.only, child.name);
   }
 
@@ -53,16 +54,19 @@ class RetWriter {
     oXml.Close();
   }
 
-  void WriteReference(const Element& reference) {
-    const Target target = FindById(oCompany, AllKinds(), reference.ChildText("ListID"));
+  void WriteReference(const Element& reference, const Field& field) {
+    const Target target =
+        FindById(oCompany, KindsNamed(field.refers), reference.ChildText("ListID"));
     oXml.Write(target ? ReferenceTo(reference.name, target) : reference);
   }
 
   // The open amount of the paid transaction may have changed since.
   void WriteApplied(Element applied, const Field& field) {
-    const Kind& kind = *FindKind(oKind.pays);
-    if (const Element* paid = oCompany.List(kind).Find(applied.ChildText("TxnID"))) {
-      applied.Set("BalanceRemaining", OpenAmountOf(kind, *paid).ToString(2));
+    if (const Target paid =
+            FindById(oCompany, KindsNamed(oKind.pays), applied.ChildText("TxnID"))) {
+      const bool isRefund = field.name == "RefundAppliedToTxnRet";
+      applied.Set(isRefund ? "CreditRemaining" : "BalanceRemaining",
+                  OpenAmountOf(*paid.kind, *paid.object).ToString(2));
       Arrange(applied, field.children);
     }
     WriteGroup(applied, field);

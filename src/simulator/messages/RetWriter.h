@@ -15,6 +15,7 @@ namespace ostrel::simulator {
 struct View {
   int version = 130;                     // of qbXML, times ten: later fields are left out
   bool lines = true;                     // of transactions
+  bool links = true;                     // to other transactions
   std::vector<std::string_view> only;    // the names of the fields, sorted; empty: all
   std::vector<std::string> owners = {};  // of the custom fields that are wanted
 };

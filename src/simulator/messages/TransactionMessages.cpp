@@ -9,7 +9,11 @@
 #include "simulator/company/CustomFields.h"
 #include "simulator/company/Defaults.h"
 #include "simulator/company/Draft.h"
+#include "simulator/company/Intake.h"
+#include "simulator/company/Lines.h"
+#include "simulator/company/Links.h"
 #include "simulator/company/Objects.h"
+#include "simulator/company/Orders.h"
 #include "simulator/company/Payments.h"
 #include "simulator/company/Postings.h"
 #include "simulator/company/References.h"
@@ -52,6 +56,14 @@ Lines LinesOf(Element& object, std::string_view name) {
   return lines;
 }
 
+bool NamesAnother(const Element* reference, const Element* before) {
+  if (!reference) return false;
+  return !before || reference->ChildText("ListID") != before->ChildText("ListID");
+}
+
+std::optional<Status> ModifyLines(std::span<const Field> fields, Element& object, Element& given,
+                                  const Company& company);
+
 std::optional<Status> ModifyLine(Lines& before, const Element& given, const Field& field,
                                  const Company& company, std::vector<Element>& lines) {
   const std::string id(given.ChildText("TxnLineID"));
@@ -63,12 +75,17 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
     line = std::move(*found->second);
     found->second->name.clear();
     before.erase(found);
-    const Element* item = given.Child("ItemRef");
-    const Element* itemBefore = line.Child("ItemRef");
-    fresh = item && (!itemBefore || item->ChildText("ListID") != itemBefore->ChildText("ListID"));
+    fresh = NamesAnother(given.Child("ItemRef"), line.Child("ItemRef"));
     ForgetComputed(line, given, field.children, fresh);
+    if (fresh) line.attributes.clear();
+    if (given.Child("Quantity")) line.DropAttribute("cost");
   }
   Element named = given;
+  if (IsGroup(field.name)) {
+    if (NamesAnother(given.Child("ItemGroupRef"), line.Child("ItemGroupRef")))
+      line.children.clear();
+    if (auto status = ModifyLines(field.children, line, named, company)) return status;
+  }
   NameAsHeld(named, field.children, Use::kMod);
   Merge(line, named, field.children);
   if (fresh) FillIn(line, field.children, company);
@@ -77,9 +94,9 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
 }
 
 // A message that names any line of a sort names all that are to stay; the others are deleted.
-std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& given,
+std::optional<Status> ModifyLines(std::span<const Field> fields, Element& object, Element& given,
                                   const Company& company) {
-  for (const Field& field : kind.fields) {
+  for (const Field& field : fields) {
     if (field.type != FieldType::kLine || !given.Child(field.inMod)) continue;
     std::vector<Element> lines;
     Lines before = LinesOf(object, field.name);
@@ -97,21 +114,78 @@ std::optional<Status> ModifyLines(const Kind& kind, Element& object, Element& gi
   return std::nullopt;
 }
 
+// Debits and credits are modified by one sort of element, which may turn one into the other.
+std::optional<Status> ModifyJournal(const Kind& kind, Element& object, Element& given) {
+  constexpr std::string_view kDebit = "JournalDebitLine", kCredit = "JournalCreditLine";
+  if (!given.Child("JournalLineMod")) return std::nullopt;
+  const Field& field = *FindField(kind.fields, kDebit, Use::kRet);
+  std::vector<Element> lines;
+  for (const Element& child : given.children) {
+    if (child.name != "JournalLineMod") continue;
+    Breathe();
+    const std::string_view id = child.ChildText("TxnLineID");
+    Element line{.name = std::string(kDebit)};
+    if (id != "-1") {
+      const auto found = std::ranges::find_if(object.children, [&](const Element& held) {
+        return (held.name == kDebit || held.name == kCredit) && held.ChildText("TxnLineID") == id;
+      });
+      if (found == object.children.end()) return NotFound(id);
+      line = *found;
+    }
+    if (const Element* type = child.Child("JournalLineType")) {
+      line.name = type->text == "Debit" ? kDebit : kCredit;
+    }
+    Element named = child;
+    named.Drop("JournalLineType");
+    Merge(line, named, field.children);
+    lines.push_back(std::move(line));
+  }
+  object.Drop(kDebit);
+  object.Drop(kCredit);
+  std::ranges::move(lines, std::back_inserter(object.children));
+  given.Drop("JournalLineMod");
+  return std::nullopt;
+}
+
+void ClearLines(Element& object, const Element& given) {
+  if (IsTrue(given.ChildText("ClearExpenseLines"))) object.Drop("ExpenseLineRet");
+  if (!IsTrue(given.ChildText("ClearItemLines"))) return;
+  object.Drop("ItemLineRet");
+  object.Drop("ItemGroupLineRet");
+}
+
+// A line may be posted to another account than its item's.
+void KeepOverride(Element& line) {
+  const Element* account = line.Child("OverrideItemAccountRef");
+  if (account) line.SetAttribute("account", account->ChildText("ListID"));
+}
+
 // Enters a transaction into the books: its totals, its payments and its postings.
 std::optional<Status> Enter(const Call& call, Draft& draft, Element& object,
-                            const Applications& applications) {
+                            const Applications& applications, const std::vector<Credit>& credits) {
   const Kind& kind = call.OfKind();
-  const Company& company = call.company.Data();
+  Numbers& numbers = call.company.NewNumbers();
   if (auto status = FindLack(kind, object)) return status;
-  if (auto status = ComputeTotals(kind, object, company, call.company.NewNumbers(), call.now)) {
+  if (auto status = ComputeTotals(kind, object, call.company.Data(), numbers, call.now)) {
     return status;
   }
   if (!kind.pays.empty()) {
     if (auto status = ApplyPayment(kind, object, applications, call.now, draft)) return status;
   }
+  WorkOut(kind, object, draft);
+  FixAccounts(kind, object, numbers, call.now, draft);
   Post(kind, object, draft);
+  CarryOut(kind, object, call.now, draft);
   draft.Put(kind, object);
-  return std::nullopt;
+  return SetCredits(kind, object.ChildText("TxnID"), credits, call.now, draft);
+}
+
+// Takes a transaction out of the books.
+void Leave(const Kind& kind, const Element& object, const Stamp& now, Draft& draft) {
+  Reverse(kind, object, draft);
+  if (!kind.pays.empty()) TakeBackPayment(kind, object, now, draft);
+  TakeBackOrders(kind, object, now, draft);
+  GiveBack(kind, object, now, draft);
 }
 
 }  // namespace
@@ -125,11 +199,16 @@ Response AddTransaction(const Call& call) {
   if (IsTrue(object.ChildText("IsAutoApply"))) {
     applications = AutomaticApplications(kind, object, company);
   }
+  const std::vector<Credit> credits = CreditsOf(object);
+  Draft draft(company);
+  if (auto status = TakeIn(kind, object, call.now, draft)) return {*status};
+  if (auto status = TakeOver(kind, object, call.now, draft)) return {*status};
+  for (Element& child : object.children) KeepOverride(child);
   NameAsHeld(object, kind.fields, Use::kAdd);
   if (auto status = CompleteCustomFields(kind, object, company)) return {*status};
+  ExpandGroups(kind, object, company);
   Complete(kind, object, company, call.company.NewNumbers(), call.now);
-  Draft draft(company);
-  if (auto status = Enter(call, draft, object, applications)) return {*status};
+  if (auto status = Enter(call, draft, object, applications, credits)) return {*status};
   return Saved(call, draft.Take(), object);
 }
 
@@ -142,17 +221,23 @@ Response ModifyTransaction(const Call& call) {
   if (auto status = Resolve(given, kind.fields, Use::kMod, company, kind.name)) return {*status};
   Applications applications = ApplicationsOf(given);
   if (applications.empty()) applications = ApplicationsOf(*before);
+  const std::vector<Credit> credits = CreditsOf(given);
   given.Drop("AppliedToTxnMod");
 
   Element object = *before;
-  if (auto status = ModifyLines(kind, object, given, company)) return {*status};
+  ClearLines(object, given);
+  if (auto status = ModifyLines(kind.fields, object, given, company)) return {*status};
+  if (auto status = ModifyJournal(kind, object, given)) return {*status};
+  for (Element& child : given.children) KeepOverride(child);
   NameAsHeld(given, kind.fields, Use::kMod);
   Merge(object, given, kind.fields);
+  ExpandGroups(kind, object, company);
+  FillIn(object, kind.fields, company);
   Touch(object, call.now);
   Draft draft(company);
-  Reverse(kind, *before, draft);
-  if (!kind.pays.empty()) TakeBackPayment(kind, *before, call.now, draft);
-  if (auto status = Enter(call, draft, object, applications)) return {*status};
+  Leave(kind, *before, call.now, draft);
+  DropOrderLinks(kind, object);
+  if (auto status = Enter(call, draft, object, applications, credits)) return {*status};
   if (OpenAmountOf(kind, object) < Decimal()) {
     return {CannotModify(kind.name, "The amount is less than what has been paid.")};
   }
@@ -172,9 +257,9 @@ Response DeleteTransaction(const Call& call) {
   xml.Leaf("TimeDeleted", call.now.text);
   if (object->Child("RefNumber")) xml.Leaf("RefNumber", object->ChildText("RefNumber"));
   Draft draft(company);
-  Reverse(kind, *object, draft);
-  if (!kind.pays.empty()) TakeBackPayment(kind, *object, call.now, draft);
+  Leave(kind, *object, call.now, draft);
   ReleasePayments(kind, *object, call.now, draft);
+  DropLinksTo(*object, call.now, draft);
   draft.Remove(kind, id);
   Status status = CommitFor(call, draft.Take(), kind.name);
   if (status.IsError()) return {std::move(status)};

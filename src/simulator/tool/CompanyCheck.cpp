@@ -4,6 +4,7 @@
 // computed once more from nothing, by the same postings as in the engine, and compared.
 #include "simulator/tool/CompanyCheck.h"
 
+#include <algorithm>
 #include <map>
 #include <unordered_set>
 
@@ -86,7 +87,7 @@ void CheckReferences(const Kind& kind, const Element& object, std::span<const Fi
                    Quoted(id.empty() ? child.ChildText("FullName") : id) + ", which is not there");
     }
     const bool pays = !kind.pays.empty() && child.Child("TxnID");
-    if (pays && !company.List(*FindKind(kind.pays)).Find(child.ChildText("TxnID"))) {
+    if (pays && !FindById(company, KindsNamed(kind.pays), child.ChildText("TxnID"))) {
       problems.Add(told + " is applied to " + Quoted(child.ChildText("TxnID")) +
                    ", which is not there");
     }
@@ -102,22 +103,41 @@ void CheckAllReferences(const Company& company, Problems& problems) {
   }
 }
 
-constexpr std::string_view kBalances[] = {"Balance", "TotalBalance"};
+// What transactions move, and the attribute that says with how much an object began; where it is
+// missing, that is not known.
+struct Moved {
+  std::string_view field;
+  std::string_view began = {};
+};
+constexpr Moved kMoved[] = {{"Balance"},
+                            {"TotalBalance"},
+                            {"QuantityOnHand", kOpeningQuantity},
+                            {"QuantityOnOrder"},
+                            {"QuantityOnSalesOrder"}};
+
+bool IsKnown(const Moved& moved, const Element& object) {
+  return object.Child(moved.field) && (moved.began.empty() || object.Find(moved.began));
+}
+
+bool IsMoved(const Kind& kind) {
+  return std::ranges::any_of(kMoved, [&](const Moved& moved) { return kind.Has(moved.field); });
+}
 
 // Computes all balances from nothing, as the transactions move them.
 void Repost(const Company& company, Draft& draft) {
   for (const Kind* kind : AllKinds()) {
-    if (!kind->Has("Balance")) continue;
+    if (!IsMoved(*kind)) continue;
     for (const auto& [key, object] : company.List(*kind).InOrder()) {
       Element& cleared = draft.Edit(*kind, object.ChildText("ListID"));
-      for (const std::string_view balance : kBalances) {
-        if (cleared.Child(balance)) cleared.Set(balance, "0.00");
+      for (const Moved& moved : kMoved) {
+        if (!IsKnown(moved, object)) continue;
+        cleared.Set(moved.field, moved.began.empty() ? "0" : *object.Find(moved.began));
       }
     }
   }
   for (const Kind* kind : AllKinds()) {
     for (const auto& [key, object] : company.List(*kind).InOrder()) {
-      PostOpening(*kind, object, draft);
+      PostOpening(*kind, object, true, draft);
       Post(*kind, object, draft);
     }
   }
@@ -127,13 +147,14 @@ void CheckBalances(const Company& company, Problems& problems) {
   Draft draft(company);
   Repost(company, draft);
   for (const Kind* kind : AllKinds()) {
-    if (!kind->Has("Balance")) continue;
+    if (!IsMoved(*kind)) continue;
     for (const auto& [key, object] : company.List(*kind).InOrder()) {
       const Element& reposted = *draft.Find(*kind, object.ChildText("ListID"));
-      for (const std::string_view balance : kBalances) {
-        if (Decimal::Of(object.ChildText(balance)) == Decimal::Of(reposted.ChildText(balance))) {
-          continue;
-        }
+      for (const Moved& moved : kMoved) {
+        const std::string_view balance = moved.field;
+        const bool isRight =
+            Decimal::Of(object.ChildText(balance)) == Decimal::Of(reposted.ChildText(balance));
+        if (isRight || !IsKnown(moved, object)) continue;
         problems.Add(Told(*kind, object) + ": " + std::string(balance) + " is " +
                      std::string(object.ChildText(balance)) + ", its transactions come to " +
                      std::string(reposted.ChildText(balance)));
@@ -151,7 +172,17 @@ Paid AllPaid(const Company& company) {
     for (const auto& [key, payment] : company.List(*kind).InOrder()) {
       for (const Element& child : payment.children) {
         if (child.name != "AppliedToTxnRet") continue;
-        paid[std::string(child.ChildText("TxnID"))] += Decimal::Of(child.ChildText("Amount"));
+        paid[std::string(child.ChildText("TxnID"))] +=
+            Decimal::Of(child.ChildText("Amount")) + Decimal::Of(child.ChildText("DiscountAmount"));
+      }
+    }
+  }
+  for (const std::string_view credits : {"CreditMemo", "VendorCredit"}) {
+    for (const auto& [key, credit] : company.List(*FindKind(credits)).InOrder()) {
+      for (const Element& child : credit.children) {
+        if (child.name != "LinkedTxn" || child.ChildText("LinkType") != "AMTTYPE") continue;
+        paid[std::string(child.ChildText("TxnID"))] +=
+            Decimal::Of(child.ChildText("Amount")).Negated();
       }
     }
   }
@@ -173,6 +204,19 @@ void CheckPaid(const Company& company, Problems& problems) {
       } else if (open != OpenAmountOf(*kind, object)) {
         problems.Add(Told(*kind, object) + ": what is open is not its total without payments");
       }
+    }
+  }
+}
+
+// What a transaction posts comes to nothing in all. Those that are written by hand are not asked.
+void CheckTransactionsBalance(const Company& company, Problems& problems) {
+  for (const Kind* kind : AllKinds()) {
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      if (!object.Find(kFixed)) continue;
+      Decimal sum;
+      ForEachEntry(*kind, object, company, [&](const Entry& entry) { sum += entry.amount; });
+      if (sum.IsZero()) continue;
+      problems.Add(Told(*kind, object) + ": its debits and credits differ by " + sum.ToString(2));
     }
   }
 }
@@ -235,6 +279,7 @@ CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& 
   CheckAllReferences(*company, problems);
   CheckBalances(*company, problems);
   CheckPaid(*company, problems);
+  CheckTransactionsBalance(*company, problems);
   report.summary = Summary(*company);
   return report;
 }

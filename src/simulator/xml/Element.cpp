@@ -34,6 +34,20 @@ const std::string* Element::Find(std::string_view attributeName) const {
   return found == attributes.end() ? nullptr : &found->value;
 }
 
+void Element::DropAttribute(std::string_view attributeName) {
+  std::erase_if(attributes,
+                [&](const Attribute& attribute) { return attribute.name == attributeName; });
+}
+
+void Element::SetAttribute(std::string_view attributeName, std::string_view value) {
+  const auto found = std::ranges::find(attributes, attributeName, &Attribute::name);
+  if (found == attributes.end()) {
+    attributes.push_back({std::string(attributeName), std::string(value)});
+  } else {
+    found->value = value;
+  }
+}
+
 Element& Element::Add(std::string_view childName, std::string_view childText) {
   return children.emplace_back(
       Element{.name = std::string(childName), .text = std::string(childText)});

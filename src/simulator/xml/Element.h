@@ -26,6 +26,8 @@ struct Element {
   std::string_view ChildText(std::string_view childName) const;
   /// The value, or null.
   const std::string* Find(std::string_view attributeName) const;
+  void DropAttribute(std::string_view attributeName);
+  void SetAttribute(std::string_view attributeName, std::string_view value);
   Element& Add(std::string_view childName, std::string_view childText = {});
   /// Gives the first child of that name this text; adds one if there is none.
   void Set(std::string_view childName, std::string_view childText);

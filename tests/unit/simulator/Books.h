@@ -17,6 +17,7 @@ inline constexpr char kBooksFile[] = R"(<Company name="Marsh Tools">
   <Account><Name>Supplies</Name><AccountType>Expense</AccountType></Account>
   <Account><Name>Goods</Name><AccountType>CostOfGoodsSold</AccountType></Account>
   <Account><Name>Stock</Name><AccountType>OtherCurrentAsset</AccountType></Account>
+  <Account><Name>Sales Tax Payable</Name><AccountType>OtherCurrentLiability</AccountType></Account>
   <Account><Name>Card</Name><AccountType>CreditCard</AccountType></Account>
   <SalesTaxCode><Name>Tax</Name><IsTaxable>true</IsTaxable></SalesTaxCode>
   <SalesTaxCode><Name>Non</Name><IsTaxable>false</IsTaxable></SalesTaxCode>
@@ -27,6 +28,14 @@ inline constexpr char kBooksFile[] = R"(<Company name="Marsh Tools">
   <Customer><Name>Zeller</Name></Customer>
   <Vendor><Name>Mill</Name></Vendor>
   <Vehicle><Name>Van</Name></Vehicle>
+  <InventorySite><Name>Yard</Name></InventorySite>
+  <InventorySite><Name>Shop</Name></InventorySite>
+  <ItemInventoryAssembly><Name>Kit</Name>
+    <IncomeAccountRef><FullName>Sales</FullName></IncomeAccountRef>
+    <COGSAccountRef><FullName>Goods</FullName></COGSAccountRef>
+    <AssetAccountRef><FullName>Stock</FullName></AssetAccountRef>
+    <ItemInventoryAssemblyLine><ItemInventoryRef><FullName>Hammer</FullName></ItemInventoryRef>
+      <Quantity>2</Quantity></ItemInventoryAssemblyLine></ItemInventoryAssembly>
   <ItemService><Name>Repair</Name>
     <SalesTaxCodeRef><FullName>Non</FullName></SalesTaxCodeRef>
     <SalesOrPurchase><Desc>Repair work</Desc><Price>40.00</Price>
