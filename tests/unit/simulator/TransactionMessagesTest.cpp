@@ -99,7 +99,7 @@ bool StandsAlone(const simulator::Kind& kind) {
 
 TEST(Transactions, OfEveryKindAreAddedFoundModifiedAndDeleted) {
   for (const simulator::Kind* kind : simulator::AllKinds()) {
-    if (!StandsAlone(*kind)) continue;
+    if (!StandsAlone(*kind) || kind->name == "Transfer") continue;  // which cannot be deleted
     const std::string name(kind->name);
     SCOPED_TRACE(name);
     Books books;
