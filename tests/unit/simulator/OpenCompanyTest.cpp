@@ -156,7 +156,7 @@ TEST(OpenCompany, KeepsPaymentsOutOfWhatIsNotThere) {
   killed.Pay(invoice, "7.00");
   std::string& journal = killed.oStorage.Files[kJournal];
   // Its second record is the payment, with the invoice as it is then: it stands by itself.
-  journal[journal.find("<RefNumber>1<", RecordWith(journal, "<Invoice>")) + 1] = 'X';
+  journal[journal.find("<RefNumber>1<", RecordWith(journal, "<Invoice ")) + 1] = 'X';
   EXPECT_EQ(Survivor(killed).Query("Invoice").Text("AppliedAmount"), "-7.00");
   // Without the invoice in it, it does not.
   simulator::JournalWriter writer = simulator::ReadJournal(journal).writer;
