@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <string>
+#include <vector>
 
 #include "simulator/company/Accounts.h"
 #include "simulator/company/Objects.h"
@@ -52,11 +54,23 @@ void FillFromSource(Element& object, const Field& field, const Company& company)
   }
 }
 
+// The company's first code that is (or is not) taxable.
+void FillInTaxCode(Element& object, const Field& field, const Company& company) {
+  const Kind& kind = *FindKind(field.refers);
+  const bool wanted = field.otherwise == "taxable";
+  for (const auto& [key, code] : company.List(kind).InOrder()) {
+    if (IsTrue(code.ChildText("IsTaxable")) != wanted) continue;
+    object.children.push_back(ReferenceTo(field.name, {&kind, &code}));
+    return;
+  }
+}
+
 void FillOtherwise(Element& object, const Field& field, const Company& company) {
   if (field.type != FieldType::kReference) {
     object.Add(field.name, field.otherwise);
     return;
   }
+  if (field.refers == "SalesTaxCode") return FillInTaxCode(object, field, company);
   if (field.name == "DepositToAccountRef") {
     if (const Element* funds = FindAccount(company, SpecialAccount::kUndepositedFunds)) {
       object.children.push_back(ReferenceTo(field.name, {FindKind("Account"), funds}));
@@ -140,6 +154,34 @@ void CompleteListObject(const Kind& kind, Element& object) {
   }
 }
 
+// "Napa, CA 94559"
+std::string TownLine(const Element& address) {
+  std::string line(address.ChildText("City"));
+  const std::string_view state = address.ChildText("State");
+  const std::string_view code = address.ChildText("PostalCode");
+  if (!line.empty() && !state.empty()) line += ", ";
+  line += state;
+  if (!line.empty() && !code.empty()) line += ' ';
+  return line.append(code);
+}
+
+// An address as it is printed, in at most five lines.
+Element BlockOf(std::string_view name, const Element& address) {
+  constexpr std::size_t kMostLines = 5;
+  std::vector<std::string> lines;
+  for (const Element& child : address.children) {
+    if (child.name.starts_with("Addr") && !child.text.empty()) lines.push_back(child.text);
+  }
+  lines.push_back(TownLine(address));
+  lines.emplace_back(address.ChildText("Country"));
+  std::erase(lines, "");
+  Element block{.name = std::string(name)};
+  for (std::size_t i = 0; i < std::min(lines.size(), kMostLines); ++i) {
+    block.Add("Addr" + std::to_string(i + 1), lines[i]);
+  }
+  return block;
+}
+
 // A group of sales taxes comes to the sum of its taxes.
 std::string TaxRateOf(const Target& tax, const Company& company) {
   Decimal rate = Decimal::Of(tax.object->ChildText("TaxRate"));
@@ -170,6 +212,8 @@ void Complete(const Kind& kind, Element& object, const Company& company, Numbers
   }
   FillIn(object, kind.fields, company);
   FillInDueDate(kind, object, company);
+  if (kind.Has("ShipDate")) AddIfMissing(object, "ShipDate", object.ChildText("TxnDate"));
+  MakeAddressBlocks(kind, object);
 }
 
 void FillIn(Element& object, std::span<const Field> fields, const Company& company) {
@@ -194,6 +238,18 @@ void FillInDerived(Element& object, std::span<const Field> fields, const Company
     } else {
       FillOne(object, field, fields, company);
     }
+  }
+}
+
+void MakeAddressBlocks(const Kind& kind, Element& object) {
+  constexpr std::string_view kBlock = "Block";
+  for (const Field& field : kind.fields) {
+    if (!field.name.ends_with("AddressBlock")) continue;
+    object.Drop(field.name);
+    const Element* address = object.Child(field.name.substr(0, field.name.size() - kBlock.size()));
+    if (!address) continue;
+    Element block = BlockOf(field.name, *address);
+    if (!block.children.empty()) object.children.push_back(std::move(block));
   }
 }
 

@@ -24,6 +24,8 @@ void FillInDerived(Element& object, std::span<const Field> fields, const Company
 /// A field that QuickBooks needs and the object or one of its groups or lines lacks; null when it
 /// has all.
 const Field* FindMissing(const Element& object, std::span<const Field> fields);
+/// Writes the addresses of the object once more as blocks, where its kind has those.
+void MakeAddressBlocks(const Kind& kind, Element& object);
 /// Makes Name, FullName and Sublevel of a list object from its parts and its parent, whose full
 /// name is empty for an object at the top.
 void MakeNames(const Kind& kind, Element& object, std::string_view parentFullName);

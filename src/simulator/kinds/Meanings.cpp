@@ -91,6 +91,7 @@ constexpr Otherwise kOtherwise[] = {
     {"", "Balance", "0.00"},
     {"", "TotalBalance", "0.00"},
     {"", "JobStatus", "None"},
+    {"", "CustomerSalesTaxCodeRef", "taxable"},
     {"", "PaymentMethodType", "Other"},
     {"", "IsVendorEligibleFor1099", "false"},
     {"StandardTerms", "StdDueDays", "0"},

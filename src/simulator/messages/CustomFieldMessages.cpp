@@ -284,7 +284,8 @@ Response DeleteCustomFieldDefinition(const Call& call) {
 Response QueryCustomFieldDefinitions(const Call& call) {
   std::vector<Element> found;
   const bool all = !call.element.Child("OwnerID") && !call.element.Child(kAssigned);
-  for (const auto& [key, definition] : Records(call.company.Data(), kDefinitionKind)) {
+  for (const auto& entry : Records(call.company.Data(), kDefinitionKind)) {
+    const Element& definition = entry.second;
     const bool isWanted = std::ranges::any_of(call.element.children, [&](const Element& filter) {
       Breathe();
       if (filter.name == kAssigned) return HasWord(definition, kAssigned, filter.text);

@@ -125,6 +125,7 @@ Response ModifyListObject(const Call& call) {
   }
   if (auto status = TakeName(call, kind, object)) return {*status};
   if (auto status = FindLack(kind, object)) return {*status};
+  MakeAddressBlocks(kind, object);
   Touch(object, call.now);
   Draft draft(company);
   RenameBelow(kind, *before, object, draft);

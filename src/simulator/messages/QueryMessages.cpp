@@ -134,8 +134,37 @@ void VisitCandidates(const ObjectList& list, const Filters& filters, Visit visit
   }
 }
 
+// Accounts come in the order of the chart of accounts: by type, and within a type by name.
+constexpr std::string_view kChart[] = {"Bank",
+                                       "AccountsReceivable",
+                                       "OtherCurrentAsset",
+                                       "FixedAsset",
+                                       "OtherAsset",
+                                       "AccountsPayable",
+                                       "CreditCard",
+                                       "OtherCurrentLiability",
+                                       "LongTermLiability",
+                                       "Equity",
+                                       "Income",
+                                       "CostOfGoodsSold",
+                                       "Expense",
+                                       "OtherIncome",
+                                       "OtherExpense",
+                                       "NonPosting"};
+
+Found InChartOrder(Found found, std::size_t count) {
+  std::ranges::stable_sort(found, {}, [](const Target& account) {
+    return std::ranges::find(kChart, account.object->ChildText("AccountType")) - std::begin(kChart);
+  });
+  found.resize(std::min(found.size(), count));
+  return found;
+}
+
 Found FindByFilters(const Call& call, const Filters& filters, std::size_t count) {
   Found found;
+  if (call.OfKind().name == "Account" && count != kAll) {
+    return InChartOrder(FindByFilters(call, filters, kAll), count);
+  }
   for (const Kind* kind : call.message.kinds) {
     VisitCandidates(call.company.Data().List(*kind), filters,
                     [&](const Kind& ofKind, const ObjectList::Entry& object) {
@@ -143,7 +172,7 @@ Found FindByFilters(const Call& call, const Filters& filters, std::size_t count)
                       return found.size() < count;
                     });
   }
-  return found;
+  return call.OfKind().name == "Account" ? InChartOrder(std::move(found), kAll) : found;
 }
 
 Response WithIterator(Response response, const Iterator& iterator) {

@@ -233,6 +233,7 @@ Response ModifyTransaction(const Call& call) {
   Merge(object, given, kind.fields);
   ExpandGroups(kind, object, company);
   FillIn(object, kind.fields, company);
+  MakeAddressBlocks(kind, object);
   Touch(object, call.now);
   Draft draft(company);
   Leave(kind, *before, call.now, draft);

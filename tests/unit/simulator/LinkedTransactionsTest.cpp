@@ -424,6 +424,32 @@ TEST(Item, KeepsWhatAModOfItsGroupLeavesOut) {
   EXPECT_EQ(changed.Text("SalesOrPurchase/Desc"), "Repair work");
 }
 
+TEST(Invoice, ShowsItsAddressAsItIsPrinted) {
+  Books books;
+
+  const QbxmlResponse invoice =
+      books.Add("Invoice", kAbbott +
+                               "<BillAddress><Addr1>J. Abbott</Addr1><Addr2>1 Main</Addr2>"
+                               "<City>Napa</City><State>CA</State><PostalCode>94559</PostalCode>"
+                               "</BillAddress>" +
+                               Sold("Invoice", "Hammer", "1"));
+
+  EXPECT_EQ(invoice.Text("BillAddressBlock/Addr2"), "1 Main");
+  EXPECT_EQ(invoice.Text("BillAddressBlock/Addr3"), "Napa, CA 94559");
+  EXPECT_EQ(invoice.Text("ShipDate"), invoice.Text("TxnDate"));
+  EXPECT_EQ(invoice.Text("CustomerSalesTaxCodeRef/FullName"), "Tax");
+}
+
+TEST(Account, ComesInTheOrderOfTheChart) {
+  Books books;
+
+  EXPECT_EQ(books.Query("Account").All("AccountType"),
+            "Bank AccountsReceivable OtherCurrentAsset AccountsPayable CreditCard "
+            "OtherCurrentLiability Income CostOfGoodsSold Expense ");
+  EXPECT_EQ(books.Query("Account", "<MaxReturned>2</MaxReturned>").All("Name"),
+            "Checking Receivables ");
+}
+
 TEST(Item, BeginsWithItsStock) {
   Books books;
 

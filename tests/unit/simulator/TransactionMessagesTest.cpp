@@ -146,8 +146,10 @@ TEST(Invoice, ReturnsItsFieldsInOrder) {
 
   EXPECT_EQ(invoice.Order(),
             "TxnID TimeCreated TimeModified EditSequence TxnNumber CustomerRef ARAccountRef "
-            "TxnDate RefNumber IsPending IsFinanceCharge TermsRef DueDate Subtotal SalesTaxTotal "
-            "AppliedAmount BalanceRemaining IsPaid IsToBePrinted IsToBeEmailed InvoiceLineRet ");
+            "TxnDate RefNumber IsPending IsFinanceCharge TermsRef DueDate ShipDate Subtotal "
+            "SalesTaxTotal "
+            "AppliedAmount BalanceRemaining IsPaid IsToBePrinted IsToBeEmailed "
+            "CustomerSalesTaxCodeRef InvoiceLineRet ");
 }
 
 TEST(Invoice, HasIdsOfTheirForm) {
