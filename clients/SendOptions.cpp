@@ -110,8 +110,9 @@ SendOptions ParseSendOptions(const std::vector<Text>& arguments) {
     throw UsageError(u"either --escape or --connect-only");
   }
   if (rest.empty() && !options.connectOnly) throw UsageError(u"there is no request");
-  if (!rest.empty() && rest.front().starts_with(u"--"))
+  if (!rest.empty() && rest.front().starts_with(u"--")) {
     throw UsageError(u"there is no option " + rest.front());
+  }
   if (options.connectOnly && !rest.empty()) throw UsageError(u"--connect-only takes no request");
   if (rest.size() > 1) throw UsageError(u"one request only: put quotes around a text with blanks");
   if (options.folders && (options.host || options.port)) {

@@ -174,7 +174,7 @@ ExitCode SendThroughFolders(const SendOptions& options) {
 Text GivenText(const SendOptions& options) {
   if (IsFromCommandLine(options)) return options.request;
   const std::string bytes = WithLineBreaks(GivenRequest(options), "\n");
-  const Text text = FromUtf8(bytes);
+  Text text = FromUtf8(bytes);
   if (!Contains(text, u"\uFFFD")) return text;
   for (const char byte : bytes) {
     const int mark = static_cast<unsigned char>(byte);

@@ -61,6 +61,8 @@ void RemoveHeaderLine(Text& request) {
   request.erase(0, at == Text::npos ? at : at + kCrLf.size());
 }
 
+bool HoldsPrologOnly(TextView request) { return request.rfind(u'<') == 0; }
+
 // Blanks are trimmed before the rest of the lines is cut off.
 TextView CompanyFileIn(TextView request) {
   const TextView name = TrimBlanks(request.substr(request.find(u':') + 1));
@@ -214,12 +216,14 @@ void RequestHandler::OpenFailed(std::int32_t number, Text& response) {
 }
 
 void RequestHandler::RequestFailed(std::int32_t number, TextView request, Text& response) {
-  const bool reports = oSettings.bValidateXML && number == kParseError;
-  // Taken before the report is made: making it may fail with an error of its own.
+  // Taken before the report is made, which may fail with an error of its own.
   const Text failure = FailureLine(number);
-  if (reports) oSession.XMLValidate(request, response);
-  oTrace.AddStatus(failure + WhatToDo(reports ? CureText(number, response)
-                                              : CureText(CureOf::kGateway, number)));
+  TextView cure = CureText(CureOf::kGateway, number);
+  if (oSettings.bValidateXML && number == kParseError) {
+    oSession.XMLValidate(request, response);
+    cure = HoldsPrologOnly(request) ? EmptyRequestCure() : CureText(number, response);
+  }
+  oTrace.AddStatus(failure + WhatToDo(cure));
   if (IsSessionLost(number)) oSession.EndSessionAndCloseConnection();
 }
 

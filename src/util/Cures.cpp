@@ -274,6 +274,8 @@ TextView CureText(std::int32_t gatewayNumber, TextView text) {
   return CureText(CureOf::kGateway, gatewayNumber);
 }
 
+TextView EmptyRequestCure() { return kNothingLeft; }
+
 Text WhatToDo(TextView cure) { return cure.empty() ? Text() : u" What to do: " + Text(cure); }
 
 }  // namespace ostrel

@@ -34,6 +34,8 @@ TextView CureText(CureOf of, std::int32_t number);
 /// For an error that came with a text: a request that QuickBooks cannot parse (1024) has three
 /// cures, by what its report says.
 TextView CureText(std::int32_t gatewayNumber, TextView text);
+/// For a request of which nothing was left when its first line was taken off.
+TextView EmptyRequestCure();
 /// The cure as the end of a line or of a sentence: blank, "What to do: ", cure; empty when the cure
 /// is.
 Text WhatToDo(TextView cure);
