@@ -12,6 +12,7 @@ constexpr Kind Record(std::string_view name) {
 constexpr Kind kKinds[] = {
     Record("DataExtDef"),      // the definition of a custom field
     Record("CompanyDataExt"),  // the custom fields of the company itself
+    Record("Deletion"),        // an object that was deleted
     Record("MessageSet"),      // a request that can be asked for again, and its responses
 };
 

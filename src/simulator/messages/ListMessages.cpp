@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "simulator/company/Defaults.h"
+#include "simulator/company/Deletions.h"
 #include "simulator/company/Draft.h"
 #include "simulator/company/Objects.h"
 #include "simulator/company/Postings.h"
@@ -91,7 +92,160 @@ void RenameBelow(const Kind& kind, const Element& before, const Element& after, 
   }
 }
 
+// The object of a merge; the response that refuses one which is unknown or has changed.
+std::optional<Status> FindMerged(const Company& company, const Kind& kind, const Element& given,
+                                 const Element*& object) {
+  const std::string_view id = given.ChildText("ListID");
+  object = company.List(kind).Find(id);
+  if (!object) return NotFound(id);
+  const std::string_view editSequence = given.ChildText("EditSequence");
+  if (editSequence != object->ChildText("EditSequence")) return OutOfDate(editSequence);
+  return std::nullopt;
+}
+
+std::optional<Status> FindMergeObstacle(const Company& company, const Kind& kind,
+                                        const Element& from, const Element& into) {
+  const auto refuse = [&](std::string_view why) {
+    return CannotModify(Described(kind, from), why);
+  };
+  if (&from == &into) return refuse("An element cannot be merged with itself.");
+  if (from.ChildText(kind.typeField) != into.ChildText(kind.typeField)) {
+    return refuse("Only elements of one type can be merged.");
+  }
+  const std::string below = std::string(FullNameOf(kind, from)) + ':';
+  if (FullNameOf(kind, into).starts_with(below)) {
+    return refuse("An element cannot be merged with one below it.");
+  }
+  if (!kind.Has("FullName")) return std::nullopt;
+  for (const Element* child : company.List(kind).Below(FullNameOf(kind, from))) {
+    const std::string_view rest = FullNameOf(kind, *child).substr(below.size());
+    if (company.List(kind).FindByName(JoinedName(FullNameOf(kind, into), rest))) {
+      return NameInUse(child->ChildText(kind.nameField));
+    }
+  }
+  return std::nullopt;
+}
+
+// Lines note accounts in attributes.
+void Redirect(Element& object, std::string_view fromId, const Target& into) {
+  for (Attribute& attribute : object.attributes) {
+    if (attribute.value == fromId) attribute.value = into.object->ChildText("ListID");
+  }
+  for (Element& child : object.children) {
+    if (!child.children.empty() && child.ChildText("ListID") == fromId) {
+      child = ReferenceTo(child.name, into);
+    } else if (!child.children.empty()) {
+      Redirect(child, fromId, into);
+    }
+  }
+}
+
+bool Mentions(const Element& object, std::string_view listId) {
+  return std::ranges::any_of(
+             object.attributes,
+             [&](const Attribute& attribute) { return attribute.value == listId; }) ||
+         std::ranges::any_of(object.children, [&](const Element& child) {
+           if (child.children.empty()) return false;
+           return child.ChildText("ListID") == listId || Mentions(child, listId);
+         });
+}
+
+void RedirectAll(std::string_view fromId, const Target& into, Draft& draft) {
+  const bool isAccount = into.kind->name == "Account";
+  for (const Kind* kind : AllKinds()) {
+    const ObjectList& list = draft.Before().List(*kind);
+    if (!isAccount && !list.Refers(fromId)) continue;
+    for (const auto& [key, object] : list.InOrder()) {
+      Breathe();
+      if (!Mentions(object, fromId)) continue;
+      Redirect(draft.Edit(*kind, object.ChildText(kind->IdField())), fromId, into);
+    }
+  }
+}
+
+void AddUp(const Element& from, Element& into, std::string_view field, int decimals) {
+  if (!from.Child(field) || !into.Child(field)) return;
+  const Decimal sum = Decimal::Of(from.ChildText(field)) + Decimal::Of(into.ChildText(field));
+  into.Set(field, sum.ToString(decimals));
+}
+
+// An attribute that is no number is taken over where the other object has none.
+void AddUpAttributes(const Element& from, Element& into) {
+  for (const Attribute& attribute : from.attributes) {
+    const std::string* held = into.Find(attribute.name);
+    const auto number = Decimal::Parse(attribute.value);
+    const auto other = held ? Decimal::Parse(*held) : std::nullopt;
+    if (number && other) {
+      into.SetAttribute(attribute.name, (*number + *other).ToString(2));
+    } else if (!held) {
+      into.SetAttribute(attribute.name, attribute.value);
+    }
+  }
+}
+
+// What one object had is the other's; the objects above them are told. The opening balances of
+// both are taken back from other accounts and posted in one.
+void MoveAll(const Kind& kind, const Element& from, const std::string& intoId, Draft& draft) {
+  constexpr std::string_view kQuantities[] = {"QuantityOnHand", "QuantityOnOrder",
+                                              "QuantityOnSalesOrder"};
+  const Decimal total = TotalBalanceOf(from);
+  MoveParents(kind, from, total.Negated(), draft);
+  ReverseOpening(kind, from, draft);
+  ReverseOpening(kind, draft.Edit(kind, intoId), draft);
+  Element& into = draft.Edit(kind, intoId);
+  for (const std::string_view balance : {"Balance", "TotalBalance"}) AddUp(from, into, balance, 2);
+  for (const std::string_view quantity : kQuantities) AddUp(from, into, quantity, 0);
+  AddUpAttributes(from, into);
+  const Decimal count = Decimal::Of(into.ChildText("QuantityOnHand"));
+  if (const std::string* value = into.Find("value"); value && count > Decimal()) {
+    into.Set("AverageCost", (Decimal::Of(*value) / count).ToString(2));
+  }
+  const Element moved = into;
+  PostOpening(kind, moved, false, draft);
+  MoveParents(kind, moved, total, draft);
+}
+
 }  // namespace
+
+// From memory: ListMergeRq.
+Response MergeListObjects(const Call& call) {
+  const Company& company = call.company.Data();
+  const std::string_view type = call.element.ChildText("ListMergeType");
+  const Kind& kind = *FindKind(type);
+  const Element* from = nullptr;
+  const Element* into = nullptr;
+  for (const auto& [name, object] : {std::pair("MergeFrom", &from), {"MergeTo", &into}}) {
+    if (auto status = FindMerged(company, kind, *call.element.Child(name), *object)) {
+      return {*status};
+    }
+  }
+  if (auto status = FindMergeObstacle(company, kind, *from, *into)) return {*status};
+  const std::string intoId(into->ChildText("ListID"));
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Leaf("ListMergeType", type);
+  xml.Open("MergedFrom");
+  xml.Leaf("ListID", from->ChildText("ListID"));
+  xml.Leaf("TimeDeleted", call.now.text);
+  xml.Leaf("FullName", FullNameOf(kind, *from));
+  xml.Close();
+  Draft draft(company);
+  RedirectAll(from->ChildText("ListID"), {&kind, into}, draft);
+  RenameBelow(kind, *from, *into, draft);
+  MoveAll(kind, *from, intoId, draft);
+  Touch(draft.Edit(kind, intoId), call.now);
+  const std::string described = Described(kind, *from);
+  Delete(kind, *from, call.now, draft);
+  Status status = CommitFor(call, draft.Take(), described);
+  if (status.IsError()) return {std::move(status)};
+  const Element& merged = *company.List(kind).Find(intoId);
+  xml.Open("MergedTo");
+  for (const std::string_view field : {"ListID", "TimeCreated", "TimeModified", "EditSequence"}) {
+    xml.Leaf(field, merged.ChildText(field));
+  }
+  xml.Leaf("FullName", FullNameOf(kind, merged));
+  xml.Close();
+  return {.status = {}, .body = xml.Take()};
+}
 
 Response AddListObject(const Call& call) {
   const Kind& kind = call.OfKind();
@@ -136,22 +290,22 @@ Response ModifyListObject(const Call& call) {
 
 Response DeleteListObject(const Call& call) {
   const Company& company = call.company.Data();
-  const Kind& kind = *FindKind(call.element.ChildText("ListDelType"));
   const std::string id(call.element.ChildText("ListID"));
-  const Element* object = company.List(kind).Find(id);
-  if (!object) return {NotFound(id)};
+  const Target target = FindById(company, KindsNamed(call.element.ChildText("ListDelType")), id);
+  if (!target) return {NotFound(id)};
+  const Element* object = target.object;
+  const Kind& kind = *target.kind;
   if (IsInUse(company, id)) {
     return {CannotDelete(id, "This list element is in use and cannot be deleted.")};
   }
   XmlWriter xml(XmlForm::kResponse);
   xml.Leaf("ListDelType", kind.name);
   xml.Leaf("ListID", id);
-  xml.Leaf("TimeCreated", object->ChildText("TimeCreated"));
   xml.Leaf("TimeDeleted", call.now.text);
   xml.Leaf("FullName", FullNameOf(kind, *object));
   const std::string described = Described(kind, *object);
   Draft draft(company);
-  draft.Remove(kind, id);
+  Delete(kind, *object, call.now, draft);
   ReverseOpening(kind, *object, draft);
   MoveParents(kind, *object, TotalBalanceOf(*object).Negated(), draft);
   Status status = CommitFor(call, draft.Take(), described);

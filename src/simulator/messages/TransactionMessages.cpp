@@ -8,6 +8,7 @@
 
 #include "simulator/company/CustomFields.h"
 #include "simulator/company/Defaults.h"
+#include "simulator/company/Deletions.h"
 #include "simulator/company/Draft.h"
 #include "simulator/company/Intake.h"
 #include "simulator/company/Lines.h"
@@ -18,6 +19,7 @@
 #include "simulator/company/Postings.h"
 #include "simulator/company/References.h"
 #include "simulator/company/Totals.h"
+#include "simulator/company/Voiding.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/values/LongWork.h"
 #include "simulator/xml/XmlWriter.h"
@@ -245,23 +247,51 @@ Response ModifyTransaction(const Call& call) {
   return Saved(call, draft.Take(), object);
 }
 
+// A void is a modification to nothing, which also releases what was applied to the transaction.
+Response VoidTransaction(const Call& call) {
+  const std::string id(call.element.ChildText("TxnID"));
+  const Target target =
+      FindById(call.company.Data(), KindsNamed(call.element.ChildText("TxnVoidType")), id);
+  if (!target) return {NotFound(id)};
+  const Kind& kind = *target.kind;
+  const Message asKind = {call.message.name, call.message.content, nullptr, {&kind}};
+  const Call ofKind = {asKind,   call.element, call.company, call.session,
+                       call.now, call.version, call.macros};
+  Element object = *target.object;
+  MakeVoid(kind, object);
+  Draft draft(call.company.Data());
+  Touch(object, call.now);
+  Leave(kind, *target.object, call.now, draft);
+  ReleasePayments(kind, *target.object, call.now, draft);
+  DropLinksTo(*target.object, call.now, draft);
+  if (auto status = Enter(ofKind, draft, object, {}, {})) return {*status};
+  Status status = CommitFor(call, draft.Take(), kind.name);
+  if (status.IsError()) return {std::move(status)};
+  XmlWriter xml(XmlForm::kResponse);
+  xml.Leaf("TxnVoidType", kind.name);
+  for (const std::string_view field : {"TxnID", "TimeCreated", "TimeModified", "RefNumber"}) {
+    if (object.Child(field)) xml.Leaf(field, object.ChildText(field));
+  }
+  return {.status = {}, .body = xml.Take()};
+}
+
 Response DeleteTransaction(const Call& call) {
   const Company& company = call.company.Data();
-  const Kind& kind = *FindKind(call.element.ChildText("TxnDelType"));
   const std::string id(call.element.ChildText("TxnID"));
-  const Element* object = company.List(kind).Find(id);
-  if (!object) return {NotFound(id)};
+  const Target target = FindById(company, KindsNamed(call.element.ChildText("TxnDelType")), id);
+  if (!target) return {NotFound(id)};
+  const Element* object = target.object;
+  const Kind& kind = *target.kind;
   XmlWriter xml(XmlForm::kResponse);
   xml.Leaf("TxnDelType", kind.name);
   xml.Leaf("TxnID", id);
-  xml.Leaf("TimeCreated", object->ChildText("TimeCreated"));
   xml.Leaf("TimeDeleted", call.now.text);
   if (object->Child("RefNumber")) xml.Leaf("RefNumber", object->ChildText("RefNumber"));
   Draft draft(company);
   Leave(kind, *object, call.now, draft);
   ReleasePayments(kind, *object, call.now, draft);
   DropLinksTo(*object, call.now, draft);
-  draft.Remove(kind, id);
+  Delete(kind, *object, call.now, draft);
   Status status = CommitFor(call, draft.Take(), kind.name);
   if (status.IsError()) return {std::move(status)};
   return {.status = {}, .body = xml.Take()};

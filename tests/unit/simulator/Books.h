@@ -96,6 +96,13 @@ class Books : public Conversation {
   static std::string Ref(const std::string& name, const std::string& fullName) {
     return Leaf(name, Leaf("FullName", fullName));
   }
+  /// A company file but for what it remembers of deleted objects.
+  static std::string WithoutDeletions(std::string file) {
+    constexpr std::string_view kEnd = "</Deletion>\n";
+    const std::size_t begin = file.find("  <Deletion>");
+    if (begin == std::string::npos) return file;
+    return file.erase(begin, file.rfind(kEnd) + kEnd.size() - begin);
+  }
   /// An invoice line of so many of an item, at the item's price.
   static std::string InvoiceLine(const std::string& item, const std::string& quantity) {
     return Leaf("InvoiceLineAdd", Ref("ItemRef", item) + Leaf("Quantity", quantity));
