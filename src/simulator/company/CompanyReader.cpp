@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <iterator>
 #include <set>
+#include <span>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -44,16 +45,18 @@ class Filler {
  public:
   Filler(Company& company, const Stamp& now) : oCompany(company), oNow(now) {}
 
-  /// False when they do not make a company.
-  bool Fill(std::vector<Element> objects);
+  /// The first thing that keeps them from making a company; its `why` is empty when there is none.
+  Obstacle Fill(std::vector<Element> objects);
 
  private:
-  bool NoteNumbers(const std::vector<Element>& objects);
-  bool Take(const Kind& kind, Element object);
-  bool FillInTransaction(const Kind& kind, Element& object);
-  bool FillInListObject(const Kind& kind, Element& object);
-  bool TakeRecord(const Kind& kind, Element record);
-  bool NumberRecords();
+  Obstacle NoteNumbers(const std::vector<Element>& objects);
+  // These return the reason against the object, in words.
+  std::string Take(const Kind& kind, Element object);
+  std::string FillInTransaction(const Kind& kind, Element& object);
+  std::string FillInListObject(const Kind& kind, Element& object);
+  std::string TakeRecord(const Kind& kind, Element record);
+  std::string Put(const Kind& kind, Element object);
+  Obstacle NumberRecords();
   void LinkObjects();
 
   Company& oCompany;
@@ -62,8 +65,10 @@ class Filler {
   std::vector<Element> oUnnumbered;                            // records without an ID
 };
 
-bool Filler::Fill(std::vector<Element> objects) {
-  if (!NoteNumbers(objects)) return false;
+Obstacle Filler::Fill(std::vector<Element> objects) {
+  Obstacle obstacle = NoteNumbers(objects);
+  if (!obstacle.why.empty()) return obstacle;
+  std::vector<std::size_t> taken(AllKinds().size());
   bool linked = false;
   for (Element& object : objects) {
     const Kind& kind = *FindKind(object.name);
@@ -72,66 +77,86 @@ bool Filler::Fill(std::vector<Element> objects) {
       linked = true;
     }
     Breathe();
-    if (!Take(kind, std::move(object))) return false;
+    const std::size_t number = taken[IndexOf(kind)]++;
+    std::string why = Take(kind, std::move(object));
+    if (!why.empty()) {
+      return {.why = std::move(why), .element = std::string(kind.name), .number = number};
+    }
   }
   if (!linked) LinkObjects();
   return NumberRecords();
 }
 
-// False when two have the same ID.
-bool Filler::NoteNumbers(const std::vector<Element>& objects) {
+// The obstacle is an ID that two have.
+Obstacle Filler::NoteNumbers(const std::vector<Element>& objects) {
   std::unordered_set<std::string_view> ids;
   ids.reserve(objects.size());
   for (const Element& object : objects) {
     const Kind& kind = *FindKind(object.name);
     oCompany.NewNumbers().Note(kind, object);
     const std::string_view id = object.ChildText(kind.IdField());
-    if (!id.empty() && !ids.emplace(id).second) return false;
+    if (id.empty() || ids.emplace(id).second) continue;
+    const std::span before(objects.data(), &object);
+    return {.why = "its ID \"" + std::string(id) + "\" is there twice",
+            .element = object.name,
+            .number =
+                static_cast<std::size_t>(std::ranges::count(before, object.name, &Element::name))};
   }
-  return true;
+  return {};
+}
+
+std::string Filler::Put(const Kind& kind, Element object) {
+  return oCompany.Put(kind, std::move(object)) ? "" : "another object has its name or ID";
 }
 
 // Records that were written by hand get the numbers behind those of the others.
-bool Filler::TakeRecord(const Kind& kind, Element record) {
-  if (!record.ChildText(kind.IdField()).empty()) return oCompany.Put(kind, std::move(record));
+std::string Filler::TakeRecord(const Kind& kind, Element record) {
+  if (!record.ChildText(kind.IdField()).empty()) return Put(kind, std::move(record));
   oUnnumbered.push_back(std::move(record));
-  return true;
+  return {};
 }
 
-bool Filler::NumberRecords() {
+Obstacle Filler::NumberRecords() {
   if (!oUnnumbered.empty()) oCompany.SetCompleted();
-  return std::ranges::all_of(oUnnumbered, [&](Element& record) {
+  for (Element& record : oUnnumbered) {
     const Kind& kind = *FindKind(record.name);
     record.Set(kind.IdField(), NewRecordId(oCompany.List(kind)));
-    return oCompany.Put(kind, std::move(record));
-  });
+    const std::string why = Put(kind, std::move(record));
+    if (!why.empty()) return {.why = std::string(kind.name).append(": ").append(why)};
+  }
+  return {};
 }
 
-bool Filler::Take(const Kind& kind, Element object) {
+std::string Filler::Take(const Kind& kind, Element object) {
   if (kind.category == Category::kRecord) return TakeRecord(kind, std::move(object));
   const std::size_t given = object.children.size();
   const bool lacksId = !object.Child(kind.IdField());
-  const bool isUsable = kind.category == Category::kTransaction ? FillInTransaction(kind, object)
-                                                                : FillInListObject(kind, object);
-  if (!isUsable) return false;
+  std::string why = kind.category == Category::kTransaction ? FillInTransaction(kind, object)
+                                                            : FillInListObject(kind, object);
+  if (!why.empty()) return why;
   if (lacksId || object.children.size() != given) oCompany.SetCompleted();
   Arrange(object, kind.fields);
-  return oCompany.Put(kind, std::move(object));
+  return Put(kind, std::move(object));
 }
 
-bool Filler::FillInTransaction(const Kind& kind, Element& object) {
+std::string Filler::FillInTransaction(const Kind& kind, Element& object) {
   Link(object, kind.fields, oCompany);
   const bool byHand = !object.Child("TxnNumber");
   if (byHand) Complete(kind, object, oCompany, oCompany.NewNumbers(), oNow);
-  if (byHand && ComputeTotals(kind, object, oCompany, oCompany.NewNumbers(), oNow)) return false;
-  return !object.ChildText("TxnID").empty();
+  if (byHand) {
+    auto status = ComputeTotals(kind, object, oCompany, oCompany.NewNumbers(), oNow);
+    if (status) return std::move(status->message);
+  }
+  return object.ChildText("TxnID").empty() ? "its TxnID is missing" : "";
 }
 
-bool Filler::FillInListObject(const Kind& kind, Element& object) {
+std::string Filler::FillInListObject(const Kind& kind, Element& object) {
   Complete(kind, object, oCompany, oCompany.NewNumbers(), oNow);
   if (HasUnlinked(object, kind.fields)) oUnlinked.emplace_back(&kind, object.ChildText("ListID"));
   const std::string_view name = FullNameOf(kind, object);
-  return !Trimmed(name).empty() && !FindByName(oCompany, NameSpace(kind), name);
+  if (Trimmed(name).empty()) return "its name is missing";
+  if (!FindByName(oCompany, NameSpace(kind), name)) return {};
+  return "its name \"" + std::string(name) + "\" is there twice";
 }
 
 // Files may name what is referred to without its ListID, and before it.
@@ -183,21 +208,46 @@ std::string_view Redo(Company& company, Changes changes, bool leftOut) {
   return {};
 }
 
+// Reads the root's Behaviour; default ones without it.
+std::optional<Behaviour> BehaviourIn(const Element& root, Obstacle& obstacle) {
+  const Element* element = root.Child("Behaviour");
+  if (!element) return Behaviour();
+  BehaviourSlip slip;
+  auto behaviour = ReadBehaviour(*element, slip);
+  if (behaviour) return behaviour;
+  obstacle = {.why = std::move(slip.why), .element = element->name};
+  if (slip.culprit != element) {
+    obstacle.why.insert(0, slip.culprit->name + ": ");
+    obstacle.child = static_cast<std::size_t>(slip.culprit - element->children.data());
+  }
+  return std::nullopt;
+}
+
+std::optional<Company> CompanyIn(Element root, const Stamp& now, Obstacle& obstacle) {
+  if (root.name != "Company") {
+    obstacle.why = "its root element is " + root.name + ", not Company";
+    return std::nullopt;
+  }
+  auto behaviour = BehaviourIn(root, obstacle);
+  if (!behaviour) return std::nullopt;
+  std::vector<Element> objects = TakeObjects(root);
+  Company company(std::move(root), *std::move(behaviour));
+  obstacle = Filler(company, now).Fill(std::move(objects));
+  if (!obstacle.why.empty()) return std::nullopt;
+  return company;
+}
+
 }  // namespace
 
-std::optional<Company> CompanyFromBytes(std::string_view bytes, const Stamp& now) {
+std::optional<Company> CompanyFromBytes(std::string_view bytes, const Stamp& now,
+                                        Obstacle* obstacle) {
+  Obstacle unused;
   XmlDocument document;
-  if (ReadXmlBytes(bytes, Company::kMostElements, document) != XmlFault::kNone) return std::nullopt;
-  if (document.root.name != "Company") return std::nullopt;
-  std::optional<Behaviour> behaviour = Behaviour();
-  if (const Element* element = document.root.Child("Behaviour")) {
-    behaviour = ReadBehaviour(*element);
+  if (ReadXmlBytes(bytes, Company::kMostElements, document) == XmlFault::kNone) {
+    return CompanyIn(std::move(document.root), now, obstacle ? *obstacle : unused);
   }
-  if (!behaviour) return std::nullopt;
-  std::vector<Element> objects = TakeObjects(document.root);
-  Company company(std::move(document.root), *std::move(behaviour));
-  if (!Filler(company, now).Fill(std::move(objects))) return std::nullopt;
-  return company;
+  if (obstacle) obstacle->why = "it is not well-formed XML, or too large";
+  return std::nullopt;
 }
 
 std::optional<Company> CompanyFromFile(CompanyFile& file, const Stamp& now, int& error) {

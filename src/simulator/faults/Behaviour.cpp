@@ -13,25 +13,37 @@ constexpr std::pair<std::string_view, Conduct Behaviour::*> kConducts[] = {
     {"companyFileName", &Behaviour::companyFileName},
 };
 
-std::string_view Value(const Element& element, std::string_view operation, std::string_view what) {
-  const std::string* value = element.Find(std::string(operation).append(what));
-  return value ? Trimmed(*value) : std::string_view();
+// Reads an attribute with one of the functions of Faults.h; returns what is wrong with it.
+template <class Target>
+std::string Take(const Element& element, const std::string& name,
+                 bool (*read)(std::string_view text, Target& target), Target& target,
+                 std::string_view form) {
+  const std::string* value = element.Find(name);
+  if (!value || read(Trimmed(*value), target)) return {};
+  return WrongValue(name, *value, form);
+}
+
+std::string TakeAttributes(const Element& element, Behaviour& behaviour) {
+  for (const auto& [operation, member] : kConducts) {
+    const std::string name(operation);
+    Conduct& conduct = behaviour.*member;
+    std::string why = Take(element, name + "Seconds", ReadSeconds, conduct.delay, kSecondsForm);
+    if (why.empty()) why = Take(element, name + "Error", ReadError, conduct.error, kErrorForm);
+    if (!why.empty()) return why;
+  }
+  return Take(element, "processRequestDies", ReadFlag, behaviour.processRequestDies, kFlagForm);
 }
 
 }  // namespace
 
-std::optional<Behaviour> ReadBehaviour(const Element& element) {
+std::optional<Behaviour> ReadBehaviour(const Element& element, BehaviourSlip& slip) {
   Behaviour behaviour;
-  for (const auto& [name, member] : kConducts) {
-    Conduct& conduct = behaviour.*member;
-    if (!ReadSeconds(Value(element, name, "Seconds"), conduct.delay)) return std::nullopt;
-    if (!ReadError(Value(element, name, "Error"), conduct.error)) return std::nullopt;
-  }
-  if (!ReadFlag(Value(element, "processRequest", "Dies"), behaviour.processRequestDies)) {
-    return std::nullopt;
-  }
+  slip = {.why = TakeAttributes(element, behaviour), .culprit = &element};
+  if (!slip.why.empty()) return std::nullopt;
   for (const Element& child : element.children) {
-    auto fault = child.name == "Fault" ? ReadFault(child) : std::nullopt;
+    slip.culprit = &child;
+    slip.why = "it is no Fault";
+    auto fault = child.name == "Fault" ? ReadFault(child, slip.why) : std::nullopt;
     if (!fault) return std::nullopt;
     behaviour.faults.push_back(*std::move(fault));
   }

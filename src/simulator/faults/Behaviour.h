@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,9 +25,14 @@ struct Behaviour {
 /// The conduct of every call of an operation, by its name: "beginSession".
 Conduct ConductOf(const Behaviour& behaviour, std::string_view operation);
 
+struct BehaviourSlip {
+  std::string why;
+  const Element* culprit = nullptr;  // the element itself, or a child
+};
+
 /// Reads the behaviour from attributes such as processRequestSeconds="2.5" (at most 3600) and
 /// processRequestError="0x80040408"; empty ones ask for nothing. Nothing when one, or a Fault
-/// within it, cannot be read.
-std::optional<Behaviour> ReadBehaviour(const Element& element);
+/// within it, cannot be read; `slip` then says why.
+std::optional<Behaviour> ReadBehaviour(const Element& element, BehaviourSlip& slip);
 
 }  // namespace ostrel::simulator

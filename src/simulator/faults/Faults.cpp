@@ -89,21 +89,35 @@ struct Knob {
   std::string_view name;
   bool (*read)(std::string_view text, Fault& fault);
   Scope scope;
+  std::string_view form;  // what its value must be
 };
 
 constexpr Knob kKnobs[] = {
-    {"operation", ReadOperation, kOfOperations},
-    {"message", ReadMessage, kOfMessages},
-    {"seconds", ReadConductSeconds, kOfOperations},
-    {"error", ReadConductError, kOfBoth},
-    {"dies", ReadConductDies, kOfOperations},
-    {"statusCode", ReadStatusCode, kOfMessages},
-    {"statusSeverity", ReadSeverity, kOfMessages},
-    {"statusMessage", ReadMessageText, kOfMessages},
-    {"answerSize", ReadResponseSize, kOfMessages},
-    {"every", ReadEvery, kOfBoth},
-    {"once", ReadOnce, kOfBoth},
+    {"operation", ReadOperation, kOfOperations,
+     "openConnection, beginSession, processRequest or companyFileName"},
+    {"message", ReadMessage, kOfMessages, "the name of a message such as CustomerAddRq"},
+    {"seconds", ReadConductSeconds, kOfOperations, kSecondsForm},
+    {"error", ReadConductError, kOfBoth, kErrorForm},
+    {"dies", ReadConductDies, kOfOperations, kFlagForm},
+    {"statusCode", ReadStatusCode, kOfMessages, "a number from 0 to 1000000"},
+    {"statusSeverity", ReadSeverity, kOfMessages, "Info, Warn or Error"},
+    {"statusMessage", ReadMessageText, kOfMessages, "a text"},
+    {"answerSize", ReadResponseSize, kOfMessages, "a number from 1 to 300000000"},
+    {"every", ReadEvery, kOfBoth, "a number from 1 to 1000000"},
+    {"once", ReadOnce, kOfBoth, kFlagForm},
 };
+
+// Takes one attribute, and narrows down what the fault can be about; returns the reason against it.
+std::string TakeKnob(const Attribute& attribute, Fault& fault, unsigned& scope) {
+  const auto knob = std::ranges::find(kKnobs, attribute.name, &Knob::name);
+  if (knob == std::end(kKnobs)) return "there is no attribute " + attribute.name;
+  if (!knob->read(Trimmed(attribute.value), fault)) {
+    return WrongValue(attribute.name, attribute.value, knob->form);
+  }
+  scope &= knob->scope;
+  if (scope != 0) return {};
+  return "it mixes what is for an operation with what is for a message, at " + attribute.name;
+}
 
 bool Strikes(const Fault& fault, unsigned call) {
   return fault.once ? call == fault.every : call % fault.every == 0;
@@ -138,16 +152,20 @@ bool ReadFlag(std::string_view text, bool& flag) {
   return flag || text.empty() || text == "0";
 }
 
-std::optional<Fault> ReadFault(const Element& element) {
+std::string WrongValue(std::string_view attribute, std::string_view value, std::string_view form) {
+  return std::string(attribute).append("=\"").append(value).append("\" is not ").append(form);
+}
+
+std::optional<Fault> ReadFault(const Element& element, std::string& why) {
   Fault fault;
   unsigned scope = kOfBoth;
-  for (const auto& [name, value] : element.attributes) {
-    const auto knob = std::ranges::find(kKnobs, name, &Knob::name);
-    if (knob == std::end(kKnobs) || !knob->read(Trimmed(value), fault)) return std::nullopt;
-    scope &= knob->scope;
+  for (const Attribute& attribute : element.attributes) {
+    why = TakeKnob(attribute, fault, scope);
+    if (!why.empty()) return std::nullopt;
   }
-  if (scope == 0 || fault.target.empty()) return std::nullopt;
-  return fault;
+  if (!fault.target.empty()) return fault;
+  why = "it names neither an operation nor a message";
+  return std::nullopt;
 }
 
 const Fault* FaultCounts::Count(std::span<const Fault> faults, std::string_view target) {

@@ -27,9 +27,15 @@ struct Conduct {
 
 /// Read "2.5" (seconds, at most 3600), "0x80040408" and "1". An empty text asks for nothing.
 /// False for a text of another form.
+constexpr std::string_view kSecondsForm = "a number of seconds from 0 to 3600";
+constexpr std::string_view kErrorForm = "the HRESULT of a failure such as 0x80040408";
+constexpr std::string_view kFlagForm = "0 or 1";
 bool ReadSeconds(std::string_view text, std::chrono::milliseconds& delay);
 bool ReadError(std::string_view text, std::uint32_t& hresult);
 bool ReadFlag(std::string_view text, bool& flag);
+
+/// every="0" is not a number from 1 to 1000000
+std::string WrongValue(std::string_view attribute, std::string_view value, std::string_view form);
 
 struct Fault {
   /// The operation ("beginSession") or the message ("CustomerAddRq") that it strikes.
@@ -49,8 +55,8 @@ struct Fault {
 };
 
 /// Nothing when the element cannot be read, or asks an operation or a message for something that it
-/// cannot do.
-std::optional<Fault> ReadFault(const Element& element);
+/// cannot do; `why` then says so in words.
+std::optional<Fault> ReadFault(const Element& element, std::string& why);
 
 /// The number of calls that each fault of a file has seen.
 class FaultCounts {

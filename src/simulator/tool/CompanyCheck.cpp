@@ -249,6 +249,51 @@ void CheckJournal(JournalState journal, Problems& problems) {
   }
 }
 
+std::string AtLine(std::uint32_t line) { return "line " + std::to_string(line) + ": "; }
+
+// Where the element at fault stands and what it is called; nothing when that is not known.
+std::string PlaceOf(const Obstacle& obstacle, std::string_view bytes) {
+  XmlDocument document;
+  XmlPlaces places;
+  if (obstacle.element.empty()) return {};
+  if (ReadXmlBytes(bytes, kMaxElements, document, &places) != XmlFault::kNone) return {};
+  std::size_t place = 1;  // behind the root
+  std::size_t number = obstacle.number;
+  for (const Element& child : document.root.children) {
+    if (child.name != obstacle.element || number-- != 0) {
+      place += CountElements(child);
+      continue;
+    }
+    if (obstacle.child < child.children.size()) {
+      ++place;
+      for (std::size_t i = 0; i < obstacle.child; ++i) place += CountElements(child.children[i]);
+    }
+    return AtLine(places.elements.at(place)) + child.name + ": ";
+  }
+  return {};
+}
+
+void TellObstacle(std::string_view bytes, const Stamp& now, Problems& problems) {
+  Obstacle obstacle;
+  const bool readable = CompanyFromBytes(bytes, now, &obstacle).has_value();
+  std::string problem = "QuickBooks cannot open this company";
+  if (!readable) problem += ": " + PlaceOf(obstacle, bytes) + obstacle.why;
+  problems.Add(problem);
+}
+
+// False, with the line where it ends, when the bytes cannot be read as XML.
+bool CheckXml(std::string_view bytes, XmlDocument& document, Problems& problems) {
+  const XmlFault fault = ReadXmlBytes(bytes, kMaxElements, document);
+  if (fault == XmlFault::kNone) return true;
+  XmlPlaces places;
+  document = {};
+  ReadXmlBytes(bytes, kMaxElements, document, &places);
+  problems.Add(
+      AtLine(places.fault) + "the company file " +
+      (fault == XmlFault::kTooLarge ? "holds more than can be read" : "is not well-formed XML"));
+  return false;
+}
+
 }  // namespace
 
 CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& now) {
@@ -258,10 +303,7 @@ CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& 
   report.error = storage.Read(path, bytes);
   if (report.error != 0) return report;
   XmlDocument document;
-  if (ReadXmlBytes(bytes, kMaxElements, document) != XmlFault::kNone) {
-    problems.Add("the company file is not well-formed XML");
-    return report;
-  }
+  if (!CheckXml(bytes, document, problems)) return report;
   CheckNamesAndIds(document.root, problems);
   document = {};
   CompanyFile file{Text(path), storage};
@@ -273,7 +315,7 @@ CompanyReport CheckCompany(TextView path, CompanyStorage& storage, const Stamp& 
   const auto company = CompanyFromFile(file, now, error);
   TellLeftOut(file, problems);
   if (!company) {
-    problems.Add("QuickBooks cannot open this company");
+    TellObstacle(bytes, now, problems);
     return report;
   }
   CheckAllReferences(*company, problems);

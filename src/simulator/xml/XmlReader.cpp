@@ -4,6 +4,7 @@
 // and default attributes can multiply a short text into gigabytes.
 #include "simulator/xml/XmlReader.h"
 
+#include <libxml/SAX2.h>
 #include <libxml/parser.h>
 
 #include <algorithm>
@@ -36,15 +37,18 @@ std::string QualifiedName(const xmlChar* prefix, const xmlChar* name) {
 // each event runs under Guard.
 class TreeBuilder {
  public:
-  TreeBuilder(std::size_t maxElements, XmlDocument& document)
-      : lElementsLeft(maxElements), oDocument(document) {}
+  TreeBuilder(std::size_t maxElements, XmlDocument& document, XmlPlaces* places = nullptr)
+      : lElementsLeft(maxElements), oDocument(document), pPlaces(places) {}
 
   void Attach(xmlParserCtxtPtr parser) { oParser = parser; }
   XmlFault Fault() const { return iFault; }
   bool Complete() const { return iFault == XmlFault::kNone && bHasRoot && oOpen.empty(); }
 
   void Refuse(XmlFault why) {
-    if (iFault == XmlFault::kNone) iFault = why;
+    if (iFault == XmlFault::kNone) {
+      iFault = why;
+      if (pPlaces) pPlaces->fault = Line();
+    }
     if (oParser) xmlStopParser(oParser);
   }
 
@@ -61,6 +65,7 @@ class TreeBuilder {
   void Start(std::string name, const xmlChar** attributes, int count) {
     if (oOpen.size() >= kMaxDepth) return Refuse(XmlFault::kMalformed);
     if (lElementsLeft-- == 0) return Refuse(XmlFault::kTooLarge);
+    if (pPlaces) pPlaces->elements.push_back(Line());
     if (!oOpen.empty() && Trimmed(oOpen.back()->text).empty()) oOpen.back()->text.clear();
     Element& element = oOpen.empty() ? oDocument.root : oOpen.back()->children.emplace_back();
     bHasRoot = true;
@@ -94,6 +99,10 @@ class TreeBuilder {
   void SetPublicId(std::string_view id) { oDocument.publicId = id; }
 
  private:
+  std::uint32_t Line() const {
+    return oParser ? static_cast<std::uint32_t>(xmlSAX2GetLineNumber(oParser)) : 0;
+  }
+
   // The parser gives five pointers an attribute: name, prefix, URI, begin and end of the value.
   static void AddAttributes(Element& element, const xmlChar** attributes, int count) {
     for (int i = 0; i < count; ++i, attributes += 5) {
@@ -106,6 +115,7 @@ class TreeBuilder {
 
   std::size_t lElementsLeft;
   XmlDocument& oDocument;
+  XmlPlaces* pPlaces;
   xmlParserCtxtPtr oParser = nullptr;
   // The path from the root; an element's address is stable while it is open, because only its
   // innermost open element gets children.
@@ -273,15 +283,16 @@ XmlFault ReadXmlText(TextView xml, std::size_t maxElements, XmlDocument& documen
   return builder.Fault();
 }
 
-XmlFault ReadXmlBytes(std::string_view xml, std::size_t maxElements, XmlDocument& document) {
-  TreeBuilder builder(maxElements, document);
+XmlFault ReadXmlBytes(std::string_view xml, std::size_t maxElements, XmlDocument& document,
+                      XmlPlaces* places) {
+  TreeBuilder builder(maxElements, document, places);
   Parser parser(builder, 0);
   platform::XmlGuard guard;
   for (; !xml.empty(); xml.remove_prefix(std::min(xml.size(), kPieceSize))) {
     Breathe();
     const std::string_view piece = xml.substr(0, kPieceSize);
-    if (!IsHarmless(guard, piece)) return XmlFault::kMalformed;
-    if (!parser.Feed(piece)) return builder.Fault();
+    if (!IsHarmless(guard, piece)) builder.Refuse(XmlFault::kMalformed);
+    if (builder.Fault() != XmlFault::kNone || !parser.Feed(piece)) return builder.Fault();
   }
   parser.Finish();
   return builder.Fault();

@@ -68,6 +68,94 @@ TEST_F(CompanyCheck, FindsWhatIsNoCompany) {
   EXPECT_THAT(Problems(), Contains(HasSubstr("cannot open")));
 }
 
+TEST_F(CompanyCheck, SaysWhereTheXmlBreaks) {
+  File() = "<Company>\n<Class>\n<Name>A</Nam>\n</Class></Company>";
+
+  EXPECT_THAT(Problems(), testing::ElementsAre("line 3: the company file is not well-formed XML"));
+}
+
+TEST_F(CompanyCheck, SaysWhereAFileBecomesTooLarge) {
+  File() = "<Company>\n<Class>\n<Name>" + std::string(2'000'000, 'A') + "</Name></Class></Company>";
+
+  EXPECT_THAT(Problems(),
+              testing::ElementsAre("line 3: the company file holds more than can be read"));
+}
+
+TEST_F(CompanyCheck, NamesTheElementOfAFileThatCannotBeOpened) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"<Settings/>", "its root element is Settings, not Company"},
+      {"<Company>\n<Class><Name>A</Name></Class>\n<Class><FullName/></Class></Company>",
+       "line 3: Class: its name is missing"},
+      {"<Company>\n<Customer><Name>Jo</Name></Customer>\n<Invoice/>\n"
+       "<Vendor><Name>JO</Name></Vendor></Company>",
+       "line 4: Vendor: its name \"JO\" is there twice"},
+      {"<Company>\n<Class><ListID>80000001-1</ListID><Name>A</Name></Class>\n"
+       "<Class><Name>C</Name></Class>\n"
+       "<Class><ListID>80000001-1</ListID><Name>B</Name></Class></Company>",
+       "line 4: Class: its ID \"80000001-1\" is there twice"},
+      {"<Company>\n\n<Invoice><TxnNumber>1</TxnNumber></Invoice></Company>",
+       "line 3: Invoice: its TxnID is missing"},
+  };
+
+  for (const auto& [file, problem] : cases) {
+    File() = file;
+    EXPECT_THAT(Problems(), Contains("QuickBooks cannot open this company: " + problem)) << file;
+  }
+}
+
+TEST_F(CompanyCheck, NamesTheFieldOfATransactionThatCannotBeOpened) {
+  File() =
+      "<Company>\n<Account><Name>Rent</Name><AccountType>Expense</AccountType></Account>\n"
+      "<JournalEntry>\n<JournalDebitLine><AccountRef><FullName>Rent</FullName></AccountRef>"
+      "<Amount>5.00</Amount></JournalDebitLine></JournalEntry></Company>";
+
+  EXPECT_THAT(Problems(), Contains(testing::StartsWith(
+                              "QuickBooks cannot open this company: line 3: JournalEntry: There "
+                              "was an error when saving a JournalEntry.")));
+}
+
+TEST_F(CompanyCheck, NamesTheValueOfABehaviourThatCannotBeRead) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"beginSessionSeconds='soon'",
+       "beginSessionSeconds=\"soon\" is not a number of seconds from 0 to 3600"},
+      {"companyFileNameError='0x1'",
+       "companyFileNameError=\"0x1\" is not the HRESULT of a failure such as 0x80040408"},
+      {"processRequestDies='yes'", "processRequestDies=\"yes\" is not 0 or 1"},
+  };
+
+  for (const auto& [attribute, problem] : cases) {
+    File() = "<Company>\n<Behaviour " + attribute + "/></Company>";
+    EXPECT_THAT(Problems(), testing::ElementsAre("QuickBooks cannot open this company: line 2: "
+                                                 "Behaviour: " +
+                                                 problem));
+  }
+}
+
+TEST_F(CompanyCheck, NamesTheFaultThatCannotBeRead) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"<Fault operation='endSession'/>",
+       "Fault: operation=\"endSession\" is not openConnection, beginSession, processRequest or "
+       "companyFileName"},
+      {"<Fault message='HostQueryRq' every='0'/>",
+       "Fault: every=\"0\" is not a number from 1 to 1000000"},
+      {"<Fault message='HostQueryRq' often='1'/>", "Fault: there is no attribute often"},
+      {"<Fault operation='processRequest' statusCode='1'/>",
+       "Fault: it mixes what is for an operation with what is for a message, at statusCode"},
+      {"<Fault error='0x80040408'/>", "Fault: it names neither an operation nor a message"},
+      {"<Slip/>", "Slip: it is no Fault"},
+  };
+
+  for (const auto& [fault, problem] : cases) {
+    File() =
+        "<Company><Class><Name>A</Name></Class>\n<Behaviour>\n"
+        "<Fault message='HostQueryRq'><A/></Fault>\n" +
+        fault + "\n</Behaviour></Company>";
+    EXPECT_THAT(Problems(), testing::ElementsAre("QuickBooks cannot open this company: line 4: "
+                                                 "Behaviour: " +
+                                                 problem));
+  }
+}
+
 TEST_F(CompanyCheck, FindsAnIdThatIsThereTwice) {
   File() =
       "<Company><Class><ListID>80000001-1</ListID><Name>A</Name></Class>"

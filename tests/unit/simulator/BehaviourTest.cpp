@@ -8,7 +8,8 @@ namespace {
 using std::chrono::milliseconds;
 
 std::optional<Behaviour> Read(std::vector<Attribute> attributes) {
-  return ReadBehaviour(Element{.name = "Behaviour", .attributes = std::move(attributes)});
+  BehaviourSlip slip;
+  return ReadBehaviour(Element{.name = "Behaviour", .attributes = std::move(attributes)}, slip);
 }
 
 TEST(Behaviour, AsksForNothingWithoutAttributes) {

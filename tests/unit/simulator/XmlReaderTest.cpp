@@ -127,6 +127,35 @@ TEST(XmlReader, HonoursTheEncodingThatAFileDeclares) {
   EXPECT_EQ(document.root.text, "\xC3\xA9");
 }
 
+TEST(XmlReader, TellsTheLineOnWhichAStartTagEnds) {
+  XmlDocument document;
+  XmlPlaces places;
+
+  ReadXmlBytes("<a>\n<b\n c='1'><d/></b>\n\n<e/></a>", kEnough, document, &places);
+
+  EXPECT_EQ(places.elements, (std::vector<std::uint32_t>{1, 3, 3, 5}));
+  EXPECT_EQ(places.fault, 0u);
+}
+
+TEST(XmlReader, TellsTheLineOfAFault) {
+  XmlDocument document;
+  XmlPlaces places;
+
+  EXPECT_EQ(ReadXmlBytes("<a>\n<b/>\n<c></b>\n</a>", kEnough, document, &places),
+            XmlFault::kMalformed);
+
+  EXPECT_EQ(places.fault, 3u);
+}
+
+TEST(XmlReader, TellsTheLineOfTheElementThatIsTooMany) {
+  XmlDocument document;
+  XmlPlaces places;
+
+  EXPECT_EQ(ReadXmlBytes("<a>\n<b/>\n<c/>\n<d/>\n</a>", 3, document, &places), XmlFault::kTooLarge);
+
+  EXPECT_EQ(places.fault, 4u);
+}
+
 TEST(XmlReader, RefusesAFileWhoseBytesAreNotOfItsEncoding) {
   XmlDocument document;
 
