@@ -6,10 +6,12 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 #include <utility>
 
 #include "simulator/company/CustomFields.h"
 #include "simulator/company/Objects.h"
+#include "simulator/messages/TypeFilters.h"
 #include "simulator/values/Dates.h"
 #include "simulator/values/Decimal.h"
 #include "simulator/values/LongWork.h"
@@ -39,6 +41,11 @@ void FilterToModified(const Element& filter, const Call& call, Filters& filters)
 }
 
 void FilterByModifiedRange(const Element& filter, const Call& call, Filters& filters) {
+  if (const Element* macro = filter.Child("DateMacro")) {
+    const DateRange range = RangeOf(macro->text, DayOf(call.now));
+    FilterByMoment(range.from ? DateText(*range.from) : "", call, false, filters);
+    FilterByMoment(range.to ? DateText(*range.to) : "", call, true, filters);
+  }
   FilterByMoment(filter.ChildText("FromModifiedDate"), call, false, filters);
   FilterByMoment(filter.ChildText("ToModifiedDate"), call, true, filters);
 }
@@ -103,7 +110,7 @@ void FilterByDate(const Element& filter, const Call& call, Filters& filters) {
   const std::string from = range.from ? DateText(*range.from) : "";
   const std::string to = range.to ? DateText(*range.to) : "9999-12-31";
   filters.all.emplace_back([from, to](const Candidate& candidate) {
-    const std::string_view date = candidate.object.ChildText("TxnDate");
+    const std::string_view date = candidate.object.ChildText(candidate.kind.dateField);
     return date >= from && date <= to;
   });
 }
@@ -162,6 +169,186 @@ void FilterByRefNumberRange(const Element& filter, const Call&, Filters& filters
       });
 }
 
+// The values that a repeated filter allows in a field. Each of its elements makes the same one.
+void FilterByWords(const Element& filter, std::string_view field, const Call& call,
+                   Filters& filters) {
+  if (&filter != call.element.Child(filter.name)) return;
+  std::vector<std::string> words;
+  for (const Element& child : call.element.children) {
+    if (child.name == filter.name) words.push_back(child.text);
+  }
+  filters.all.emplace_back([words, field](const Candidate& candidate) {
+    return std::ranges::find(words, candidate.object.ChildText(field)) != words.end();
+  });
+}
+
+void FilterByAccountType(const Element& filter, const Call& call, Filters& filters) {
+  FilterByWords(filter, "AccountType", call, filters);
+}
+
+void FilterByPaymentMethodType(const Element& filter, const Call& call, Filters& filters) {
+  FilterByWords(filter, "PaymentMethodType", call, filters);
+}
+
+void FilterByDone(const Element& filter, const Call&, Filters& filters) {
+  if (filter.text == "All") return;
+  filters.all.emplace_back([wanted = filter.text == "DoneOnly"](const Candidate& candidate) {
+    return IsTrue(candidate.object.ChildText("IsDone")) == wanted;
+  });
+}
+
+void FilterByPending(const Element& filter, const Call&, Filters& filters) {
+  if (filter.text == "All") return;
+  filters.all.emplace_back([wanted = filter.text == "PendingOnly"](const Candidate& candidate) {
+    return IsTrue(candidate.object.ChildText("IsPending")) == wanted;
+  });
+}
+
+// Dates of one form are compared as texts. An object without the date does not pass.
+void FilterByEffectiveDate(const Element& filter, bool isEnd, Filters& filters) {
+  filters.all.emplace_back([bound = filter.text, isEnd](const Candidate& candidate) {
+    const std::string_view date = candidate.object.ChildText("CurrentEffectiveDate");
+    return !date.empty() && (isEnd ? date <= bound : date >= bound);
+  });
+}
+
+void FilterFromEffective(const Element& filter, const Call&, Filters& filters) {
+  FilterByEffectiveDate(filter, false, filters);
+}
+
+void FilterToEffective(const Element& filter, const Call&, Filters& filters) {
+  FilterByEffectiveDate(filter, true, filters);
+}
+
+using Ids = std::set<std::string, std::less<>>;
+
+// Lines note the accounts that they post to in attributes.
+bool MentionsAny(const Element& element, const Ids& ids) {
+  const auto isOne = [&](const Attribute& attribute) { return ids.contains(attribute.value); };
+  if (std::ranges::any_of(element.attributes, isOne)) return true;
+  return std::ranges::any_of(element.children, [&](const Element& child) {
+    return !child.children.empty() &&
+           (ids.contains(child.ChildText("ListID")) || MentionsAny(child, ids));
+  });
+}
+
+void FilterByMention(Ids ids, Filters& filters) {
+  filters.all.emplace_back([ids = std::move(ids)](const Candidate& candidate) {
+    return MentionsAny(candidate.object, ids);
+  });
+}
+
+// The objects that a filter names by ListID or FullName, with those below them where it says so.
+Ids IdsNamed(const Element& filter, std::string_view kinds, const Call& call, Filters& filters) {
+  const Company& company = call.company.Data();
+  Ids ids;
+  for (const Element& child : filter.children) {
+    const Target target = child.name.starts_with("ListID")
+                              ? FindById(company, KindsNamed(kinds), child.text)
+                              : FindByName(company, KindsNamed(kinds), child.text);
+    if (!target) {
+      if (!filters.refusal) filters.refusal = InvalidReference(kinds, child.text, filter.name);
+      continue;
+    }
+    ids.emplace(target.object->ChildText("ListID"));
+    if (!child.name.ends_with("Children")) continue;
+    for (const Element* below :
+         company.List(*target.kind).Below(FullNameOf(*target.kind, *target.object))) {
+      ids.emplace(below->ChildText("ListID"));
+    }
+  }
+  return ids;
+}
+
+// Filters by what an object refers to, and the kinds of that.
+constexpr std::pair<std::string_view, std::string_view> kMentioned[] = {
+    {"AccountFilter", "Account"},
+    {"TransactionAccountFilter", "Account"},
+    {"ItemFilter", "Item"},
+    {"TransactionItemFilter", "Item"},
+    {"ItemRef", "Item"},
+    {"ClassFilter", "Class"},
+    {"TransactionClassFilter", "Class"},
+    {"CurrencyFilter", "Currency"},
+    {"SiteFilter", "InventorySite"},
+    {"TimeTrackingEntityFilter", "Entity"},
+    {"TransactionEntityFilter", "Entity"},
+};
+
+// All objects of some kinds, of an account type or of another.
+Ids IdsOfType(const Element& type, const Call& call) {
+  const Company& company = call.company.Data();
+  Ids ids;
+  for (const Kind* kind : KindsOfType(type)) {
+    for (const auto& [key, object] : company.List(*kind).InOrder()) {
+      BreatheLightly();
+      const bool isAccount = type.name == "AccountTypeFilter";
+      if (isAccount && !IsOfAccountType(object.ChildText("AccountType"), type.text)) continue;
+      ids.emplace(object.ChildText("ListID"));
+    }
+  }
+  return ids;
+}
+
+void FilterByMentioned(const Element& filter, const Call& call, Filters& filters) {
+  const auto row = std::ranges::find(kMentioned, filter.name,
+                                     &std::pair<std::string_view, std::string_view>::first);
+  const bool isType =
+      !filter.children.empty() && filter.children.front().name.ends_with("TypeFilter");
+  if (filter.children.empty()) return;
+  FilterByMention(isType ? IdsOfType(filter.children.front(), call)
+                         : IdsNamed(filter, row->second, call, filters),
+                  filters);
+}
+
+void FilterByTxnType(const Element& filter, const Call&, Filters& filters) {
+  std::vector<std::string> types;
+  for (const Element& child : filter.children) {
+    if (child.text == "All") return;
+    types.push_back(child.text);
+  }
+  filters.all.emplace_back([types](const Candidate& candidate) {
+    return std::ranges::find(types, candidate.kind.name) != types.end();
+  });
+}
+
+bool IsPostingKind(const Kind& kind) {
+  return std::ranges::any_of(kind.postings, [](const Posting& posting) {
+    return posting.field.empty() || posting.field == "QuantityOnHand";
+  });
+}
+
+void FilterByPosting(const Element& filter, const Call&, Filters& filters) {
+  if (filter.text == "Either") return;
+  filters.all.emplace_back([wanted = filter.text == "Posting"](const Candidate& candidate) {
+    const bool isPending = IsTrue(candidate.object.ChildText("IsPending"));
+    return (IsPostingKind(candidate.kind) && !isPending) == wanted;
+  });
+}
+
+void FilterByOpen(const Element& filter, const Call&, Filters& filters) {
+  if (filter.text == "Either") return;
+  filters.all.emplace_back([wanted = filter.text == "Open"](const Candidate& candidate) {
+    const std::string_view open = candidate.kind.sums.open;
+    return (!open.empty() && !Decimal::Of(candidate.object.ChildText(open)).IsZero()) == wanted;
+  });
+}
+
+// Behind MaxReturned, numbers are one filter among others.
+void FilterByRefNumbers(const Element& filter, const Call& call, Filters& filters) {
+  if (&filter != call.element.Child(filter.name)) return;
+  const bool isExact = filter.name == "RefNumberCaseSensitive";
+  std::set<Text> numbers;
+  for (const Element& child : call.element.children) {
+    if (child.name == filter.name)
+      numbers.insert(isExact ? FromUtf8(child.text) : Folded(child.text));
+  }
+  filters.all.emplace_back([numbers, isExact](const Candidate& candidate) {
+    const std::string_view number = candidate.object.ChildText("RefNumber");
+    return numbers.contains(isExact ? FromUtf8(number) : Folded(number));
+  });
+}
+
 constexpr std::pair<std::string_view, Maker> kMakers[] = {
     {"ActiveStatus", FilterByStatus},
     {"FromModifiedDate", FilterFromModified},
@@ -175,6 +362,30 @@ constexpr std::pair<std::string_view, Maker> kMakers[] = {
     {"RefNumberFilter", FilterByRefNumber},
     {"RefNumberRangeFilter", FilterByRefNumberRange},
     {"PaidStatus", FilterByPaidStatus},
+    {"AccountType", FilterByAccountType},
+    {"PaymentMethodType", FilterByPaymentMethodType},
+    {"DoneStatus", FilterByDone},
+    {"PendingStatus", FilterByPending},
+    {"FromEffectiveDate", FilterFromEffective},
+    {"ToEffectiveDate", FilterToEffective},
+    {"AccountFilter", FilterByMentioned},
+    {"ItemFilter", FilterByMentioned},
+    {"ItemRef", FilterByMentioned},
+    {"ClassFilter", FilterByMentioned},
+    {"CurrencyFilter", FilterByMentioned},
+    {"SiteFilter", FilterByMentioned},
+    {"TimeTrackingEntityFilter", FilterByMentioned},
+    {"TransactionEntityFilter", FilterByMentioned},
+    {"TransactionAccountFilter", FilterByMentioned},
+    {"TransactionItemFilter", FilterByMentioned},
+    {"TransactionClassFilter", FilterByMentioned},
+    {"TransactionModifiedDateRangeFilter", FilterByModifiedRange},
+    {"TransactionDateRangeFilter", FilterByDate},
+    {"TransactionTypeFilter", FilterByTxnType},
+    {"TransactionPostingStatusFilter", FilterByPosting},
+    {"TransactionPaidStatusFilter", FilterByOpen},
+    {"RefNumber", FilterByRefNumbers},
+    {"RefNumberCaseSensitive", FilterByRefNumbers},
 };
 
 }  // namespace

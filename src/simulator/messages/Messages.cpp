@@ -15,6 +15,7 @@
 #include "simulator/company/Objects.h"
 #include "simulator/messages/Filters.h"
 #include "simulator/messages/RetWriter.h"
+#include "simulator/messages/TransactionRows.h"
 #include "simulator/values/LongWork.h"
 
 namespace ostrel::simulator {
@@ -71,6 +72,10 @@ bool IsAbout(Message& message, std::string_view verb) {
 }
 
 Handler HandlerOf(Message& message) {
+  if (message.name == "TransactionQueryRq") {
+    message.kinds = QueriedTransactionKinds();
+    return QueryObjects;
+  }
   const auto named =
       std::ranges::find(kHandlers, message.name, &std::pair<std::string_view, Handler>::first);
   if (named != std::end(kHandlers)) return named->second;

@@ -11,6 +11,7 @@
 #include "simulator/messages/Filters.h"
 #include "simulator/messages/Messages.h"
 #include "simulator/messages/RetWriter.h"
+#include "simulator/messages/TransactionRows.h"
 #include "simulator/values/LongWork.h"
 #include "simulator/values/Status.h"
 
@@ -36,7 +37,31 @@ std::string_view MetaData(const Element& query) {
   return metaData ? std::string_view(*metaData) : "NoMetaData";
 }
 
+constexpr std::string_view kTransactionQuery = "TransactionQueryRq";
+
+// Written row by row: all rows of a large company together would take too much memory.
+Response ReturningRows(const Call& call, const Found& found, Status status) {
+  const View view = ViewOf(call, true);
+  XmlWriter xml(XmlForm::kResponse);
+  std::size_t count = 0;
+  for (const Target& target : found) {
+    Breathe();
+    for (const Element& row : TransactionRows(call, target)) {
+      WriteShown(xml, row, view);
+      ++count;
+    }
+  }
+  Response response{.status = std::move(status), .body = xml.Take()};
+  const std::string_view metaData = MetaData(call.element);
+  if (metaData != "NoMetaData") {
+    response.attributes.push_back({"retCount", std::to_string(count)});
+  }
+  if (metaData == "MetaDataOnly") response.body.clear();
+  return response;
+}
+
 Response Returning(const Call& call, const Found& found, Status status) {
+  if (call.message.name == kTransactionQuery) return ReturningRows(call, found, status);
   Response response{.status = std::move(status)};
   const std::string_view metaData = MetaData(call.element);
   if (metaData != "NoMetaData") {
@@ -160,19 +185,41 @@ Found InChartOrder(Found found, std::size_t count) {
   return found;
 }
 
-Found FindByFilters(const Call& call, const Filters& filters, std::size_t count) {
-  Found found;
-  if (call.OfKind().name == "Account" && count != kAll) {
-    return InChartOrder(FindByFilters(call, filters, kAll), count);
+// Queries over several kinds whose objects come in one order, not kind by kind.
+bool IsMixed(const Call& call) {
+  constexpr std::string_view kMixed[] = {"EntityQueryRq", "TermsQueryRq", kTransactionQuery};
+  return std::ranges::find(kMixed, call.message.name) != std::end(kMixed);
+}
+
+Found InOneOrder(const Found& found, std::size_t count, const Company& company) {
+  std::vector<std::pair<Text, Target>> keyed;
+  keyed.reserve(found.size());
+  for (const Target& target : found) {
+    Breathe();
+    keyed.emplace_back(company.List(*target.kind).KeyOf(*target.object), target);
   }
+  std::ranges::stable_sort(keyed, {}, &std::pair<Text, Target>::first);
+  Found ordered;
+  for (const auto& [key, target] : keyed) {
+    if (ordered.size() == count) break;
+    ordered.push_back(target);
+  }
+  return ordered;
+}
+
+Found FindByFilters(const Call& call, const Filters& filters, std::size_t count) {
+  const bool isChart = call.OfKind().name == "Account";
+  const std::size_t most = isChart || IsMixed(call) ? kAll : count;
+  Found found;
   for (const Kind* kind : call.message.kinds) {
     VisitCandidates(call.company.Data().List(*kind), filters,
                     [&](const Kind& ofKind, const ObjectList::Entry& object) {
-                      if (found.size() < count) found.push_back({&ofKind, &object});
-                      return found.size() < count;
+                      if (found.size() < most) found.push_back({&ofKind, &object});
+                      return found.size() < most;
                     });
   }
-  return call.OfKind().name == "Account" ? InChartOrder(std::move(found), kAll) : found;
+  if (isChart) return InChartOrder(std::move(found), count);
+  return IsMixed(call) ? InOneOrder(found, count, call.company.Data()) : found;
 }
 
 Response WithIterator(Response response, const Iterator& iterator) {
@@ -199,12 +246,9 @@ Response NextPage(const Call& call, Iterator& iterator) {
 
 Response StartIterator(const Call& call, const Filters& filters) {
   Iterator iterator{.id = {}, .query = std::string(call.message.name), .objects = {}};
-  for (const Kind* kind : call.message.kinds) {
-    VisitCandidates(call.company.Data().List(*kind), filters,
-                    [&](const Kind&, const ObjectList::Entry& object) {
-                      iterator.objects.emplace_back(kind, object.serial);
-                      return true;
-                    });
+  for (const Target& target : FindByFilters(call, filters, kAll)) {
+    const auto& entry = static_cast<const ObjectList::Entry&>(*target.object);
+    iterator.objects.emplace_back(target.kind, entry.serial);
   }
   return NextPage(call, call.session.Keep(std::move(iterator)));
 }
