@@ -146,6 +146,26 @@ void TakeBackCredit(const Kind& paidKind, Element& paid, const Credit& credit, c
   Touch(given, now);
 }
 
+// Removes a credit from the payments that it was taken with.
+void ForgetCredit(std::string_view id, Draft& draft) {
+  const auto isLink = [&](const Element& child) {
+    return child.name == "LinkedTxn" && child.ChildText("TxnID") == id;
+  };
+  for (const Kind* payer : AllKinds()) {
+    if (payer->pays.empty()) continue;
+    for (const auto& [key, payment] : draft.Before().List(*payer).InOrder()) {
+      Breathe();
+      const bool isTaken = std::ranges::any_of(payment.children, [&](const Element& child) {
+        return std::ranges::any_of(child.children, isLink);
+      });
+      if (!isTaken) continue;
+      for (Element& child : draft.Edit(*payer, payment.ChildText("TxnID")).children) {
+        std::erase_if(child.children, isLink);
+      }
+    }
+  }
+}
+
 }  // namespace
 
 Decimal Application::Settled() const {
@@ -258,6 +278,23 @@ void ReleasePayments(const Kind& kind, const Element& paid, const Stamp& now, Dr
       Touch(released, now);
     }
   }
+}
+
+void ReleaseCredits(const Kind& kind, const Element& transaction, const Stamp& now, Draft& draft) {
+  const auto isCredit = [](const Kind& any) {
+    return any.name == "CreditMemo" || any.name == "VendorCredit";
+  };
+  for (const Element& link : transaction.children) {
+    if (link.name != "LinkedTxn" || link.ChildText("LinkType") != kAmountType) continue;
+    const Kind* other = FindKind(link.ChildText("TxnType"));
+    if (!other || !other->pays.empty() || isCredit(kind) == isCredit(*other)) continue;
+    const std::string id(link.ChildText("TxnID"));
+    if (!draft.Find(*other, id)) continue;
+    Element& partner = draft.Edit(*other, id);
+    ApplyAmount(*other, partner, Decimal::Of(link.ChildText("Amount")));
+    Touch(partner, now);
+  }
+  if (isCredit(kind)) ForgetCredit(transaction.ChildText("TxnID"), draft);
 }
 
 }  // namespace ostrel::simulator

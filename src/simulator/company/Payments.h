@@ -46,6 +46,10 @@ void TakeBackPayment(const Kind& kind, const Element& payment, const Stamp& now,
 /// Removes a transaction that is about to be deleted from the payments that were applied to it.
 void ReleasePayments(const Kind& kind, const Element& paid, const Stamp& now, Draft& draft);
 
+/// Takes back the credits of a transaction that is about to be deleted, whether it gave or took
+/// them.
+void ReleaseCredits(const Kind& kind, const Element& transaction, const Stamp& now, Draft& draft);
+
 /// The credits that a message sets against the transaction itself (SetCredit).
 std::vector<Credit> CreditsOf(const Element& given);
 /// Sets credits against an open transaction that is in the draft.

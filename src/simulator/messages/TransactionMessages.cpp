@@ -290,6 +290,7 @@ Response DeleteTransaction(const Call& call) {
   Draft draft(company);
   Leave(kind, *object, call.now, draft);
   ReleasePayments(kind, *object, call.now, draft);
+  ReleaseCredits(kind, *object, call.now, draft);
   DropLinksTo(*object, call.now, draft);
   Delete(kind, *object, call.now, draft);
   Status status = CommitFor(call, draft.Take(), kind.name);

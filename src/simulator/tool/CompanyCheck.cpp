@@ -120,7 +120,8 @@ bool IsKnown(const Moved& moved, const Element& object) {
 }
 
 bool IsMoved(const Kind& kind) {
-  return std::ranges::any_of(kMoved, [&](const Moved& moved) { return kind.Has(moved.field); });
+  return kind.category == Category::kList &&
+         std::ranges::any_of(kMoved, [&](const Moved& moved) { return kind.Has(moved.field); });
 }
 
 // Computes all balances from nothing, as the transactions move them.
