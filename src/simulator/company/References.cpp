@@ -46,7 +46,8 @@ bool HasDangling(const Element& object, std::span<const Field> fields, std::stri
         child.children.empty() ? nullptr : FindField(fields, child.name, Use::kRet);
     if (!field) return false;
     if (IsReference(field)) return LeadsNowhere(child, *field, company, ids);
-    const std::string_view paid = pays.empty() ? "" : child.ChildText("TxnID");
+    const bool isPaid = !pays.empty() && child.name != "LinkedTxn";
+    const std::string_view paid = isPaid ? child.ChildText("TxnID") : std::string_view();
     const bool isMissing =
         !paid.empty() && !ids.contains(paid) && !FindById(company, KindsNamed(pays), paid);
     return isMissing || HasDangling(child, field->children, pays, company, ids);

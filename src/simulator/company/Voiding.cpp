@@ -19,7 +19,7 @@ bool IsApplied(const Element& child) {
 
 // Nothing is worth anything any more, and no order is carried out.
 void Forget(Element& object) {
-  constexpr std::string_view kForgotten[] = {"cost", "linkTxn", "linkLine"};
+  constexpr std::string_view kForgotten[] = {"cost", "linkTxn", "linkLine", "paid"};
   std::erase_if(object.attributes, [&](const Attribute& attribute) {
     return std::ranges::find(kForgotten, attribute.name) != std::end(kForgotten);
   });

@@ -263,6 +263,7 @@ Response VoidTransaction(const Call& call) {
   Touch(object, call.now);
   Leave(kind, *target.object, call.now, draft);
   ReleasePayments(kind, *target.object, call.now, draft);
+  ReleaseCredits(kind, *target.object, call.now, draft);
   DropLinksTo(*target.object, call.now, draft);
   if (auto status = Enter(ofKind, draft, object, {}, {})) return {*status};
   Status status = CommitFor(call, draft.Take(), kind.name);

@@ -86,7 +86,7 @@ void CheckReferences(const Kind& kind, const Element& object, std::span<const Fi
       problems.Add(told + ": " + child.name + " leads to " +
                    Quoted(id.empty() ? child.ChildText("FullName") : id) + ", which is not there");
     }
-    const bool pays = !kind.pays.empty() && child.Child("TxnID");
+    const bool pays = !kind.pays.empty() && child.Child("TxnID") && child.name != "LinkedTxn";
     if (pays && !FindById(company, KindsNamed(kind.pays), child.ChildText("TxnID"))) {
       problems.Add(told + " is applied to " + Quoted(child.ChildText("TxnID")) +
                    ", which is not there");

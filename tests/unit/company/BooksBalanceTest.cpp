@@ -29,10 +29,10 @@ class Clerk {
   }
 
   void Act() {
-    static constexpr void (Clerk::*kActs[])() = {&Clerk::Sell,    &Clerk::Sell,   &Clerk::Buy,
-                                                 &Clerk::Order,   &Clerk::Pay,    &Clerk::Pay,
-                                                 &Clerk::PayBill, &Clerk::Adjust, &Clerk::Journal,
-                                                 &Clerk::Deposit, &Clerk::Change, &Clerk::Delete};
+    static constexpr void (Clerk::*kActs[])() = {
+        &Clerk::Sell,   &Clerk::Sell,    &Clerk::Buy,    &Clerk::Order,   &Clerk::Pay,
+        &Clerk::Pay,    &Clerk::PayBill, &Clerk::Adjust, &Clerk::Journal, &Clerk::Deposit,
+        &Clerk::Change, &Clerk::Delete,  &Clerk::Void};
     (this->*kActs[Below(std::size(kActs))])();
   }
 
@@ -193,6 +193,15 @@ class Clerk {
     iCarried += changed.Code() == "0" ? 1 : 0;
   }
 
+  void Void() {
+    const Made* made = Some({"Invoice", "SalesReceipt", "CreditMemo", "Bill", "Check", "Deposit",
+                             "BillPaymentCheck", "InventoryAdjustment"});
+    if (!made) return;
+    const QbxmlResponse done = oBooks.Tell("<TxnVoidRq>" + Books::Leaf("TxnVoidType", made->kind) +
+                                           Books::Leaf("TxnID", made->id) + "</TxnVoidRq>");
+    iCarried += done.Code() == "0" ? 1 : 0;
+  }
+
   void Delete() {
     if (oMade.empty()) return;
     const std::size_t at = Below(oMade.size());
@@ -209,7 +218,7 @@ class Clerk {
 class BooksBalance : public testing::TestWithParam<unsigned> {};
 
 TEST_P(BooksBalance, AfterManyChanges) {
-  constexpr int kRounds = 20, kActsEach = 40;
+  constexpr int kRounds = 8, kActsEach = 100;
   SCOPED_TRACE("seed " + std::to_string(GetParam()));
   Clerk clerk(GetParam());
 
@@ -221,7 +230,7 @@ TEST_P(BooksBalance, AfterManyChanges) {
   EXPECT_GT(clerk.Carried(), kRounds * kActsEach / 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, BooksBalance, testing::Values(1u, 2u, 3u, 4u));
+INSTANTIATE_TEST_SUITE_P(Seeds, BooksBalance, testing::Values(1u, 2u));
 
 }  // namespace
 }  // namespace ostrel
