@@ -33,13 +33,6 @@ const Kind& Accounts() {
   return kind;
 }
 
-// 1 when the balance of the object is stored in debits, -1 when it is stored in credits.
-int BalanceSide(const Kind& kind, const Element& object) {
-  if (kind.typeField.empty()) return kind.balanceSide;
-  const std::string_view type = object.ChildText(kind.typeField);
-  return std::ranges::find(kind.creditTypes, type) == kind.creditTypes.end() ? 1 : -1;
-}
-
 void Move(Element& object, std::string_view field, Decimal amount, int decimals) {
   object.Set(field, (Decimal::Of(object.ChildText(field)) + amount).ToString(decimals));
 }
@@ -217,19 +210,22 @@ void FixCost(const Element& transaction, Element& line, Draft& draft) {
                     (QuantityOf(transaction, line) * AverageCostOf(*now)).Cents().ToString(2));
 }
 
-// Posts what an object began with to the accounts that it is noted for.
-void PostOpeningElsewhere(const Kind& kind, const Element& object, Decimal opening, Draft& draft) {
-  const bool isStock = kind.Has("QuantityOnHand");
-  const Decimal debit = isStock || BalanceSide(kind, object) > 0 ? opening : opening.Negated();
-  if (const std::string* account = object.Find(kOpeningAccount)) {
-    MoveBalance({&Accounts(), *account}, debit, draft);
-  }
-  if (const std::string* contra = object.Find(kOpeningContra)) {
-    MoveBalance({&Accounts(), *contra}, debit.Negated(), draft);
-  }
+// Posts what an object began with to the other accounts that it is noted for.
+void PostOpeningElsewhere(const Kind& kind, const Element& object, int direction, Draft& draft) {
+  ForEachOpeningEntry(kind, object, [&](const Entry& entry) {
+    if (entry.account == object.ChildText("ListID")) return;
+    MoveBalance({&Accounts(), entry.account}, direction < 0 ? entry.amount.Negated() : entry.amount,
+                draft);
+  });
 }
 
 }  // namespace
+
+int BalanceSide(const Kind& kind, const Element& object) {
+  if (kind.typeField.empty()) return kind.balanceSide;
+  const std::string_view type = object.ChildText(kind.typeField);
+  return std::ranges::find(kind.creditTypes, type) == kind.creditTypes.end() ? 1 : -1;
+}
 
 Decimal AverageCostOf(const Element& item) {
   const Decimal average = Decimal::Of(item.ChildText("AverageCost"));
@@ -308,11 +304,22 @@ void PostOpening(const Kind& kind, const Element& object, bool own, Draft& draft
     Move(draft.Edit(kind, id), "Balance", opening, 2);
     if (kind.Has("TotalBalance")) MoveTotals(kind, id, opening, draft);
   }
-  PostOpeningElsewhere(kind, object, opening, draft);
+  PostOpeningElsewhere(kind, object, 1, draft);
 }
 
 void ReverseOpening(const Kind& kind, const Element& object, Draft& draft) {
-  PostOpeningElsewhere(kind, object, AttributeOf(object, kOpeningBalance).Negated(), draft);
+  PostOpeningElsewhere(kind, object, -1, draft);
+}
+
+void ForEachOpeningEntry(const Kind& kind, const Element& object,
+                         const std::function<void(const Entry&)>& visit) {
+  const Decimal opening = AttributeOf(object, kOpeningBalance);
+  if (opening.IsZero()) return;
+  const bool isStock = kind.Has("QuantityOnHand");
+  const Decimal debit = isStock || BalanceSide(kind, object) > 0 ? opening : opening.Negated();
+  if (kind.name == "Account") visit({std::string(object.ChildText("ListID")), debit});
+  if (const std::string* account = object.Find(kOpeningAccount)) visit({*account, debit});
+  if (const std::string* contra = object.Find(kOpeningContra)) visit({*contra, debit.Negated()});
 }
 
 void Post(const Kind& kind, const Element& transaction, Draft& draft) {

@@ -41,11 +41,17 @@ void FixOpening(const Kind& kind, Element& object, Numbers& numbers, const Stamp
 /// Posts the opening balance of a list object, to its own balance and the totals above it too
 /// (`own`) or only to other accounts.
 void PostOpening(const Kind& kind, const Element& object, bool own, Draft& draft);
+/// What the opening balance of a list object posts to accounts.
+void ForEachOpeningEntry(const Kind& kind, const Element& object,
+                         const std::function<void(const Entry&)>& visit);
 /// Takes the opening balance of an object that is about to be deleted back from other accounts.
 void ReverseOpening(const Kind& kind, const Element& object, Draft& draft);
 /// Moves the totals of all objects above a list object: when it gets another parent, once with the
 /// negative total below the old one and once with the total below the new one.
 void MoveParents(const Kind& kind, const Element& object, Decimal amount, Draft& draft);
+
+/// 1 when the balance of the object is stored in debits, -1 when it is stored in credits.
+int BalanceSide(const Kind& kind, const Element& object);
 
 /// What one of an item in stock has cost.
 Decimal AverageCostOf(const Element& item);

@@ -35,6 +35,10 @@ constexpr Version kVersions[] = {{"1.0"},  {"1.1"},      {"2.0"},      {"2.1"}, 
 using Handler = Response (*)(const Call& call);
 using Catalog = std::map<std::string_view, Message>;
 
+Response FindNothing(const Call&) { return {.status = NoMatch()}; }
+
+Response Refuse(const Call& call) { return {.status = NotHere(call.message.name)}; }
+
 constexpr std::pair<std::string_view, Handler> kHandlers[] = {
     {"HostQueryRq", QueryHost},
     {"CompanyQueryRq", QueryCompany},
@@ -52,11 +56,18 @@ constexpr std::pair<std::string_view, Handler> kHandlers[] = {
     {"DataExtAddRq", AddCustomField},
     {"DataExtModRq", ModifyCustomField},
     {"DataExtDelRq", DeleteCustomField},
+    {"GeneralSummaryReportQueryRq", QueryReport},
+    {"GeneralDetailReportQueryRq", QueryReport},
+    {"AgingReportQueryRq", QueryReport},
+    {"CustomSummaryReportQueryRq", QueryReport},
+    {"CustomDetailReportQueryRq", QueryReport},
+    // A report without rows would look as if there were nothing to tell.
+    {"BudgetSummaryReportQueryRq", Refuse},
+    {"JobReportQueryRq", Refuse},
+    {"PayrollDetailReportQueryRq", Refuse},
+    {"PayrollSummaryReportQueryRq", Refuse},
+    {"TimeReportQueryRq", Refuse},
 };
-
-Response FindNothing(const Call&) { return {.status = NoMatch()}; }
-
-Response Refuse(const Call& call) { return {.status = NotHere(call.message.name)}; }
 
 // Whether the message is the verb of a kind or, where it may be, of a family.
 bool IsAbout(Message& message, std::string_view verb) {

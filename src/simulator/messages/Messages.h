@@ -52,6 +52,7 @@ Response QueryCustomFieldDefinitions(const Call& call);
 Response AddCustomField(const Call& call);
 Response ModifyCustomField(const Call& call);
 Response DeleteCustomField(const Call& call);
+Response QueryReport(const Call& call);
 
 /// The one object of a response, as much of it as IncludeRetElement asks for.
 std::string OneRet(const Call& call, const Kind& kind, const Element& object);

@@ -48,6 +48,8 @@ Status InvalidValue(std::string_view value, std::string_view field, std::string_
 Status NotProcessed();
 /// Of a message that QuickBooks has and the stand-in does not.
 Status NotHere(std::string_view message);
+/// Of a report that QuickBooks makes and the stand-in does not, for what this field says.
+Status NotInReports(std::string_view value, std::string_view field);
 Status InvalidIterator(std::string_view id);
 
 /// Raises RequestProcessorError with the HRESULT and QuickBooks' sentence for it.
