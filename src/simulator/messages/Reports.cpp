@@ -1,4 +1,8 @@
-// The titles, the titles of columns and the order of rows are from memory of how such reports look.
+// The titles, the titles of columns and the order of rows are written from memory of how such
+// reports look.
+//
+// From memory: AgingReportQueryRq, CustomDetailReportQueryRq, CustomSummaryReportQueryRq,
+// GeneralDetailReportQueryRq, GeneralSummaryReportQueryRq.
 #include "simulator/messages/Reports.h"
 
 #include <algorithm>

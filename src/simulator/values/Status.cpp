@@ -157,8 +157,8 @@ Status NotHere(std::string_view message) {
 
 Status NotInReports(std::string_view value, std::string_view field) {
   return {3250, kError,
-          Sentence({"The stand-in for QuickBooks does not make this report with the value \"", value,
-                    "\" in the field \"", field, "\". QuickBooks itself may."})};
+          Sentence({"The stand-in for QuickBooks does not make this report with the value \"",
+                    value, "\" in the field \"", field, "\". QuickBooks itself may."})};
 }
 
 Status NotProcessed() { return {3231, kError, "The request has not been processed."}; }
