@@ -21,6 +21,7 @@ struct LedgerPosting {
   const Element* account = nullptr;
   std::string_view date = {};  // "2010-01-05"; of an opening, the day on which the object was made
   Decimal amount = {};         // debits above zero
+  Measure measure = Measure::kTotal;
 
   bool IsOpening() const { return kind->category == Category::kList; }
 };

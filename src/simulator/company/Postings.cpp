@@ -73,16 +73,11 @@ void MoveBalance(const Place& place, Decimal amount, Draft& draft) {
   if (kind.Has("TotalBalance")) MoveTotals(kind, place.id, moved, draft);
 }
 
-Decimal ValueOf(const Element& item) {
-  if (item.Find(kValue)) return AttributeOf(item, kValue);
-  return (Decimal::Of(item.ChildText("QuantityOnHand")) * AverageCostOf(item)).Cents();
-}
-
 void MoveStock(const Place& place, Decimal quantity, Decimal value, Draft& draft) {
   const Kind& kind = *place.kind;
   if (!kind.Has("QuantityOnHand") || !draft.Find(kind, place.id)) return;
   Element& item = draft.Edit(kind, place.id);
-  const Decimal worth = ValueOf(item) + value;
+  const Decimal worth = StockValueOf(item) + value;
   Move(item, "QuantityOnHand", quantity, 0);
   item.SetAttribute(kValue, worth.ToString(2));
   const Decimal count = Decimal::Of(item.ChildText("QuantityOnHand"));
@@ -232,6 +227,11 @@ Decimal AverageCostOf(const Element& item) {
   return average.IsZero() ? Decimal::Of(item.ChildText("PurchaseCost")) : average;
 }
 
+Decimal StockValueOf(const Element& item) {
+  if (item.Find(kValue)) return AttributeOf(item, kValue);
+  return (Decimal::Of(item.ChildText("QuantityOnHand")) * AverageCostOf(item)).Cents();
+}
+
 void ForEachEntry(const Kind& kind, const Element& transaction, const Company& company,
                   const std::function<void(const Entry&)>& visit) {
   if (!IsPosted(transaction)) return;
@@ -243,7 +243,7 @@ void ForEachEntry(const Kind& kind, const Element& transaction, const Company& c
     const Decimal amount = Measured(kind, transaction, element, posting.measure);
     if (amount.IsZero()) return;
     visit({place.id, posting.side < 0 ? amount.Negated() : amount,
-           &element == &transaction ? nullptr : &element});
+           &element == &transaction ? nullptr : &element, posting.measure});
   });
 }
 

@@ -16,6 +16,7 @@ struct Entry {
   std::string account;            // ListID
   Decimal amount;                 // debits above zero
   const Element* line = nullptr;  // that it comes from; null: from the whole transaction
+  Measure measure = Measure::kTotal;
 };
 
 /// What the transaction posts to accounts; comes to nothing in all.
@@ -55,5 +56,7 @@ int BalanceSide(const Kind& kind, const Element& object);
 
 /// What one of an item in stock has cost.
 Decimal AverageCostOf(const Element& item);
+/// What all of an item in stock has cost.
+Decimal StockValueOf(const Element& item);
 
 }  // namespace ostrel::simulator

@@ -21,6 +21,8 @@ class ReportGrouping {
 
   /// False for a word that the stand-in does not have.
   bool IsKnown() const { return bKnown; }
+  /// Whether there is one group of everything.
+  bool IsTotal() const { return sWord == "TotalOnly"; }
   ReportGroup Of(const LedgerPosting& posting) const;
   /// The groups of the period by their keys, whether or not anything is in them: the parts of the
   /// calendar. At most kMostReportColumns and one.

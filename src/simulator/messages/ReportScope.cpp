@@ -1,6 +1,6 @@
 // A filter becomes a predicate over one posting. Its names are resolved to ListIDs once, so that
-// the walk over the ledger only looks these up. The words that choose groups of accounts and items
-// stand in tables; a word that is in none of them refuses the report.
+// the walk over the ledger only looks these up. A choice that the stand-in does not have refuses
+// the report.
 #include "simulator/messages/ReportScope.h"
 
 #include <algorithm>
@@ -9,75 +9,14 @@
 #include <set>
 #include <utility>
 
+#include "simulator/messages/TypeFilters.h"
+
 namespace ostrel::simulator {
 namespace {
 
 using Ids = std::set<std::string, std::less<>>;
 using Words = std::string_view;  // separated by blanks
 using Row = std::pair<std::string_view, Words>;
-
-constexpr Row kAccountGroups[] = {
-    {"AccountsPayable", "AccountsPayable"},
-    {"AccountsReceivable", "AccountsReceivable"},
-    {"APOrCreditCard", "AccountsPayable CreditCard"},
-    {"ARAndAP", "AccountsReceivable AccountsPayable"},
-    {"Asset", "Bank AccountsReceivable OtherCurrentAsset FixedAsset OtherAsset"},
-    {"BalanceSheet",
-     "Bank AccountsReceivable OtherCurrentAsset FixedAsset OtherAsset AccountsPayable CreditCard "
-     "OtherCurrentLiability LongTermLiability Equity"},
-    {"Bank", "Bank"},
-    {"CostOfSales", "CostOfGoodsSold"},
-    {"CreditCard", "CreditCard"},
-    {"CurrentAsset", "Bank AccountsReceivable OtherCurrentAsset"},
-    {"CurrentAssetAndExpense",
-     "Bank AccountsReceivable OtherCurrentAsset CostOfGoodsSold Expense OtherExpense"},
-    {"CurrentLiability", "AccountsPayable CreditCard OtherCurrentLiability"},
-    {"Equity", "Equity"},
-    {"EquityAndIncomeAndExpense", "Equity Income CostOfGoodsSold Expense OtherIncome OtherExpense"},
-    {"ExpenseAndOtherExpense", "CostOfGoodsSold Expense OtherExpense"},
-    {"FixedAsset", "FixedAsset"},
-    {"IncomeAndExpense", "Income CostOfGoodsSold Expense OtherIncome OtherExpense"},
-    {"IncomeAndOtherIncome", "Income OtherIncome"},
-    {"Liability", "AccountsPayable CreditCard OtherCurrentLiability LongTermLiability"},
-    {"LiabilityAndEquity",
-     "AccountsPayable CreditCard OtherCurrentLiability LongTermLiability Equity"},
-    {"LongTermLiability", "LongTermLiability"},
-    {"NonPosting", "NonPosting"},
-    {"OrdinaryExpense", "CostOfGoodsSold Expense"},
-    {"OrdinaryIncome", "Income"},
-    {"OrdinaryIncomeAndCOGS", "Income CostOfGoodsSold"},
-    {"OrdinaryIncomeAndExpense", "Income CostOfGoodsSold Expense"},
-    {"OtherAsset", "OtherAsset"},
-    {"OtherCurrentAsset", "OtherCurrentAsset"},
-    {"OtherCurrentLiability", "OtherCurrentLiability"},
-    {"OtherExpense", "OtherExpense"},
-    {"OtherIncome", "OtherIncome"},
-    {"OtherIncomeOrExpense", "OtherIncome OtherExpense"},
-};
-
-constexpr Row kItemGroups[] = {
-    {"AllExceptFixedAsset",
-     "ItemService ItemNonInventory ItemOtherCharge ItemInventory ItemInventoryAssembly "
-     "ItemSubtotal ItemDiscount ItemPayment ItemSalesTax ItemSalesTaxGroup ItemGroup"},
-    {"Assembly", "ItemInventoryAssembly"},
-    {"Discount", "ItemDiscount"},
-    {"FixedAsset", "ItemFixedAsset"},
-    {"Inventory", "ItemInventory"},
-    {"InventoryAndAssembly", "ItemInventory ItemInventoryAssembly"},
-    {"NonInventory", "ItemNonInventory"},
-    {"OtherCharge", "ItemOtherCharge"},
-    {"Payment", "ItemPayment"},
-    {"Sales", "ItemService ItemNonInventory ItemOtherCharge ItemInventory ItemInventoryAssembly"},
-    {"SalesTax", "ItemSalesTax ItemSalesTaxGroup"},
-    {"Service", "ItemService"},
-};
-
-constexpr Row kEntityGroups[] = {
-    {"Customer", "Customer"},
-    {"Employee", "Employee"},
-    {"OtherName", "OtherName"},
-    {"Vendor", "Vendor"},
-};
 
 bool HasWord(Words words, std::string_view word) {
   for (std::size_t at = words.find(word); at != Words::npos; at = words.find(word, at + 1)) {
@@ -92,7 +31,6 @@ bool HasWord(Words words, std::string_view word) {
 struct Sort {
   std::string_view filter;
   std::string_view kinds;
-  std::span<const Row> groups;
   Target (*of)(const LedgerPosting& posting, const Company& company);
 };
 
@@ -102,29 +40,20 @@ Target AccountOf(const LedgerPosting& posting, const Company&) {
 }
 
 constexpr Sort kSorts[] = {
-    {"ReportAccountFilter", "Account", kAccountGroups, AccountOf},
-    {"ReportEntityFilter", "Entity", kEntityGroups, EntityOf},
-    {"ReportItemFilter", "Item", kItemGroups, ItemOf},
-    {"ReportClassFilter", "Class", {}, ClassOf},
+    {"ReportAccountFilter", "Account", AccountOf},
+    {"ReportEntityFilter", "Entity", EntityOf},
+    {"ReportItemFilter", "Item", ItemOf},
+    {"ReportClassFilter", "Class", ClassOf},
 };
 
-// What a group of accounts goes by is their type; all others go by their kind.
-std::string_view GroupedBy(const Target& target) {
-  return target.kind->name == "Account" ? target.object->ChildText("AccountType")
-                                        : target.kind->name;
-}
-
 void FilterByGroup(const Sort& sort, const Element& word, ReportScope& scope) {
-  const auto row = std::ranges::find(sort.groups, word.text, &Row::first);
-  if (row == sort.groups.end()) {
-    scope.refusal = NotInReports(word.text, word.name);
-    return;
-  }
-  scope.filters.emplace_back(
-      [of = sort.of, words = row->second](const LedgerPosting& posting, const Company& company) {
-        const Target target = of(posting, company);
-        return target && HasWord(words, GroupedBy(target));
-      });
+  scope.filters.emplace_back([of = sort.of, kinds = KindsOfType(word), type = word.text](
+                                 const LedgerPosting& posting, const Company& company) {
+    const Target target = of(posting, company);
+    if (!target || std::ranges::find(kinds, target.kind) == kinds.end()) return false;
+    return target.kind->name != "Account" ||
+           IsOfAccountType(target.object->ChildText("AccountType"), type);
+  });
 }
 
 void AddIds(const Element& key, const Target& target, const Company& company, Ids& ids) {

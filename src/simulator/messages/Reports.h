@@ -23,6 +23,11 @@ struct ReportOrder {
   }
 };
 
+/// Whether parts of the calendar in which nothing was posted have columns too.
+inline bool WantsAllColumns(const ReportOrder& order) {
+  return order.Choice("ReturnColumns", "All") == "All";
+}
+
 using ReportMaker = void (*)(const ReportOrder& order, Report& report);
 
 // The makers give the report its columns and rows; its title and the title of its period stand.
@@ -31,5 +36,12 @@ void MakeBalanceSheet(const ReportOrder& order, Report& report);
 void MakeTrialBalance(const ReportOrder& order, Report& report);
 void MakeAgingSummary(const ReportOrder& order, Report& report);
 void MakeBalanceSummary(const ReportOrder& order, Report& report);
+void MakeGroupedSummary(const ReportOrder& order, Report& report);
+void MakeSalesByItem(const ReportOrder& order, Report& report);
+void MakeStockStatus(const ReportOrder& order, Report& report);
+void MakeStockValuation(const ReportOrder& order, Report& report);
+void MakePostingList(const ReportOrder& order, Report& report);
+void MakeTransactionList(const ReportOrder& order, Report& report);
+void MakeOpenItemList(const ReportOrder& order, Report& report);
 
 }  // namespace ostrel::simulator

@@ -374,7 +374,8 @@ void MakeProfitAndLoss(const ReportOrder& order, Report& report) {
   const std::string_view word = ColumnsWord(order);
   const ReportGrouping grouping(word, order.scope, order.company);
   if (!grouping.IsKnown()) return Refuse(word, "SummarizeColumnsBy", report);
-  ColumnTitles columns = grouping.Expected();
+  ColumnTitles columns;
+  if (grouping.IsTotal() || WantsAllColumns(order)) columns = grouping.Expected();
   AccountRows sums;
   ForEachInScope(order.scope, order.scope.period, order.company, [&](const LedgerPosting& posting) {
     if (!IsOfProfitAndLoss(*posting.account)) return;

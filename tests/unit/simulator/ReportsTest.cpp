@@ -360,6 +360,172 @@ TEST(BalanceSummary, AgreesWithTheLists) {
   EXPECT_EQ(vendors.Cell("Mill"), books.Balance("Vendor", "Mill"));
 }
 
+// What was sold, from the lines of the transactions themselves.
+Decimal SoldOf(Books& books, const std::string& item) {
+  Decimal sum;
+  const std::pair<std::string, int> kinds[] = {
+      {"Invoice", 1}, {"SalesReceipt", 1}, {"CreditMemo", -1}};
+  for (const auto& [kind, side] : kinds) {
+    const QbxmlResponse all = books.Query(kind, "<IncludeLineItems>true</IncludeLineItems>");
+    for (std::size_t i = 0; i < all.Count(); ++i) {
+      for (int line = 0; line < 3; ++line) {
+        const std::string at = kind + "LineRet[" + std::to_string(line) + "]/";
+        if (all.Text(at + "ItemRef/FullName", i) != item) continue;
+        const Decimal amount = Decimal::Of(all.Text(at + "Amount", i));
+        sum += side < 0 ? amount.Negated() : amount;
+      }
+    }
+  }
+  return sum;
+}
+
+TEST(SalesByItem, ComesToTheLinesOfAllSales) {
+  BusyBooks books;
+
+  const ReportTable report = Summary(books, "SalesByItemSummary", kAlways);
+
+  ASSERT_EQ(report.Code(), "0") << report.Message();
+  EXPECT_EQ(report.Columns(), "|Qty|Amount|% of Sales|Avg Price|");
+  EXPECT_EQ(report.Cell("Hammer", 2), "15");
+  EXPECT_EQ(report.Cell("Hammer", 3), SoldOf(books, "Hammer").ToString(2));
+  EXPECT_EQ(report.Cell("Repair", 3), SoldOf(books, "Repair").ToString(2));
+  EXPECT_EQ(report.Cell("Hammer", 5), "12.50");
+  EXPECT_EQ(report.Cell("TOTAL", 3), "347.50");
+  EXPECT_EQ(report.Cell("TOTAL", 4), "100.00");
+}
+
+TEST(SalesByCustomer, LeavesTheTaxOut) {
+  BusyBooks books;
+
+  const ReportTable report = Summary(books, "SalesByCustomerSummary",
+                                     kAlways + "<SummarizeColumnsBy>Year</SummarizeColumnsBy>" +
+                                         "<ReturnColumns>NonZero</ReturnColumns>");
+
+  ASSERT_EQ(report.Code(), "0") << report.Message();
+  EXPECT_EQ(report.Columns(), "|Jan - Dec 09|Jan - Dec 10|TOTAL|");
+  EXPECT_EQ(report.Lines(),
+            "Data Abbott 50.00 52.50 102.50\n"
+            "Data Abbott:Barn 0.00 125.00 125.00\n"
+            "Data Zeller 0.00 120.00 120.00\n"
+            "Total TOTAL 50.00 297.50 347.50\n");
+}
+
+TEST(CustomSummary, GroupsRowsAndColumnsByChoice) {
+  BusyBooks books;
+
+  const ReportTable report = Report(books, "CustomSummary", "CustomSummary",
+                                    kAlways +
+                                        "<ReportAccountFilter><FullName>Sales</FullName>"
+                                        "</ReportAccountFilter>"
+                                        "<SummarizeColumnsBy>ItemDetail</SummarizeColumnsBy>"
+                                        "<SummarizeRowsBy>Customer</SummarizeRowsBy>");
+
+  EXPECT_EQ(report.Columns(), "|Hammer|Repair|TOTAL|");
+  EXPECT_EQ(report.Cell("Abbott", 2), "-62.50");
+  EXPECT_EQ(report.Cell("Zeller", 3), "-120.00");
+  EXPECT_EQ(report.Cell("TOTAL", 4), "-347.50");
+}
+
+TEST(Stock, IsThatOfTheItems) {
+  BusyBooks books;
+  books.Add("PurchaseOrder",
+            kMill + Books::Leaf("PurchaseOrderLineAdd",
+                                Books::Ref("ItemRef", "Hammer") + "<Quantity>5</Quantity>"));
+
+  const ReportTable status = Summary(books, "InventoryStockStatusByItem");
+  const ReportTable value = Summary(books, "InventoryValuationSummary");
+
+  EXPECT_EQ(status.Cell("Hammer", 4), books.Find("ItemInventory", "Hammer").Text("QuantityOnHand"));
+  EXPECT_EQ(status.Cell("Hammer", 7), "5");
+  // 20 hammers were written into the file, 30 were bought and 15 sold in all, at 7.00.
+  EXPECT_EQ(value.Cell("Hammer", 3), "35");
+  EXPECT_EQ(value.Cell("Hammer", 5), "245.00");
+  EXPECT_EQ(Summary(books, "InventoryValuationSummary", Between("2001-01-01", "2001-12-31")).Code(),
+            "3250");
+}
+
+TEST(OpenInvoices, ShowWhatIsLeftOfThem) {
+  BusyBooks books;
+
+  const ReportTable report =
+      Report(books, "GeneralDetail", "OpenInvoices", Between("2010-01-01", "2010-03-20"));
+
+  EXPECT_EQ(report.Columns(), "|Type|Date|Num|Terms|Due Date|Aging|Open Balance|");
+  EXPECT_EQ(report.Cell("Total Abbott", 8), "52.50");
+  EXPECT_THAT(report.Lines(), HasSubstr("Data Invoice 2010-01-10 2 Net 30 2010-02-09 39 25.00\n"));
+}
+
+TEST(UnpaidBills, ComeToTheBalancesOfVendors) {
+  BusyBooks books;
+
+  const ReportTable report = Report(books, "GeneralDetail", "UnpaidBillsDetail", kAlways);
+
+  EXPECT_EQ(report.Cell("Total Mill", 7), books.Balance("Vendor", "Mill"));
+}
+
+TEST(TransactionList, HasALineForEachTransaction) {
+  BusyBooks books;
+
+  const ReportTable report =
+      Report(books, "GeneralDetail", "TxnListByDate", Between("2010-03-01", "2010-03-31"));
+
+  EXPECT_EQ(report.Columns(), "|Type|Date|Num|Name|Memo|Account|Split|Amount|");
+  EXPECT_EQ(report.Lines(),
+            "Data SalesReceipt 2010-03-05 1 Zeller Checking Sales 120.00\n"
+            "Data CreditMemo 2010-03-08 1 Abbott Receivables -SPLIT- -12.50\n"
+            "Data ReceivePayment 2010-03-15 Abbott Receivables Checking -50.00\n"
+            "Total TOTAL 57.50\n");
+}
+
+TEST(GeneralLedger, BringsBalancesForward) {
+  BusyBooks books;
+
+  const ReportTable report =
+      Report(books, "GeneralDetail", "GeneralLedger", Between("2010-03-01", "2010-03-31"));
+
+  EXPECT_EQ(report.Cell("Sales", 9), "-190.00");
+  EXPECT_EQ(report.Cell("Total Sales", 8), "-107.50");
+  EXPECT_EQ(report.Cell("Total Sales", 9), "-297.50");
+  EXPECT_EQ(report.Cell("Total Checking", 9), "170.00");
+  EXPECT_EQ(report.Cell("TOTAL", 8), "0.00");
+}
+
+TEST(ProfitAndLossDetail, AgreesWithTheSummary) {
+  BusyBooks books;
+
+  const ReportTable detail = Report(books, "GeneralDetail", "ProfitAndLossDetail", kAlways);
+  const ReportTable summary = Summary(books, "ProfitAndLossStandard", kAlways);
+
+  for (const std::string account : {"Sales", "Goods", "Supplies", "Uncategorized Income"}) {
+    EXPECT_EQ(detail.Cell("Total " + account, 8), summary.Cell(account)) << account;
+  }
+}
+
+TEST(CustomDetail, HasTheColumnsThatWereChosen) {
+  BusyBooks books;
+  const std::string columns =
+      "<IncludeColumn>TxnType</IncludeColumn><IncludeColumn>Item</IncludeColumn>"
+      "<IncludeColumn>Debit</IncludeColumn><IncludeColumn>Credit</IncludeColumn>";
+  const std::string sales = "<ReportAccountFilter><FullName>Sales</FullName></ReportAccountFilter>";
+
+  const ReportTable report =
+      Report(books, "CustomDetail", "CustomTxnDetail",
+             kAlways + sales + "<SummarizeRowsBy>Customer</SummarizeRowsBy>" + columns);
+  const ReportTable all =
+      Report(books, "CustomDetail", "CustomTxnDetail",
+             kAlways + "<SummarizeRowsBy>TotalOnly</SummarizeRowsBy>" + columns);
+
+  EXPECT_EQ(report.Columns(), "|Type|Item|Debit|Credit|");
+  EXPECT_EQ(report.Cell("Total Abbott", 4), "12.50");
+  EXPECT_EQ(report.Cell("Total Abbott", 5), "115.00");
+  EXPECT_EQ(all.Cell("TOTAL", 4), all.Cell("TOTAL", 5));
+  EXPECT_EQ(Report(books, "CustomDetail", "CustomTxnDetail",
+                   "<SummarizeRowsBy>TotalOnly</SummarizeRowsBy>"
+                   "<IncludeColumn>WageBase</IncludeColumn>")
+                .Code(),
+            "3250");
+}
+
 TEST(Reports, CountABalanceWrittenByHandFromTheBeginning) {
   Books books(R"(<Company name="By Hand">
     <Account><Name>Checking</Name><AccountType>Bank</AccountType><Balance>80.00</Balance></Account>
