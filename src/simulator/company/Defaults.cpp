@@ -40,7 +40,7 @@ bool IsWanted(const Element& object, const Field& field, std::span<const Field> 
 
 Target SourceOf(const Element& object, const Field& field, const Company& company) {
   const Element* reference = object.Child(field.source.reference);
-  return reference ? FindById(company, AllKinds(), reference->ChildText("ListID")) : Target();
+  return reference ? FindReferred(company, *reference) : Target();
 }
 
 void FillFromSource(Element& object, const Field& field, const Company& company) {
@@ -109,8 +109,7 @@ void FillInDueDate(const Kind& kind, Element& object, const Company& company) {
   constexpr int kMostDays = 3650;
   if (!kind.Has("DueDate") || object.Child("DueDate")) return;
   const Element* reference = object.Child("TermsRef");
-  const Target terms =
-      reference ? FindById(company, AllKinds(), reference->ChildText("ListID")) : Target();
+  const Target terms = reference ? FindReferred(company, *reference) : Target();
   const auto date = ParseDate(object.ChildText("TxnDate"));
   if (!date) return;
   int days = 0;

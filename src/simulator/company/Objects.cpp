@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "simulator/kinds/Meanings.h"
+
 namespace ostrel::simulator {
 namespace {
 
@@ -70,6 +72,11 @@ Target FindById(const Company& company, const KindList& kinds, std::string_view 
     if (const Element* object = company.List(*kind).Find(id)) return {kind, object};
   }
   return {};
+}
+
+Target FindReferred(const Company& company, const Element& reference) {
+  const KindList& kinds = KindsNamed(KindsReferredBy(reference.name));
+  return FindById(company, kinds, reference.ChildText("ListID"));
 }
 
 Target FindByName(const Company& company, const KindList& kinds, std::string_view fullName) {

@@ -47,6 +47,8 @@ struct Target {
 Target FindTarget(const Company& company, std::string_view kinds, const Element& reference);
 /// Any object that has the ID.
 Target FindById(const Company& company, const KindList& kinds, std::string_view id);
+/// The object that a reference of an object leads to, by its name and ListID.
+Target FindReferred(const Company& company, const Element& reference);
 Target FindByName(const Company& company, const KindList& kinds, std::string_view fullName);
 /// A reference to the target, by ListID and FullName.
 Element ReferenceTo(std::string_view name, const Target& target);

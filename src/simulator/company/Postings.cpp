@@ -150,8 +150,7 @@ Place PlaceOf(const Element& element, const Posting& posting, const Draft& draft
     if (const std::string* id = element.Find(posting.recorded)) return {&Accounts(), *id};
   }
   const auto find = [&](const Element* reference) {
-    return reference ? FindById(draft.Before(), AllKinds(), reference->ChildText("ListID"))
-                     : Target();
+    return reference ? FindReferred(draft.Before(), *reference) : Target();
   };
   Target target = find(element.Child(posting.reference));
   if (!target) return {};

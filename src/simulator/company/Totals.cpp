@@ -69,7 +69,7 @@ Decimal ComputeLine(Element& line, std::span<const Field> fields, Decimal before
 bool IsTaxable(const Element& object, std::string_view reference, const Company& company) {
   const Element* code = object.Child(reference);
   if (!code) return false;
-  const Target target = FindById(company, AllKinds(), code->ChildText("ListID"));
+  const Target target = FindReferred(company, *code);
   return target && IsTrue(target.object->ChildText("IsTaxable"));
 }
 

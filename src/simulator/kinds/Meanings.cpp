@@ -241,14 +241,13 @@ const SourceRow* SourceOf(std::string_view owner, std::string_view field) {
   return FindRow(kOfOthers, owner, field);
 }
 
-std::string_view KindsThatItNames(std::string_view kind, std::string_view reference) {
-  if (reference == "ParentRef") return kind;
+}  // namespace
+
+std::string_view KindsReferredBy(std::string_view reference) {
   const auto found = std::ranges::find_if(
       kReferences, [&](const Reference& row) { return reference.ends_with(row.ending); });
   return found == std::end(kReferences) ? std::string_view() : found->refers;
 }
-
-}  // namespace
 
 std::string_view BaseName(std::string_view name) {
   for (const std::string_view ending : {"Ret", "Add", "Mod"}) {
@@ -264,7 +263,8 @@ void GiveMeaning(std::string_view kind, std::string_view owner, Field& field) {
   const std::string_view name = !field.name.empty()    ? field.name
                                 : !field.inAdd.empty() ? field.inAdd
                                                        : field.inMod;
-  if (field.type == FieldType::kReference) field.refers = KindsThatItNames(kind, name);
+  if (field.type == FieldType::kReference)
+    field.refers = name == "ParentRef" ? kind : KindsReferredBy(name);
   if (const AccountRow* row = FindRow(kAccounts, base, name)) {
     field.accountTypes = row->types;
     field.otherwise = row->otherwise;
