@@ -89,8 +89,9 @@ Decimal QuantityOf(const Element& transaction, const Element& line) {
     if (const Element* quantity = line.Child(field)) return Decimal::Of(quantity->text);
   }
   if (&line == &transaction) return Decimal::Of(line.ChildText("QuantityToBuild"));
-  return Decimal::Of(line.ChildText("QuantityNeeded")) *
-         Decimal::Of(transaction.ChildText("QuantityToBuild"));
+  const Element* needed = line.Child("QuantityNeeded");
+  if (!needed) return {};
+  return Decimal::Of(needed->text) * Decimal::Of(transaction.ChildText("QuantityToBuild"));
 }
 
 Decimal OpenQuantityOf(const Element& transaction, const Element& line) {
