@@ -224,7 +224,7 @@ def filters_of(query):
 
 def queries():
     """Those of lists and transactions that are carried out; others are told of where they belong."""
-    found = (name for name in carried_out() if name.endswith("QueryRq"))
+    found = (name for name in carried_out() if re.search("(?<!Report)QueryRq$", name))
     return {name for name in found if filters_of(name) & {"ListID", "TxnID"}}
 
 
@@ -257,6 +257,14 @@ def test_every_word_of_a_filter_is_named():
 
     assert {"StartsWith", "LastFiscalYear", "PaidOnly", "MetaDataOnly", "Continue"} <= words
     assert sorted(word for word in words if not re.search(rf"\b{word}\b", DOCUMENT)) == []
+
+
+def test_every_report_is_named():
+    source = (ROOT / "src" / "simulator" / "messages" / "Reports.cpp").read_text()
+    made = set(re.findall(r'^ *\{"(\w+)", "', source, re.M))
+
+    assert {"ProfitAndLossStandard", "CustomTxnDetail"} <= made
+    assert sorted(name for name in made if f"`{name}`" not in section("Reports")) == []
 
 
 def section(title):
