@@ -9,15 +9,17 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::string kAbbott = Books::Ref("CustomerRef", "Abbott");
-const std::string kMill = Books::Ref("VendorRef", "Mill");
+const std::string kToAbbott = Books::Ref("CustomerRef", "Abbott");
+const std::string kFromMill = Books::Ref("VendorRef", "Mill");
 
 std::string Sold(const std::string& kind, const std::string& item, const std::string& quantity) {
   return Books::Leaf(kind + "LineAdd",
                      Books::Ref("ItemRef", item) + Books::Leaf("Quantity", quantity));
 }
 
-std::string Linked(const QbxmlResponse& to) { return Books::Leaf("LinkToTxnID", to.Text("TxnID")); }
+std::string LinkedTo(const QbxmlResponse& to) {
+  return Books::Leaf("LinkToTxnID", to.Text("TxnID"));
+}
 
 QbxmlResponse Again(Books& books, const std::string& kind, const QbxmlResponse& known) {
   return books.Query(kind, Books::Leaf("TxnID", known.Text("TxnID")) +
@@ -32,13 +34,14 @@ std::string Hammers(Books& books) {
 
 TEST(SalesOrder, IsInvoicedInParts) {
   Books books;
-  const QbxmlResponse order = books.Add("SalesOrder", kAbbott + Sold("SalesOrder", "Hammer", "5"));
+  const QbxmlResponse order =
+      books.Add("SalesOrder", kToAbbott + Sold("SalesOrder", "Hammer", "5"));
   EXPECT_EQ(books.Find("ItemInventory", "Hammer").Text("QuantityOnSalesOrder"), "5");
   EXPECT_EQ(Hammers(books), "20");
 
   const QbxmlResponse part = books.Add(
       "Invoice",
-      kAbbott +
+      kToAbbott +
           Books::Leaf("InvoiceLineAdd",
                       "<Quantity>2</Quantity>" +
                           Books::Leaf("LinkToTxn",
@@ -56,7 +59,7 @@ TEST(SalesOrder, IsInvoicedInParts) {
   EXPECT_EQ(now.Text("LinkedTxn/TxnID"), part.Text("TxnID"));
   EXPECT_EQ(books.Find("ItemInventory", "Hammer").Text("QuantityOnSalesOrder"), "3");
 
-  const QbxmlResponse rest = books.Add("Invoice", kAbbott + Linked(order));
+  const QbxmlResponse rest = books.Add("Invoice", kToAbbott + LinkedTo(order));
 
   EXPECT_EQ(rest.Text("InvoiceLineRet/Quantity"), "3");
   now = Again(books, "SalesOrder", order);
@@ -75,8 +78,9 @@ TEST(SalesOrder, IsInvoicedInParts) {
 
 TEST(SalesOrder, IsNotShownWithItsLinksUnlessAskedFor) {
   Books books;
-  const QbxmlResponse order = books.Add("SalesOrder", kAbbott + Sold("SalesOrder", "Hammer", "5"));
-  books.Add("Invoice", kAbbott + Linked(order));
+  const QbxmlResponse order =
+      books.Add("SalesOrder", kToAbbott + Sold("SalesOrder", "Hammer", "5"));
+  books.Add("Invoice", kToAbbott + LinkedTo(order));
 
   EXPECT_FALSE(
       books.Query("SalesOrder", Books::Leaf("TxnID", order.Text("TxnID"))).Has("LinkedTxn"));
@@ -85,9 +89,9 @@ TEST(SalesOrder, IsNotShownWithItsLinksUnlessAskedFor) {
 
 TEST(Estimate, BecomesAnInvoice) {
   Books books;
-  const QbxmlResponse estimate = books.Add("Estimate", kAbbott + Sold("Estimate", "Hammer", "2"));
+  const QbxmlResponse estimate = books.Add("Estimate", kToAbbott + Sold("Estimate", "Hammer", "2"));
 
-  const QbxmlResponse invoice = books.Add("Invoice", kAbbott + Linked(estimate));
+  const QbxmlResponse invoice = books.Add("Invoice", kToAbbott + LinkedTo(estimate));
 
   EXPECT_EQ(invoice.Text("Subtotal"), "25.00");
   EXPECT_EQ(invoice.Text("LinkedTxn/TxnType"), "Estimate");
@@ -97,17 +101,17 @@ TEST(Estimate, BecomesAnInvoice) {
 TEST(Links, ToWhatIsNotThereAreRefused) {
   Books books;
 
-  EXPECT_EQ(books.Add("Invoice", kAbbott + "<LinkToTxnID>77-1</LinkToTxnID>").Code(), "3120");
+  EXPECT_EQ(books.Add("Invoice", kToAbbott + "<LinkToTxnID>77-1</LinkToTxnID>").Code(), "3120");
   EXPECT_EQ(books.Query("Invoice").Code(), "1");
 }
 
 TEST(PurchaseOrder, IsReceivedThenBilled) {
   Books books;
   const QbxmlResponse order =
-      books.Add("PurchaseOrder", kMill + Sold("PurchaseOrder", "Hammer", "10"));
+      books.Add("PurchaseOrder", kFromMill + Sold("PurchaseOrder", "Hammer", "10"));
   EXPECT_EQ(books.Find("ItemInventory", "Hammer").Text("QuantityOnOrder"), "10");
 
-  const QbxmlResponse receipt = books.Add("ItemReceipt", kMill + Linked(order));
+  const QbxmlResponse receipt = books.Add("ItemReceipt", kFromMill + LinkedTo(order));
 
   EXPECT_EQ(receipt.Text("TotalAmount"), "70.00") << receipt.Message();
   EXPECT_EQ(Hammers(books), "30");
@@ -115,7 +119,7 @@ TEST(PurchaseOrder, IsReceivedThenBilled) {
   EXPECT_EQ(Again(books, "PurchaseOrder", order).Text("IsFullyReceived"), "true");
   EXPECT_EQ(books.Balance("Account", "Stock"), "70.00");
 
-  const QbxmlResponse bill = books.Add("Bill", kMill + Linked(receipt));
+  const QbxmlResponse bill = books.Add("Bill", kFromMill + LinkedTo(receipt));
 
   EXPECT_EQ(bill.Text("AmountDue"), "70.00") << bill.Message();
   EXPECT_EQ(books.Query("ItemReceipt").Code(), "1");
@@ -142,7 +146,7 @@ std::string ByCheck(const std::string& applied) {
 
 TEST(BillPaymentCheck, PaysABill) {
   Books books;
-  const QbxmlResponse bill = books.Add("Bill", kMill + Expense("30.00"));
+  const QbxmlResponse bill = books.Add("Bill", kFromMill + Expense("30.00"));
 
   const QbxmlResponse check =
       books.Add("BillPaymentCheck", ByCheck(Pays(bill, "<PaymentAmount>20.00</PaymentAmount>")));
@@ -163,8 +167,8 @@ TEST(BillPaymentCheck, PaysABill) {
 
 TEST(BillPaymentCheck, TakesACreditAndADiscount) {
   Books books;
-  const QbxmlResponse bill = books.Add("Bill", kMill + Expense("30.00"));
-  const QbxmlResponse credit = books.Add("VendorCredit", kMill + Expense("8.00"));
+  const QbxmlResponse bill = books.Add("Bill", kFromMill + Expense("30.00"));
+  const QbxmlResponse credit = books.Add("VendorCredit", kFromMill + Expense("8.00"));
 
   const QbxmlResponse check = books.Add(
       "BillPaymentCheck", ByCheck(Pays(bill, "<PaymentAmount>20.00</PaymentAmount><SetCredit>" +
@@ -189,10 +193,11 @@ TEST(BillPaymentCheck, TakesACreditAndADiscount) {
 
 TEST(Invoice, TakesACreditMemo) {
   Books books;
-  const QbxmlResponse credit = books.Add("CreditMemo", kAbbott + Sold("CreditMemo", "Hammer", "1"));
+  const QbxmlResponse credit =
+      books.Add("CreditMemo", kToAbbott + Sold("CreditMemo", "Hammer", "1"));
 
   const QbxmlResponse invoice = books.Add(
-      "Invoice", kAbbott + "<SetCredit>" + Books::Leaf("CreditTxnID", credit.Text("TxnID")) +
+      "Invoice", kToAbbott + "<SetCredit>" + Books::Leaf("CreditTxnID", credit.Text("TxnID")) +
                      "<AppliedAmount>12.50</AppliedAmount></SetCredit>" +
                      Sold("Invoice", "Hammer", "2"));
 
@@ -202,7 +207,7 @@ TEST(Invoice, TakesACreditMemo) {
   EXPECT_EQ(books.Balance("Customer", "Abbott"), "12.50");
 
   const QbxmlResponse again = books.Add(
-      "Invoice", kAbbott + "<SetCredit>" + Books::Leaf("CreditTxnID", credit.Text("TxnID")) +
+      "Invoice", kToAbbott + "<SetCredit>" + Books::Leaf("CreditTxnID", credit.Text("TxnID")) +
                      "<AppliedAmount>1.00</AppliedAmount></SetCredit>" +
                      Sold("Invoice", "Hammer", "2"));
   EXPECT_EQ(again.Code(), "3210");
@@ -215,9 +220,9 @@ TEST(Invoice, CostsWhatItsGoodsHaveCost) {
 
   EXPECT_EQ(books.Balance("Account", "Goods"), "14.00");
   EXPECT_EQ(books.Balance("Account", "Stock"), "-14.00");
-  books.Add("Bill", kMill + Books::Leaf("ItemLineAdd", Books::Ref("ItemRef", "Hammer") +
-                                                           "<Quantity>2</Quantity>"
-                                                           "<Cost>17.00</Cost>"));
+  books.Add("Bill", kFromMill + Books::Leaf("ItemLineAdd", Books::Ref("ItemRef", "Hammer") +
+                                                               "<Quantity>2</Quantity>"
+                                                               "<Cost>17.00</Cost>"));
   EXPECT_EQ(books.Find("ItemInventory", "Hammer").Text("AverageCost"), "8.00");
   books.Delete("Txn", "Invoice", invoice.Text("TxnID"));
   EXPECT_EQ(books.Balance("Account", "Goods"), "0.00");
@@ -227,8 +232,8 @@ TEST(Invoice, PostsItsSalesTax) {
   Books books;
 
   const QbxmlResponse invoice =
-      books.Add("Invoice",
-                kAbbott + Books::Ref("ItemSalesTaxRef", "County") + Sold("Invoice", "Hammer", "2"));
+      books.Add("Invoice", kToAbbott + Books::Ref("ItemSalesTaxRef", "County") +
+                               Sold("Invoice", "Hammer", "2"));
 
   EXPECT_EQ(invoice.Text("SalesTaxTotal"), "2.00");
   EXPECT_EQ(books.Balance("Account", "Sales Tax Payable"), "2.00");
@@ -250,8 +255,8 @@ TEST(Invoice, HoldsTheLinesOfAnItemGroup) {
           Books::Leaf("ItemGroupLine", Books::Ref("ItemRef", "Repair")));
 
   const QbxmlResponse invoice = books.Add(
-      "Invoice", kAbbott + Books::Leaf("InvoiceLineGroupAdd", Books::Ref("ItemGroupRef", "Pair") +
-                                                                  "<Quantity>2</Quantity>"));
+      "Invoice", kToAbbott + Books::Leaf("InvoiceLineGroupAdd", Books::Ref("ItemGroupRef", "Pair") +
+                                                                    "<Quantity>2</Quantity>"));
 
   EXPECT_EQ(invoice.Text("InvoiceLineGroupRet/TotalAmount"), "130.00") << invoice.Message();
   EXPECT_EQ(invoice.Text("InvoiceLineGroupRet/Desc"), "Two of each");
@@ -266,7 +271,7 @@ TEST(Deposit, TakesAPaymentOutOfUndepositedFunds) {
   books.Add("Account",
             "<Name>Undeposited Funds</Name><AccountType>OtherCurrentAsset</AccountType>");
   const QbxmlResponse payment = books.Add(
-      "ReceivePayment", kAbbott + "<TotalAmount>9.00</TotalAmount><IsAutoApply>1</IsAutoApply>");
+      "ReceivePayment", kToAbbott + "<TotalAmount>9.00</TotalAmount><IsAutoApply>1</IsAutoApply>");
   EXPECT_EQ(payment.Text("DepositToAccountRef/FullName"), "Undeposited Funds");
   const std::string deposit =
       Books::Ref("DepositToAccountRef", "Checking") +
@@ -301,11 +306,12 @@ TEST(Transfer, MovesMoney) {
 
 TEST(ARRefund, GivesACreditBack) {
   Books books;
-  const QbxmlResponse credit = books.Add("CreditMemo", kAbbott + Sold("CreditMemo", "Hammer", "1"));
+  const QbxmlResponse credit =
+      books.Add("CreditMemo", kToAbbott + Sold("CreditMemo", "Hammer", "1"));
 
   const QbxmlResponse refund = books.Add(
       "ARRefundCreditCard",
-      kAbbott + Books::Ref("RefundFromAccountRef", "Card") +
+      kToAbbott + Books::Ref("RefundFromAccountRef", "Card") +
           Books::Leaf("RefundAppliedToTxnAdd", Books::Leaf("TxnID", credit.Text("TxnID")) +
                                                    "<RefundAmount>12.50</RefundAmount>"));
 
@@ -402,7 +408,7 @@ TEST(Bill, LosesTheLinesThatAreCleared) {
   Books books;
   const QbxmlResponse bill = books.Add(
       "Bill",
-      kMill + Expense("3.00") +
+      kFromMill + Expense("3.00") +
           Books::Leaf("ItemLineAdd", Books::Ref("ItemRef", "Hammer") + "<Quantity>1</Quantity>"));
 
   const QbxmlResponse changed =
@@ -428,7 +434,7 @@ TEST(Invoice, ShowsItsAddressAsItIsPrinted) {
   Books books;
 
   const QbxmlResponse invoice =
-      books.Add("Invoice", kAbbott +
+      books.Add("Invoice", kToAbbott +
                                "<BillAddress><Addr1>J. Abbott</Addr1><Addr2>1 Main</Addr2>"
                                "<City>Napa</City><State>CA</State><PostalCode>94559</PostalCode>"
                                "</BillAddress>" +

@@ -100,7 +100,7 @@ std::string Between(const std::string& from, const std::string& to) {
 }
 
 const std::string kAlways = Between("2000-01-01", "2029-12-31");
-const std::string kAbbott = Books::Ref("CustomerRef", "Abbott");
+const std::string kReportsCustomer = Books::Ref("CustomerRef", "Abbott");
 const std::string kMill = Books::Ref("VendorRef", "Mill");
 
 std::string On(const std::string& date) { return Books::Leaf("TxnDate", date); }
@@ -113,9 +113,9 @@ class BusyBooks : public Books {
     Did(Add("Customer", "<Name>Old Debt</Name><OpenBalance>75.00</OpenBalance>"));
     Did(Add("Bill", kMill + On("2009-12-01") +
                         Leaf("ItemLineAdd", Ref("ItemRef", "Hammer") + "<Quantity>30</Quantity>")));
-    Did(Add("Invoice", kAbbott + On("2009-12-15") + InvoiceLine("Hammer", "4")));
+    Did(Add("Invoice", kReportsCustomer + On("2009-12-15") + InvoiceLine("Hammer", "4")));
     const QbxmlResponse january =
-        Did(Add("Invoice", kAbbott + On("2010-01-10") + InvoiceLine("Hammer", "2") +
+        Did(Add("Invoice", kReportsCustomer + On("2010-01-10") + InvoiceLine("Hammer", "2") +
                                InvoiceLine("Repair", "1")));
     Did(Add("Invoice", Ref("CustomerRef", "Abbott:Barn") + On("2010-02-20") +
                            Ref("ItemSalesTaxRef", "County") + InvoiceLine("Hammer", "10")));
@@ -124,10 +124,10 @@ class BusyBooks : public Books {
                 Ref("DepositToAccountRef", "Checking") +
                 Leaf("SalesReceiptLineAdd", Ref("ItemRef", "Repair") + "<Quantity>3</Quantity>")));
     Did(Add("CreditMemo",
-            kAbbott + On("2010-03-08") +
+            kReportsCustomer + On("2010-03-08") +
                 Leaf("CreditMemoLineAdd", Ref("ItemRef", "Hammer") + "<Quantity>1</Quantity>")));
     Did(Add("ReceivePayment",
-            kAbbott + On("2010-03-15") + "<TotalAmount>50.00</TotalAmount>" +
+            kReportsCustomer + On("2010-03-15") + "<TotalAmount>50.00</TotalAmount>" +
                 Leaf("AppliedToTxnAdd", Leaf("TxnID", january.Text("TxnID")) +
                                             "<PaymentAmount>40.00</PaymentAmount>")));
     Did(Add("Bill",
