@@ -72,7 +72,9 @@ std::string Company::ToBytes() const {
   xml.Open(oRoot.name, oRoot.attributes);
   for (const Element& child : oRoot.children) xml.Write(child);
   for (const ObjectList& list : oLists) {
-    for (const auto& [key, object] : list.InOrder()) xml.Write(object);
+    for (const auto& [key, object] : list.InOrder()) {
+      if (!object.Find(kBuiltIn)) xml.Write(object);
+    }
   }
   xml.Close();
   return xml.Take();

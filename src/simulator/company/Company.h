@@ -16,6 +16,9 @@
 
 namespace ostrel::simulator {
 
+/// The attribute of an object that is there without standing in a file.
+inline constexpr std::string_view kBuiltIn = "builtIn";
+
 /// A change of one object. A message collects a set of these, which are carried out together or not
 /// at all.
 struct Change {
@@ -63,6 +66,8 @@ class Company {
   const Behaviour& Conducts() const { return oBehaviour; }
   /// Address, telephone and so on in the order of a CompanyRet; null when the file has none.
   const Element* Information() const { return oRoot.Child("CompanyInfo"); }
+  /// Groups of a PreferencesRet; null when the file has none.
+  const Element* Preferences() const { return oRoot.Child("Preferences"); }
 
   const ObjectList& List(const Kind& kind) const { return oLists[IndexOf(kind)]; }
   Numbers& NewNumbers() { return oNumbers; }

@@ -17,6 +17,7 @@
 #include "simulator/company/Objects.h"
 #include "simulator/company/Records.h"
 #include "simulator/company/References.h"
+#include "simulator/company/Templates.h"
 #include "simulator/company/Totals.h"
 #include "simulator/values/LongWork.h"
 #include "simulator/xml/XmlReader.h"
@@ -84,6 +85,7 @@ Obstacle Filler::Fill(std::vector<Element> objects) {
     }
   }
   if (!linked) LinkObjects();
+  AddTemplates(oCompany);
   return NumberRecords();
 }
 

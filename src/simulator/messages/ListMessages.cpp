@@ -61,6 +61,15 @@ bool IsBelowItself(const Company& company, const Kind& kind, const Element& obje
       below, [&](const Element* child) { return child->ChildText("ListID") == parentId; });
 }
 
+// A message gives the bar code in a group, an object has it alone.
+void KeepBarCode(const Kind& kind, const Element& given, Element& object) {
+  const Element* code = given.Child("BarCode");
+  if (!code || !kind.Has("BarCodeValue")) return;
+  object.Drop("BarCodeValue");
+  const std::string_view value = code->ChildText("BarCodeValue");
+  if (!value.empty()) object.Add("BarCodeValue", value);
+}
+
 Decimal TotalBalanceOf(const Element& object) {
   return Decimal::Of(object.ChildText("TotalBalance"));
 }
@@ -257,6 +266,7 @@ Response AddListObject(const Call& call) {
   Draft draft(company);
   FixOpening(kind, object, call.company.NewNumbers(), call.now, draft);
   NameAsHeld(object, kind.fields, Use::kAdd);
+  KeepBarCode(kind, call.element.children.front(), object);
   if (auto status = FindLack(kind, object)) return {*status};
   draft.Put(kind, object);
   PostOpening(kind, object, false, draft);
@@ -274,6 +284,7 @@ Response ModifyListObject(const Call& call) {
   Element object = *before;
   NameAsHeld(given, kind.fields, Use::kMod);
   Merge(object, given, kind.fields);
+  KeepBarCode(kind, call.element.children.front(), object);
   if (IsBelowItself(company, kind, object)) {
     return {CannotModify(Described(kind, *before), "An element cannot be its own parent.")};
   }

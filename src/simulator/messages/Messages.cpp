@@ -49,6 +49,16 @@ constexpr std::pair<std::string_view, Handler> kHandlers[] = {
     {"ListDeletedQueryRq", QueryDeletedListObjects},
     {"TxnDeletedQueryRq", QueryDeletedTransactions},
     {"ClearedStatusModRq", ModifyClearedStatus},
+    {"PreferencesQueryRq", QueryPreferences},
+    {"CompanyActivityQueryRq", QueryCompanyActivity},
+    {"SpecialAccountAddRq", AddSpecialAccount},
+    {"SpecialItemAddRq", AddSpecialItem},
+    {"AccountTaxLineInfoQueryRq", QueryTaxLines},
+    {"BarCodeQueryRq", QueryBarCodes},
+    {"ListDisplayAddRq", RefuseToShow},
+    {"ListDisplayModRq", RefuseToShow},
+    {"TxnDisplayAddRq", RefuseToShow},
+    {"TxnDisplayModRq", RefuseToShow},
     {"DataExtDefAddRq", AddCustomFieldDefinition},
     {"DataExtDefModRq", ModifyCustomFieldDefinition},
     {"DataExtDefDelRq", DeleteCustomFieldDefinition},
@@ -160,7 +170,8 @@ std::vector<const Message*> AllMessages() {
 
 Treatment TreatmentOf(const Message& message) {
   if (message.reply == FindNothing) return Treatment::kAnsweredEmpty;
-  return message.reply == Refuse ? Treatment::kRefused : Treatment::kCarriedOut;
+  const bool isRefused = message.reply == Refuse || message.reply == RefuseToShow;
+  return isRefused ? Treatment::kRefused : Treatment::kCarriedOut;
 }
 
 std::vector<AttributeRule> AttributesOf(const Message& message) {

@@ -45,6 +45,14 @@ Response MergeListObjects(const Call& call);
 Response QueryDeletedListObjects(const Call& call);
 Response QueryDeletedTransactions(const Call& call);
 Response ModifyClearedStatus(const Call& call);
+Response QueryPreferences(const Call& call);
+Response QueryCompanyActivity(const Call& call);
+Response AddSpecialAccount(const Call& call);
+Response AddSpecialItem(const Call& call);
+Response QueryTaxLines(const Call& call);
+Response QueryBarCodes(const Call& call);
+/// Of the messages that open a form on the screen.
+Response RefuseToShow(const Call& call);
 Response AddCustomFieldDefinition(const Call& call);
 Response ModifyCustomFieldDefinition(const Call& call);
 Response DeleteCustomFieldDefinition(const Call& call);

@@ -161,6 +161,10 @@ Status NotInReports(std::string_view value, std::string_view field) {
                     value, "\" in the field \"", field, "\". QuickBooks itself may."})};
 }
 
+Status NoWindow() {
+  return {3250, kError, "The stand-in for QuickBooks has no window, and cannot show a form."};
+}
+
 Status NotProcessed() { return {3231, kError, "The request has not been processed."}; }
 
 Status InvalidIterator(std::string_view id) {

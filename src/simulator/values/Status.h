@@ -50,6 +50,8 @@ Status NotProcessed();
 Status NotHere(std::string_view message);
 /// Of a report that QuickBooks makes and the stand-in does not, for what this field says.
 Status NotInReports(std::string_view value, std::string_view field);
+/// Of a message that shows a form to the user.
+Status NoWindow();
 Status InvalidIterator(std::string_view id);
 
 /// Raises RequestProcessorError with the HRESULT and QuickBooks' sentence for it.
