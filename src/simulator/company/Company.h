@@ -16,9 +16,6 @@
 
 namespace ostrel::simulator {
 
-/// The attribute of an object that is there without standing in a file.
-inline constexpr std::string_view kBuiltIn = "builtIn";
-
 /// A change of one object. A message collects a set of these, which are carried out together or not
 /// at all.
 struct Change {

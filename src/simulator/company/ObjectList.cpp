@@ -182,4 +182,10 @@ std::vector<const Element*> ObjectList::Below(std::string_view fullName) const {
   return found;
 }
 
+std::size_t CountOwn(const ObjectList& list) {
+  const auto count = std::ranges::count_if(
+      list.InOrder(), [](const auto& entry) { return !entry.second.Find(kBuiltIn); });
+  return static_cast<std::size_t>(count);
+}
+
 }  // namespace ostrel::simulator

@@ -22,6 +22,9 @@ namespace ostrel::simulator {
 /// parent directly.
 inline constexpr char16_t kLevelSeparator = 1;
 
+/// The attribute of an object that is there without standing in a file.
+inline constexpr std::string_view kBuiltIn = "builtIn";
+
 class ObjectList {
  public:
   struct Entry : Element {
@@ -89,6 +92,9 @@ class ObjectList {
   std::uint64_t lLastSerial = 0;
   std::uint32_t lHighestRefNumber = 0;
 };
+
+/// The objects of a list that its company's file holds.
+std::size_t CountOwn(const ObjectList& list);
 
 class ObjectList::Prepared {
  public:

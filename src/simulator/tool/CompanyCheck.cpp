@@ -225,7 +225,7 @@ void CheckTransactionsBalance(const Company& company, Problems& problems) {
 Text Summary(const Company& company) {
   std::string summary;
   for (const Kind* kind : AllKinds()) {
-    const std::size_t count = company.List(*kind).InOrder().size();
+    const std::size_t count = CountOwn(company.List(*kind));
     if (count == 0) continue;
     if (!summary.empty()) summary += ", ";
     summary += std::to_string(count) + ' ' + std::string(kind->name);

@@ -88,6 +88,7 @@ Text TableOf(const ObjectList& list) {
   std::vector<Cells> rows(1);
   for (const Column& column : columns) rows[0].push_back(FromAscii(column.title));
   for (const auto& [key, object] : list.InOrder()) {
+    if (object.Find(kBuiltIn)) continue;
     Cells& row = rows.emplace_back();
     for (const Column& column : columns) row.push_back(Cell(object, column));
   }
@@ -106,7 +107,7 @@ Text TableOf(const ObjectList& list) {
 Text CompanyTables(const Company& company, const KindList& kinds) {
   Text tables;
   for (const Kind* kind : kinds) {
-    if (company.List(*kind).InOrder().empty()) continue;
+    if (CountOwn(company.List(*kind)) == 0) continue;
     if (!tables.empty()) tables += u'\n';
     tables += TableOf(company.List(*kind));
   }
