@@ -152,7 +152,9 @@ def test_no_with_none_open_tells_of_an_empty_file(without_file):
     without_file.choose(TEST)
     without_file.answer_message("No")
 
-    assert without_file.answer_message() == UNABLE_TO_START + "\r\nQB Database: "
+    assert without_file.answer_message() == (
+        UNABLE_TO_START + "\r\nQB Database: \r\n\r\n" + CURES[1046]
+    )
 
 
 def test_yes_chooses_a_file_first(without_file):
