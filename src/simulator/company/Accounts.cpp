@@ -21,7 +21,28 @@ constexpr AccountDescription kRows[] = {
     {SpecialAccount::kPayable, "AccountsPayable", "Accounts Payable", "AccountsPayable"},
 };
 
+constexpr std::string_view kChart[] = {"Bank",
+                                       "AccountsReceivable",
+                                       "OtherCurrentAsset",
+                                       "FixedAsset",
+                                       "OtherAsset",
+                                       "AccountsPayable",
+                                       "CreditCard",
+                                       "OtherCurrentLiability",
+                                       "LongTermLiability",
+                                       "Equity",
+                                       "Income",
+                                       "CostOfGoodsSold",
+                                       "Expense",
+                                       "OtherIncome",
+                                       "OtherExpense",
+                                       "NonPosting"};
+
 }  // namespace
+
+std::size_t PlaceInChart(std::string_view accountType) {
+  return static_cast<std::size_t>(std::ranges::find(kChart, accountType) - std::begin(kChart));
+}
 
 const AccountDescription& DescriptionOf(SpecialAccount account) {
   return *std::ranges::find(kRows, account, &AccountDescription::account);

@@ -106,26 +106,19 @@ constexpr Posting kCheckPostings[] = {
 constexpr Posting kCardCreditPostings[] = {
     Whole("AccountRef", 1), Amounts("ExpenseLineRet", "AccountRef", -1), Bought("ItemLineRet", -1),
     Stock("ItemLineRet", -1, Measure::kAmount)};
-constexpr Posting kBillCheckPostings[] = {
-    Whole("PayeeEntityRef", 1),
-    Whole("APAccountRef", 1),
-    Whole("BankAccountRef", -1),
-    {.measure = Measure::kDiscount, .reference = "PayeeEntityRef", .side = 1},
-    {.measure = Measure::kDiscount, .reference = "APAccountRef", .side = 1},
-    {.measure = Measure::kLineDiscount,
-     .line = "AppliedToTxnRet",
-     .reference = "DiscountAccountRef",
-     .side = -1}};
-constexpr Posting kBillCardPostings[] = {
-    Whole("PayeeEntityRef", 1),
-    Whole("APAccountRef", 1),
-    Whole("CreditCardAccountRef", -1),
-    {.measure = Measure::kDiscount, .reference = "PayeeEntityRef", .side = 1},
-    {.measure = Measure::kDiscount, .reference = "APAccountRef", .side = 1},
-    {.measure = Measure::kLineDiscount,
-     .line = "AppliedToTxnRet",
-     .reference = "DiscountAccountRef",
-     .side = -1}};
+constexpr std::array<Posting, 6> BillPaidFrom(std::string_view account) {
+  return {{Whole("PayeeEntityRef", 1),
+           Whole("APAccountRef", 1),
+           Whole(account, -1),
+           {.measure = Measure::kDiscount, .reference = "PayeeEntityRef", .side = 1},
+           {.measure = Measure::kDiscount, .reference = "APAccountRef", .side = 1},
+           {.measure = Measure::kLineDiscount,
+            .line = "AppliedToTxnRet",
+            .reference = "DiscountAccountRef",
+            .side = -1}}};
+}
+constexpr auto kBillCheckPostings = BillPaidFrom("BankAccountRef");
+constexpr auto kBillCardPostings = BillPaidFrom("CreditCardAccountRef");
 constexpr Posting kTaxCheckPostings[] = {
     Whole("BankAccountRef", -1),
     {.recorded = "taxAccount", .special = SpecialAccount::kSalesTaxPayable}};

@@ -7,6 +7,7 @@
 #include <charconv>
 #include <limits>
 
+#include "simulator/company/Accounts.h"
 #include "simulator/company/Objects.h"
 #include "simulator/messages/Filters.h"
 #include "simulator/messages/Messages.h"
@@ -160,26 +161,9 @@ void VisitCandidates(const ObjectList& list, const Filters& filters, Visit visit
 }
 
 // Accounts come in the order of the chart of accounts: by type, and within a type by name.
-constexpr std::string_view kChart[] = {"Bank",
-                                       "AccountsReceivable",
-                                       "OtherCurrentAsset",
-                                       "FixedAsset",
-                                       "OtherAsset",
-                                       "AccountsPayable",
-                                       "CreditCard",
-                                       "OtherCurrentLiability",
-                                       "LongTermLiability",
-                                       "Equity",
-                                       "Income",
-                                       "CostOfGoodsSold",
-                                       "Expense",
-                                       "OtherIncome",
-                                       "OtherExpense",
-                                       "NonPosting"};
-
 Found InChartOrder(Found found, std::size_t count) {
   std::ranges::stable_sort(found, {}, [](const Target& account) {
-    return std::ranges::find(kChart, account.object->ChildText("AccountType")) - std::begin(kChart);
+    return PlaceInChart(account.object->ChildText("AccountType"));
   });
   found.resize(std::min(found.size(), count));
   return found;

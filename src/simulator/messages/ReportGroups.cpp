@@ -3,28 +3,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "simulator/company/Accounts.h"
 #include "simulator/messages/ReportTable.h"
 #include "simulator/values/Periods.h"
 
 namespace ostrel::simulator {
 namespace {
-
-constexpr std::string_view kTypesInOrder[] = {"Bank",
-                                              "AccountsReceivable",
-                                              "OtherCurrentAsset",
-                                              "FixedAsset",
-                                              "OtherAsset",
-                                              "AccountsPayable",
-                                              "CreditCard",
-                                              "OtherCurrentLiability",
-                                              "LongTermLiability",
-                                              "Equity",
-                                              "Income",
-                                              "CostOfGoodsSold",
-                                              "Expense",
-                                              "OtherIncome",
-                                              "OtherExpense",
-                                              "NonPosting"};
 
 const Kind& AccountKind() {
   static const Kind& kind = *FindKind("Account");
@@ -74,8 +58,7 @@ constexpr std::string_view kLast = "\xff";
 }  // namespace
 
 std::string AccountKey(const Element& account) {
-  const auto type = std::ranges::find(kTypesInOrder, account.ChildText("AccountType"));
-  const auto place = static_cast<char>('A' + (type - std::begin(kTypesInOrder)));
+  const auto place = static_cast<char>('A' + PlaceInChart(account.ChildText("AccountType")));
   return place + Folded(FullNameOf(AccountKind(), account));
 }
 
