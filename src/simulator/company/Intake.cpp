@@ -118,8 +118,9 @@ std::optional<Status> TakeInBuild(Element& given, Draft& draft) {
     if (!item) continue;
     const Decimal needed = Decimal::Of(part.ChildText("Quantity"));
     const Decimal held = Decimal::Of(item.object->ChildText("QuantityOnHand"));
-    if (item.object->Child("PurchaseDesc"))
+    if (item.object->Child("PurchaseDesc")) {
       line.Add("Desc", item.object->ChildText("PurchaseDesc"));
+    }
     line.Add("QuantityOnHand", held.ToString(0));
     line.Add("QuantityNeeded", needed.ToString(0));
     isShort = isShort || (item.kind->Has("QuantityOnHand") && needed * count > held);

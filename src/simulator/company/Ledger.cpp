@@ -35,8 +35,8 @@ void VisitTransaction(const Company& company, const Kind& kind, const Element& t
   if (!period.Has(date)) return;
   ForEachEntry(kind, transaction, company, [&](const Entry& entry) {
     const Element* account = Accounts(company).Find(entry.account);
-    if (account)
-      visit({&kind, &transaction, entry.line, account, date, entry.amount, entry.measure});
+    if (!account) return;
+    visit({&kind, &transaction, entry.line, account, date, entry.amount, entry.measure});
   });
 }
 

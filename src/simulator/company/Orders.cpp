@@ -101,10 +101,9 @@ void Mark(Element& line, const Element& order, const Element& orderLine) {
 
 // A receipt of goods becomes the bill: it is no more, and the bill goes on with its orders.
 void Absorb(const Kind& kind, const Element& receipt, const Stamp& now, Draft& draft) {
-  const Element gone = receipt;
-  Reverse(kind, gone, draft);
-  TakeBackOrders(kind, gone, now, draft);
-  draft.Remove(kind, gone.ChildText("TxnID"));
+  Reverse(kind, receipt, draft);
+  TakeBackOrders(kind, receipt, now, draft);
+  draft.Remove(kind, receipt.ChildText("TxnID"));
 }
 
 class Taker {

@@ -137,7 +137,7 @@ class ContentReader {
   }
 
   Particle AsOne(Content& sequence) {
-    if (sequence.particles.size() == 1) return std::move(sequence.particles.front());
+    if (sequence.particles.size() == 1) return sequence.particles.front();
     Content& group = oDefinitions.oGroups.emplace_back(std::move(sequence));
     Conclude(group);
     return {.type = FieldType::kGroup, .content = &group};

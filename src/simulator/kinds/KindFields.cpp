@@ -97,15 +97,16 @@ class FieldsMaker {
 
  private:
   Field MakeOne(std::string_view owner, const Leaf* ret, const Leaf* add, const Leaf* mod) const {
-    const Leaf& first = ret ? *ret : add ? *add : *mod;
+    const Leaf* first = ret ? ret : add ? add : mod;
+    if (!first) return {};
     Field field{.name = ret ? ret->particle->name : "",
                 .inAdd = add ? add->particle->name : "",
                 .inMod = mod ? mod->particle->name : "",
-                .type = first.particle->type,
-                .isMany = first.isMany,
-                .either = first.either,
-                .mixed = first.mixed,
-                .since = first.particle->since};
+                .type = first->particle->type,
+                .isMany = first->isMany,
+                .either = first->either,
+                .mixed = first->mixed,
+                .since = first->particle->since};
     if (field.type == FieldType::kGroup) {
       field.children = Make(ContentOf(ret), ContentOf(add), ContentOf(mod));
       const bool hasId = FindField(field.children, "TxnLineID", Use::kRet) != nullptr;

@@ -263,8 +263,9 @@ void GiveMeaning(std::string_view kind, std::string_view owner, Field& field) {
   const std::string_view name = !field.name.empty()    ? field.name
                                 : !field.inAdd.empty() ? field.inAdd
                                                        : field.inMod;
-  if (field.type == FieldType::kReference)
+  if (field.type == FieldType::kReference) {
     field.refers = name == "ParentRef" ? kind : KindsReferredBy(name);
+  }
   if (const AccountRow* row = FindRow(kAccounts, base, name)) {
     field.accountTypes = row->types;
     field.otherwise = row->otherwise;

@@ -191,6 +191,7 @@ Response SaveValue(const Call& call, bool isNew) {
   Draft draft(call.company.Data());
   const ValueChange change = BeginChange(call, given, draft);
   if (change.refusal) return {*change.refusal};
+  if (!change.holder || !change.definition) return {NotFound(given.ChildText("DataExtName"))};
   Element* before = FindCustomValue(*change.holder, *change.definition);
   const std::string_view name = change.definition->ChildText("DataExtName");
   const bool isPublic = change.definition->ChildText("OwnerID") == kPublicOwner;
@@ -305,6 +306,7 @@ Response DeleteCustomField(const Call& call) {
   Draft draft(call.company.Data());
   const ValueChange change = BeginChange(call, given, draft);
   if (change.refusal) return {*change.refusal};
+  if (!change.holder || !change.definition) return {NotFound(given.ChildText("DataExtName"))};
   const Element* value = FindCustomValue(*change.holder, *change.definition);
   if (!value) return {NotFound(given.ChildText("DataExtName"))};
   RemoveValue(*change.holder, value);

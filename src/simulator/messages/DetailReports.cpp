@@ -182,8 +182,9 @@ class SplitFinder {
     if (posting.IsOpening()) return "";
     if (posting.source != pSource) Learn(posting);
     const std::string own(posting.account->ChildText("ListID"));
-    if (oAccounts.size() == 2)
+    if (oAccounts.size() == 2) {
       return NameOfAccount(*oAccounts.begin() == own ? *oAccounts.rbegin() : *oAccounts.begin());
+    }
     return posting.line && sHead != own ? NameOfAccount(sHead) : "-SPLIT-";
   }
 

@@ -340,8 +340,8 @@ void FilterByRefNumbers(const Element& filter, const Call& call, Filters& filter
   const bool isExact = filter.name == "RefNumberCaseSensitive";
   std::set<Text> numbers;
   for (const Element& child : call.element.children) {
-    if (child.name == filter.name)
-      numbers.insert(isExact ? FromUtf8(child.text) : Folded(child.text));
+    if (child.name != filter.name) continue;
+    numbers.insert(isExact ? FromUtf8(child.text) : Folded(child.text));
   }
   filters.all.emplace_back([numbers, isExact](const Candidate& candidate) {
     const std::string_view number = candidate.object.ChildText("RefNumber");

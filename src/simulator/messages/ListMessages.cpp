@@ -228,6 +228,7 @@ Response MergeListObjects(const Call& call) {
       return {*status};
     }
   }
+  if (!from || !into) return {NotFound(call.element.Child("MergeFrom")->ChildText("ListID"))};
   if (auto status = FindMergeObstacle(company, kind, *from, *into)) return {*status};
   const std::string intoId(into->ChildText("ListID"));
   XmlWriter xml(XmlForm::kResponse);

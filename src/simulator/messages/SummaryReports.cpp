@@ -32,8 +32,9 @@ bool IsExpense(const LedgerPosting& posting, const Company&) {
 // The amount of an item, and not its cost or the tax. A payment among the items is no sale.
 bool IsOfItem(const LedgerPosting& posting, const Company& company) {
   if (posting.line && posting.measure != Measure::kAmount) return false;
-  if (!posting.line && posting.account->ChildText("AccountType") == "AccountsReceivable")
+  if (!posting.line && posting.account->ChildText("AccountType") == "AccountsReceivable") {
     return false;
+  }
   const Target item = ItemOf(posting, company);
   return item && item.kind->name != "ItemPayment";
 }

@@ -84,8 +84,9 @@ std::optional<Status> ModifyLine(Lines& before, const Element& given, const Fiel
   }
   Element named = given;
   if (IsGroup(field.name)) {
-    if (NamesAnother(given.Child("ItemGroupRef"), line.Child("ItemGroupRef")))
+    if (NamesAnother(given.Child("ItemGroupRef"), line.Child("ItemGroupRef"))) {
       line.children.clear();
+    }
     if (auto status = ModifyLines(field.children, line, named, company)) return status;
   }
   NameAsHeld(named, field.children, Use::kMod);

@@ -59,13 +59,15 @@ std::string FieldsOfNew(const std::string& kind) {
     return Books::Ref("ItemInventoryAssemblyRef", "Kit") + "<QuantityToBuild>2</QuantityToBuild>";
   }
   if (kind == "TimeTracking") return Books::Ref("EntityRef", "Mill") + "<Duration>PT1H</Duration>";
-  if (kind == "VehicleMileage")
+  if (kind == "VehicleMileage") {
     return Books::Ref("VehicleRef", "Van") + "<TotalMiles>7</TotalMiles>";
+  }
   if (kind.starts_with("CreditCard")) return Books::Ref("AccountRef", "Card") + expense;
   if (kind == "VendorCredit" || kind == "Bill") return Books::Ref("VendorRef", "Mill") + expense;
   if (kind == "Check") return Books::Ref("AccountRef", "Checking") + expense;
-  if (kind == "ReceivePayment")
+  if (kind == "ReceivePayment") {
     return kAbbott + "<TotalAmount>5.00</TotalAmount><IsAutoApply>true</IsAutoApply>";
+  }
   if (kind == "JournalEntry") {
     return entry("JournalDebitLine", "Checking") + entry("JournalCreditLine", "Sales");
   }
